@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+namespace tracelet {
+
+// Numbers as text. The decimal separator is "." whatever the locale.
+
+/// Shortest general form with at most 15 significant digits (the "%.15g" form): "0.1", "1e-05", "1e+15".
+[[nodiscard]] std::string NumberText(double value);
+
+/// The same with at most 7 significant digits ("%.7g").
+[[nodiscard]] std::string NumberText(float value);
+
+/// Decimal digits of an integer.
+[[nodiscard]] std::string NumberText(std::int32_t value);
+
+/// Pattern "0.####": at most four decimals, rounded half away from zero, no bare decimal point: "-10",
+/// "0.3125".
+[[nodiscard]] std::string OptionalDecimalsText(double value);
+
+/// Pattern "#,##0": rounded to an integer, commas between thousands: "20,000", "0".
+[[nodiscard]] std::string GroupedText(double value);
+
+/// Pattern "00": at least two digits: "07", "123".
+[[nodiscard]] std::string TwoDigitText(std::int32_t value);
+
+/// Pattern ".#####0": six decimals, no zero before the point: "1.000000", ".200000".
+[[nodiscard]] std::string DisplayText(double value);
+
+} // namespace tracelet

@@ -1,0 +1,45 @@
+# Warnings, language settings and sanitizers that every target shares.
+function(tracelet_options)
+  add_library(tracelet_options INTERFACE)
+  target_include_directories(tracelet_options INTERFACE ${PROJECT_SOURCE_DIR})
+  target_compile_options(tracelet_options INTERFACE -Wall -Wextra -Wshadow -Wconversion)
+  if(TRACELET_WERROR)
+    target_compile_options(tracelet_options INTERFACE -Werror)
+  endif()
+  if(TRACELET_SANITIZE)
+    set(sanitize -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+    target_compile_options(tracelet_options INTERFACE ${sanitize})
+    target_link_options(tracelet_options INTERFACE ${sanitize})
+  endif()
+endfunction()
+
+# Adds sources of the calling folder to the core (no Qt).
+function(tracelet_core_sources)
+  target_sources(tracelet_core PRIVATE ${ARGN})
+endfunction()
+
+# Adds sources of the calling folder to the window; nothing when the window is not built.
+function(tracelet_window_sources)
+  if(TRACELET_WINDOW)
+    target_sources(tracelet_window PRIVATE ${ARGN})
+  endif()
+endfunction()
+
+# tracelet_test(NAME [WINDOW] SOURCES...): one test program, run as one CTest test without a display.
+function(tracelet_test name)
+  cmake_parse_arguments(test "WINDOW" "" "" ${ARGN})
+  if(test_WINDOW AND NOT TRACELET_WINDOW)
+    return()
+  endif()
+  add_executable(${name} ${test_UNPARSED_ARGUMENTS})
+  if(test_WINDOW)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PRIVATE tracelet_test_window)
+  else()
+    target_link_libraries(${name} PRIVATE tracelet_core GTest::gtest GTest::gmock GTest::gtest_main)
+  endif()
+  add_test(NAME ${name} COMMAND ${name})
+  set_tests_properties(${name} PROPERTIES
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1"
+    TIMEOUT 300)
+endfunction()

@@ -1,0 +1,49 @@
+#pragma once
+
+#include "devices/drivers/BoardList.h"
+
+#include <QObject>
+#include <QString>
+
+namespace tracelet {
+
+class ZelAI;
+
+/// Thermocouple control: reads one channel of an analog board as a temperature.
+/// Shares device numbers with the analog control; a board without thermocouple inputs cannot be selected
+/// (DeviceNumber then reads -1 and DeviceName "No Device").
+class ZelThermo : public QObject {
+    Q_OBJECT
+    Q_PROPERTY(int DeviceNumber READ DeviceNumber WRITE SetDeviceNumber)
+    Q_PROPERTY(QString DeviceName READ DeviceName)
+
+public:
+    explicit ZelThermo(QObject* parent = nullptr);
+    ~ZelThermo() override;
+
+    void SetBoards(const BoardList& boards);
+
+    [[nodiscard]] std::int32_t DeviceNumber() const;
+    void SetDeviceNumber(std::int32_t number);
+    [[nodiscard]] QString DeviceName() const;
+
+    [[nodiscard]] std::int32_t Channel() const; ///< physical channel, 0 to twice the board's count
+    void SetChannel(std::int32_t channel);
+    [[nodiscard]] std::int32_t SignalConnection() const; ///< wiring of the selected channel, 0 or 1
+    void SetSignalConnection(std::int32_t code);
+    [[nodiscard]] std::int32_t ThermoType() const; ///< 0 to 6: J, K, S, T, B, R, E
+    void SetThermoType(std::int32_t code);
+    [[nodiscard]] std::int32_t ThermoScale() const; ///< 0 to 3: Celsius, Fahrenheit, Rankine, Kelvin
+    void SetThermoScale(std::int32_t code);
+    [[nodiscard]] std::int32_t ExpChannel() const; ///< expansion-board channel, 0 to 15
+    void SetExpChannel(std::int32_t channel);
+
+    /// Input limits of a channel in volts: the board's narrowest range that covers them is used.
+    void SetInputLimits(std::int32_t channel, double low, double high);
+
+    /// Temperature of the selected channel in the selected scale. Raises when the board fails or the
+    /// voltage lies outside the type's range; raises without a board.
+    [[nodiscard]] double Temperature();
+};
+
+} // namespace tracelet

@@ -1,0 +1,143 @@
+#pragma once
+
+#include <QColor>
+#include <QString>
+#include <QWidget>
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <variant>
+
+namespace tracelet {
+
+/// Axis numbers of the graph.
+enum GraphAxis : int { XAxis = 0, VoltageAxis = 1, DigitalAxis = 2, TemperatureAxis = 3 };
+
+/// Mouse modes; the codes 1 to 3 are not used.
+enum MouseModeCode : std::int32_t {
+    MouseNone = 0,
+    MouseXPan = 4,
+    MouseYPan = 5,
+    MouseXYPan = 6,
+    MouseXZoom = 7,
+    MouseYZoom = 8,
+    MouseXYZoom = 9
+};
+
+/// Look of one plot. `color` is a raw 0x00BBGGRR value, or 0x80000000 + n for system colour n; it is kept
+/// as it is.
+struct PlotAttributes {
+    QString name;
+    std::uint32_t color = 0;
+    std::int32_t lineStyle = 0; ///< 0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot; others draw solid
+    int axis = VoltageAxis;     ///< VoltageAxis, DigitalAxis or TemperatureAxis
+};
+
+/// Colour that a raw colour value is drawn in; system colour 22 is E3E3E3, any other unknown one too.
+[[nodiscard]] QColor ResolvedColor(std::uint32_t raw);
+
+/// New samples of the first `channels` plots, channel-interleaved; a view, valid as long as the data.
+struct SampleBlock {
+    std::variant<std::span<const float>, std::span<const std::int32_t>, std::span<const double>> samples;
+    std::int32_t countPerChannel = 0;
+    std::int32_t channels = 0;
+};
+
+/// Strip chart: any number of plots on one time axis and up to three Y axes, a bounded number of newest
+/// points each, repainted at the display's rate.
+///
+/// X follows the newest point: a point beyond XAxisMax scrolls the axis, span kept, so that it stands at
+/// the right edge; one before XAxisMin moves the axis so that it starts there.
+class ZelGraph : public QWidget {
+    Q_OBJECT
+    Q_PROPERTY(double XAxisMin READ XAxisMin WRITE SetXAxisMin)
+    Q_PROPERTY(double XAxisMax READ XAxisMax WRITE SetXAxisMax)
+    Q_PROPERTY(int ChartLength READ ChartLength WRITE SetChartLength)
+    Q_PROPERTY(int MouseMode READ MouseMode WRITE SetMouseMode)
+    Q_PROPERTY(int PlotCount READ PlotCount)
+
+public:
+    explicit ZelGraph(QWidget* parent = nullptr);
+    ~ZelGraph() override;
+
+    // Plots, in graph order. An index outside raises "Subscript out of range".
+    [[nodiscard]] int PlotCount() const;
+    int AddPlot(const PlotAttributes& attributes); ///< returns its index; it holds no points and is visible
+    void RemovePlots();
+    [[nodiscard]] const PlotAttributes& Plot(int index) const;
+    void SetPlot(int index, const PlotAttributes& attributes); ///< in place: its points stay
+    [[nodiscard]] bool PlotVisible(int index) const;
+    void SetPlotVisible(int index, bool visible);
+    [[nodiscard]] std::int64_t PointCount(int index) const; ///< points held
+    /// Point `position` of the held ones, 0 the oldest: {x in seconds, y}.
+    [[nodiscard]] QPointF PointAt(int index, std::int64_t position) const;
+
+    // Axes. Ends may be written one after the other in either order.
+    [[nodiscard]] double AxisMin(int axis) const;
+    void SetAxisMin(int axis, double value);
+    [[nodiscard]] double AxisMax(int axis) const;
+    void SetAxisMax(int axis, double value);
+    /// Both ends at once, automatic scaling off; equal, reversed or non-finite ends raise
+    /// "Invalid axis range".
+    void AxisSetRange(int axis, double minimum, double maximum);
+    [[nodiscard]] bool AxisAutoScale(int axis) const;
+    void SetAxisAutoScale(int axis, bool automatic);
+    [[nodiscard]] bool AxisVisible(int axis) const; ///< shown when allowed and a visible plot uses it
+    void SetAxisVisible(int axis, bool visible);
+    void SetAxisTitle(int axis, const QString& title);
+
+    [[nodiscard]] double XAxisMin() const { return AxisMin(XAxis); }
+    [[nodiscard]] double XAxisMax() const { return AxisMax(XAxis); }
+    void SetXAxisMin(double seconds) { SetAxisMin(XAxis, seconds); }
+    void SetXAxisMax(double seconds) { SetAxisMax(XAxis, seconds); }
+    void SetXAxisTitle(const QString& title) { SetAxisTitle(XAxis, title); }
+
+    /// Newest points kept a plot; 0 keeps everything. Memory follows what is held, not this number.
+    [[nodiscard]] std::int32_t ChartLength() const;
+    void SetChartLength(std::int32_t points);
+
+    /// The block that AppendSamples takes: `countPerChannel` scans of `channels` values each. Raises
+    /// "Overflow" when the data do not hold as many.
+    [[nodiscard]] static SampleBlock PlotInterleaved(std::int32_t countPerChannel, std::int32_t channels,
+                                                     std::span<const float> data);
+    [[nodiscard]] static SampleBlock PlotInterleaved(std::int32_t countPerChannel, std::int32_t channels,
+                                                     std::span<const std::int32_t> data);
+
+    /// Appends scans spaced `xIncrement` seconds apart, the first at NextX().
+    void AppendSamples(double xIncrement, const SampleBlock& block);
+    /// Appends one scan at time `x` seconds: one value for each of the first `values.size()` plots.
+    void AppendScan(double x, std::span<const float> values);
+    /// Appends one point to one plot.
+    void AddPoint(int plot, double x, double y);
+
+    /// Time in seconds of the first sample of the next AppendSamples.
+    [[nodiscard]] double NextX() const;
+    void SetNextX(double seconds);
+
+    /// Removes all samples; plots, axes, NextX and mouse mode stay.
+    void ClearData();
+
+    [[nodiscard]] std::int32_t MouseMode() const;
+    void SetMouseMode(std::int32_t code);
+
+signals:
+    /// Button codes 1 left, 2 right, 4 middle; shift bits 1 shift, 2 control, 4 alt; graph coordinates.
+    void MouseDown(int button, int shift, double x, double y);
+    /// After the graph has applied a zoom.
+    void MouseUp(int button, int shift, double x, double y);
+    void Error(int number, const QString& text);
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+} // namespace tracelet

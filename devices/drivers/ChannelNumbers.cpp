@@ -1,0 +1,48 @@
+#include "devices/drivers/ChannelNumbers.h"
+
+#include "base/Convert.h"
+
+namespace tracelet {
+
+bool ChannelNumbers::IsUnpaired() const { return deviceName.find("05") != std::string_view::npos; }
+
+std::int32_t ChannelNumbers::PhysToLogical(std::int32_t channel) const {
+    if (IsUnpaired())
+        return Mod(channel, maxChannelCount);
+    std::int32_t count = -1;
+    for (std::int32_t i = 0; i <= channel; ++i) {
+        if (connections[i] != 1 || i % 2 == 0)
+            ++count;
+    }
+    return Mod(count, LogicalCount());
+}
+
+std::int32_t ChannelNumbers::LogicalToPhys(std::int32_t& channel) const {
+    if (IsUnpaired())
+        return Mod(channel, maxChannelCount);
+    std::int32_t count = -1;
+    std::int32_t physical = 0;
+    while (count < channel) {
+        if (physical % 2 == 1 && connections[physical] == 1)
+            ++channel;
+        ++count;
+        physical = Mod(physical + 1, maxChannelCount);
+    }
+    return Mod(count, maxChannelCount);
+}
+
+std::int32_t ChannelNumbers::LogicalCount() const {
+    if (IsUnpaired())
+        return maxChannelCount;
+    double total = 0.0;
+    for (std::int32_t i = 0; i < maxChannelCount; ++i)
+        total += connections[i] == 1 ? 0.5 : 1.0;
+    return CLng(total);
+}
+
+std::int32_t ChannelNumbers::ScannedChannel(std::int32_t scanStart, std::int32_t position) const {
+    std::int32_t logical = PhysToLogical(scanStart) + position;
+    return LogicalToPhys(logical);
+}
+
+} // namespace tracelet

@@ -1,0 +1,72 @@
+#include "base/NumberText.h"
+
+#include <clocale>
+#include <gtest/gtest.h>
+
+namespace tracelet {
+namespace {
+
+TEST(NumberText, ShortestGeneralForm) {
+    EXPECT_EQ(NumberText(0.1), "0.1");
+    EXPECT_EQ(NumberText(0.1 + 0.2), "0.3");
+    EXPECT_EQ(NumberText(1.0), "1");
+    EXPECT_EQ(NumberText(1e15), "1e+15");
+    EXPECT_EQ(NumberText(123456789012345.0), "123456789012345");
+    EXPECT_EQ(NumberText(0.00001), "1e-05");
+    EXPECT_EQ(NumberText(1.0 / 3.0), "0.333333333333333");
+    EXPECT_EQ(NumberText(1.0F / 3.0F), "0.3333333");
+    EXPECT_EQ(NumberText(0.1F), "0.1");
+    EXPECT_EQ(NumberText(std::int32_t{-2147483647 - 1}), "-2147483648");
+}
+
+TEST(NumberText, IgnoresTheLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
+        GTEST_SKIP() << "no comma-decimal locale on this machine";
+    EXPECT_EQ(NumberText(0.5), "0.5");
+    EXPECT_EQ(OptionalDecimalsText(0.5), "0.5");
+    EXPECT_EQ(DisplayText(0.2), ".200000");
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(OptionalDecimalsText, LeavesNoBarePoint) {
+    EXPECT_EQ(OptionalDecimalsText(-10.0), "-10");
+    EXPECT_EQ(OptionalDecimalsText(10.0), "10");
+    EXPECT_EQ(OptionalDecimalsText(0.0), "0");
+    EXPECT_EQ(OptionalDecimalsText(-0.0), "0");
+    EXPECT_EQ(OptionalDecimalsText(0.3125), "0.3125");
+    EXPECT_EQ(OptionalDecimalsText(1.25), "1.25");
+    EXPECT_EQ(OptionalDecimalsText(0.00005), "0.0001");
+    EXPECT_EQ(OptionalDecimalsText(-0.00004), "0");
+    EXPECT_EQ(OptionalDecimalsText(100.0), "100");
+}
+
+TEST(GroupedText, SeparatesThousands) {
+    EXPECT_EQ(GroupedText(0), "0");
+    EXPECT_EQ(GroupedText(999), "999");
+    EXPECT_EQ(GroupedText(20000), "20,000");
+    EXPECT_EQ(GroupedText(1000000), "1,000,000");
+    EXPECT_EQ(GroupedText(-20000), "-20,000");
+    EXPECT_EQ(GroupedText(2.5), "3");
+    EXPECT_EQ(GroupedText(-0.4), "0");
+}
+
+TEST(TwoDigitText, PadsWithZeros) {
+    EXPECT_EQ(TwoDigitText(0), "00");
+    EXPECT_EQ(TwoDigitText(7), "07");
+    EXPECT_EQ(TwoDigitText(63), "63");
+    EXPECT_EQ(TwoDigitText(128), "128");
+    EXPECT_EQ(TwoDigitText(-1), "-01");
+}
+
+TEST(DisplayText, SixDecimalsWithoutLeadingZero) {
+    EXPECT_EQ(DisplayText(1.0), "1.000000");
+    EXPECT_EQ(DisplayText(0.2), ".200000");
+    EXPECT_EQ(DisplayText(0.000001), ".000001");
+    EXPECT_EQ(DisplayText(100.0), "100.000000");
+    EXPECT_EQ(DisplayText(0.0), ".000000");
+    EXPECT_EQ(DisplayText(-0.5), "-.500000");
+}
+
+} // namespace
+} // namespace tracelet

@@ -1,0 +1,91 @@
+#include "devices/drivers/ChannelNumbers.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tracelet {
+namespace {
+
+using testing::ThrowsMessage;
+
+class ChannelNumbersTest : public testing::Test {
+protected:
+    Table<std::int32_t> connections{17};
+    ChannelNumbers numbers{"PCI-9 plain", 16, connections};
+};
+
+TEST_F(ChannelNumbersTest, SingleEndedChannelsKeepTheirNumbers) {
+    EXPECT_EQ(numbers.LogicalCount(), 16);
+    for (std::int32_t channel = 0; channel < 16; ++channel) {
+        std::int32_t argument = channel;
+        EXPECT_EQ(numbers.PhysToLogical(channel), channel);
+        EXPECT_EQ(numbers.LogicalToPhys(argument), channel);
+        EXPECT_EQ(argument, channel);
+    }
+}
+
+TEST_F(ChannelNumbersTest, DifferentialPairIsOneChannel) {
+    connections[0] = connections[1] = 1;
+    EXPECT_EQ(numbers.LogicalCount(), 15);
+    EXPECT_EQ(numbers.PhysToLogical(0), 0);
+    EXPECT_EQ(numbers.PhysToLogical(1), 0);
+    EXPECT_EQ(numbers.PhysToLogical(2), 1);
+    std::int32_t argument = 1;
+    EXPECT_EQ(numbers.LogicalToPhys(argument), 2);
+    EXPECT_EQ(argument, 2);
+}
+
+TEST_F(ChannelNumbersTest, OnlyCodeOneIsDifferential) {
+    connections[0] = connections[1] = 2;
+    EXPECT_EQ(numbers.LogicalCount(), 16);
+    EXPECT_EQ(numbers.PhysToLogical(1), 1);
+}
+
+TEST_F(ChannelNumbersTest, HalfAPairRoundsToEven) {
+    connections[3] = 1;
+    EXPECT_EQ(numbers.LogicalCount(), 16); // 15.5
+    connections[5] = connections[7] = 1;
+    EXPECT_EQ(numbers.LogicalCount(), 14); // 14.5
+}
+
+TEST_F(ChannelNumbersTest, NumbersWrapAround) {
+    EXPECT_EQ(numbers.PhysToLogical(16), 0);
+    std::int32_t argument = 17;
+    EXPECT_EQ(numbers.LogicalToPhys(argument), 1);
+}
+
+TEST_F(ChannelNumbersTest, AllDifferentialScanWalksEvenChannels) {
+    for (std::int32_t i = 0; i < 16; ++i)
+        connections[i] = 1;
+    EXPECT_EQ(numbers.LogicalCount(), 8);
+    for (std::int32_t position = 0; position < 8; ++position)
+        EXPECT_EQ(numbers.ScannedChannel(0, position), 2 * position);
+    EXPECT_EQ(numbers.ScannedChannel(4, 1), 6);
+    EXPECT_EQ(numbers.ScannedChannel(5, 0), 4);
+}
+
+TEST_F(ChannelNumbersTest, FamilyWithoutPairsIgnoresTheWiring) {
+    connections[0] = connections[1] = 1;
+    for (const char* name : {"PCI-6605HG", "3605", "x05"}) {
+        const ChannelNumbers unpaired{name, 16, connections};
+        EXPECT_EQ(unpaired.LogicalCount(), 16) << name;
+        EXPECT_EQ(unpaired.PhysToLogical(17), 1) << name;
+        std::int32_t argument = 18;
+        EXPECT_EQ(unpaired.LogicalToPhys(argument), 2) << name;
+        EXPECT_EQ(argument, 18) << name;
+    }
+}
+
+TEST_F(ChannelNumbersTest, FaultsAreRaised) {
+    EXPECT_THAT([&] { (void)numbers.PhysToLogical(17); }, ThrowsMessage<RunTimeError>("Subscript out of range"));
+    const ChannelNumbers none{"05", 0, connections};
+    EXPECT_THAT([&] { (void)none.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
+    Table<std::int32_t> empty;
+    const ChannelNumbers unsized{"plain", 16, empty};
+    std::int32_t argument = 1;
+    EXPECT_THAT([&] { (void)unsized.LogicalToPhys(argument); },
+                ThrowsMessage<RunTimeError>("Subscript out of range"));
+}
+
+} // namespace
+} // namespace tracelet
