@@ -1,0 +1,29 @@
+#pragma once
+
+#include "app/MsgBox.h"
+
+#include <exception>
+#include <utility>
+
+namespace tracelet {
+
+/// Runs the body of an event handler; an error ends it and is shown by its description under `title`.
+template <typename Body>
+void Handler(QWidget* owner, const QString& title, Body&& body) {
+    try {
+        std::forward<Body>(body)();
+    } catch (const std::exception& error) {
+        MsgBox(owner, QString::fromUtf8(error.what()), title);
+    }
+}
+
+/// Runs the body of an event handler; an error ends it quietly.
+template <typename Body>
+void QuietHandler(Body&& body) {
+    try {
+        std::forward<Body>(body)();
+    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the handler just ends
+    }
+}
+
+} // namespace tracelet

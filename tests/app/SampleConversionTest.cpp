@@ -1,0 +1,48 @@
+#include "app/SampleConversion.h"
+
+#include "base/RunTimeError.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <limits>
+
+namespace tracelet {
+namespace {
+
+using testing::ElementsAre;
+
+constexpr std::int16_t Lowest = std::numeric_limits<std::int16_t>::min();
+const auto OutOfRange = testing::ThrowsMessage<RunTimeError>("Subscript out of range");
+
+TEST(ConvertRawData, NegativeCountsAreOffByOne) {
+    const std::vector<std::int16_t> counts = {0, 1, 32767, -1, Lowest, -32767};
+    std::vector<std::int32_t> out;
+    ConvertRawData(counts, out, 6, "PCI-9 plain");
+    EXPECT_THAT(out, ElementsAre(0, 1, 32767, 65536, 32769, 32770));
+}
+
+TEST(ConvertRawData, TwelveBitDeviceKeepsTheLowBits) {
+    const std::vector<std::int16_t> counts = {0x1FFF, -1, 0x0FFF, 0x1000, Lowest};
+    std::vector<std::int32_t> out;
+    ConvertRawData(counts, out, 5, "x6602y");
+    EXPECT_THAT(out, ElementsAre(4095, 4095, 4095, 0, 0));
+}
+
+TEST(ConvertRawData, ConvertsOnlyAsManyAsTold) {
+    const std::vector<std::int16_t> counts = {1, 2, 3};
+    std::vector<std::int32_t> out(7, -1);
+    ConvertRawData(counts, out, 2, "");
+    EXPECT_THAT(out, ElementsAre(1, 2));
+    EXPECT_THAT([&] { ConvertRawData(counts, out, 4, ""); }, OutOfRange);
+    EXPECT_THAT([&] { ConvertRawData(counts, out, -1, ""); }, OutOfRange);
+}
+
+TEST(ConvertAnalogData, KeepsTheFloats) {
+    const std::vector<float> values = {1.5F, -2.0F, 3.0F};
+    const auto converted = ConvertAnalogData(values, 2);
+    EXPECT_THAT(std::vector<float>(converted.begin(), converted.end()), ElementsAre(1.5F, -2.0F));
+    EXPECT_THAT([&] { (void)ConvertAnalogData(values, 4); }, OutOfRange);
+}
+
+} // namespace
+} // namespace tracelet
