@@ -1,0 +1,166 @@
+#include "app/Handler.h"
+#include "app/frmMain.h"
+#include "base/Convert.h"
+#include "devices/display/ZelButton.h"
+#include "devices/display/ZelGraph.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSignalBlocker>
+
+namespace tracelet {
+namespace {
+
+const QString FastExcludesDigital = u"FAI can't run together with DI"_qs;
+
+// Puts a switch back off without running its switch-off path.
+void PutBackOff(ZelButton* button) {
+    const QSignalBlocker blocker(button);
+    button->SetValue(false);
+    button->update();
+}
+
+} // namespace
+
+void frmMain::ZelButton1_Change() {
+    if (!ZelButton1->Value()) {
+        bAIEnabled = false;
+        CkAISave2Disk->setEnabled(false);
+        UpdatePlotListView();
+        return;
+    }
+    QString refusal;
+    if (ZelAI1->DeviceNumber() < 0)
+        refusal = u"No AI device is selected"_qs;
+    else if (ZelAI1->ScanChannelCount() < 1)
+        refusal = u"No AI channel is selected"_qs;
+    else if (bDIEnabled && !M1.SoftMode)
+        refusal = FastExcludesDigital;
+    if (!refusal.isEmpty()) {
+        MsgBox(this, refusal);
+        PutBackOff(ZelButton1);
+        bAIEnabled = false;
+        return;
+    }
+    bAIEnabled = true;
+    CkAISave2Disk->setEnabled(true);
+    UpdatePlotListView();
+}
+
+void frmMain::ZelButton2_Change() {
+    if (!ZelButton2->Value()) {
+        bDIEnabled = false;
+        CkDISave2Disk->setEnabled(false);
+        UpdatePlotListView();
+        return;
+    }
+    QString refusal;
+    if (ZelDIO1->DeviceNumber() < 0)
+        refusal = u"No DI device is selected"_qs;
+    else if (nDIPortCount <= 0)
+        refusal = u"No DI Port is selected"_qs;
+    else if (bAIEnabled && !M1.SoftMode)
+        refusal = FastExcludesDigital;
+    if (!refusal.isEmpty()) {
+        MsgBox(this, refusal);
+        PutBackOff(ZelButton2);
+        bDIEnabled = false;
+        return;
+    }
+    bDIEnabled = true;
+    CkDISave2Disk->setEnabled(true);
+    UpdatePlotListView();
+}
+
+void frmMain::CkAISave2Disk_Click() {
+    bAISaveToDisk = CkAISave2Disk->isChecked();
+}
+
+void frmMain::CkDISave2Disk_Click() {
+    bDISaveToDisk = CkDISave2Disk->isChecked();
+}
+
+void frmMain::BtnStart_Click() {
+    if (isSystemRunning) {
+        StopSession();
+        return;
+    }
+    if (!bAIEnabled && !bDIEnabled) {
+        MsgBox(this, u"No Operation is enabled"_qs);
+        return;
+    }
+    StartSession();
+}
+
+void frmMain::StartSession() {
+    isSystemRunning = true;
+    TickCount = 0;
+    ScanCount = 0;
+    OverrunCount = 0;
+    SoftAIWritten = FAIWritten = DIWritten = false;
+    ClearRecordingFaults();
+    ZelGraph1->ClearData();
+    ZelGraph1->SetNextX(0.0);
+    BtnStart->setText(u"Stop"_qs);
+    EnableSetCmdControls(false);
+    BtnSaveAs->setEnabled(false);
+    WriteProjectInfo();
+
+    if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
+        ScanCount = 0;
+        StartTicks = surroundings.ticks();
+        SoftAIWritten = FAIWritten = DIWritten = false;
+        return;
+    }
+    const QString reason = ZelAI1->ErrorText();
+    MsgBox(this, reason.isEmpty() ? u"Device start failed"_qs : reason, u"BtnStart"_qs);
+    isSystemRunning = false;
+    EnableSetCmdControls(true);
+    BtnStart->setText(u"Start"_qs);
+}
+
+void frmMain::StopSession() {
+    const std::uint32_t elapsed = ScanCount >= 1 ? surroundings.ticks() - StartTicks : 0;
+    if (M1.SoftMode) {
+        if (ZelHiResTimerCtl1->TimerExists(PollTimer))
+            ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, false);
+    } else {
+        ZelAI1->StopBufferedAI(0);
+        if (bAISaveToDisk)
+            FAIFileHandle.Close();
+    }
+    WriteStopRecord(elapsed);
+    isSystemRunning = false;
+    EnableSetCmdControls(true);
+    BtnStart->setText(u"Start"_qs);
+    BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
+}
+
+void frmMain::EnableSetCmdControls(bool Enable) {
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{FrameSet, BtnSet, CkAISave2Disk, CkDISave2Disk, FrameCmd, ZelButton1,
+                                         ZelButton2, BtnHistory, LabelAI, LabelAIOn, LabelDI, LabelDIOn})
+        widget->setEnabled(Enable);
+    if (!Enable)
+        return;
+    CkAISave2Disk->setEnabled(bAIEnabled);
+    CkDISave2Disk->setEnabled(bDIEnabled);
+}
+
+void frmMain::StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason) {
+    broken = true;
+    saveBox->setToolTip(u"Recording stopped: %1"_qs.arg(QString::fromUtf8(reason.what())));
+    saveBox->setStyleSheet(u"QCheckBox { color: #C62828; font-weight: bold; }"_qs);
+}
+
+void frmMain::ClearRecordingFaults() {
+    isAIRecordingBroken = isDIRecordingBroken = false;
+    for (QCheckBox* saveBox : {CkAISave2Disk, CkDISave2Disk}) {
+        saveBox->setToolTip({});
+        saveBox->setStyleSheet({});
+    }
+}
+
+} // namespace tracelet

@@ -1,0 +1,282 @@
+#pragma once
+
+// The main window owns all state. Its procedures, by subject:
+//
+//   app/StartUp.cpp          Form_Load, Form_Unload, BtnExit_Click
+//   app/Session.cpp          ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
+//                            BtnStart_Click, EnableSetCmdControls
+//   app/FastAnalogInput.cpp  FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
+//   app/SoftwarePolling.cpp  SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan,
+//   ZelHiResTimerCtl1_OnTimer files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord files/SaveAs.cpp
+//   BtnSaveAs_Click history/OpenHistory.cpp  BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile,
+//   EnableHisControls history/ModeSwitch.cpp   BtnModeSwitch_Click history/Playback.cpp     ChkPlay_Click,
+//   BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
+//                            PlayFAIData, PlaySoftAIData, PlaySoftDIData
+//   export/Convert.cpp       BtnHisConvert_Click
+//   settings/BtnSet.cpp      BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
+//   graph/Plots.cpp          SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView
+//   graph/TimeAxis.cpp       AdjustXAxisAndChartLength, ZelLED1_Step
+//   graph/Interaction.cpp    Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
+//   graph/GraphSet.cpp       BtnGraphSet_Click
+//   graph/Resize.cpp         Form_Resize
+
+#include "app/M1.h"
+#include "app/MainWidgets.h"
+#include "base/TickCount.h"
+#include "devices/controls/ZelAI.h"
+#include "devices/controls/ZelDIO.h"
+#include "devices/controls/ZelHiResTimerCtl.h"
+#include "devices/controls/ZelThermo.h"
+#include "devices/drivers/BoardList.h"
+#include "files/BinaryFiles.h"
+#include "files/SystemFile.h"
+#include "files/WorkFolder.h"
+#include "graph/PlotTables.h"
+
+#include <QWidget>
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+class QMenu;
+
+namespace tracelet {
+
+struct ProjectInfo;
+
+class frmMain : public QWidget, public MainWidgets {
+    Q_OBJECT
+
+public:
+    /// What a test or a tour may put in the machine's place.
+    struct Surroundings {
+        BoardList boards = FindBoards();
+        QString programFolder; ///< "" is the folder that the program lies in
+        TickClock ticks = GetTickCount;
+    };
+
+    frmMain();
+    explicit frmMain(Surroundings surroundings);
+    ~frmMain() override;
+
+    // ── Shared tables and device controls ────────────────────────────────────────────────────────────
+    tracelet::M1 M1;
+    ZelAI* ZelAI1 = nullptr;
+    ZelThermo* ZelThermo1 = nullptr;
+    ZelDIO* ZelDIO1 = nullptr;
+    ZelHiResTimerCtl* ZelHiResTimerCtl1 = nullptr;
+
+    // ── Acquisition ──────────────────────────────────────────────────────────────────────────────────
+    std::int32_t nAISampleCnt = 0;     ///< conversions of one fast-input buffer
+    bool bFAICyclic = false;           ///< fast input runs endlessly instead of one buffer
+    bool bAISaveToDisk = false;        ///< analog data are recorded
+    std::int32_t nTimerInterval = 100; ///< polling period, milliseconds
+    std::int32_t nDIMaxPortCount = 0;  ///< ports of the digital device
+    std::int32_t nDIPortStart = 0;     ///< first port polled
+    std::int32_t nDIPortCount = 0;     ///< ports polled
+    std::int32_t nDIChanCount = 0;     ///< digital lines selected
+    bool bDISaveToDisk = false;        ///< digital data are recorded
+    bool isSystemRunning = false;      ///< an acquisition is running
+    bool bDIEnabled = false;           ///< DI switch is on
+    bool bAIEnabled = false;           ///< AI switch is on
+
+    std::int32_t TickCount = 0;    ///< timer ticks since the session started
+    std::uint32_t StartTicks = 0;  ///< millisecond count at session start
+    std::int32_t ScanCount = 0;    ///< scans taken in the session; stays at the highest number there is
+    std::int32_t OverrunCount = 0; ///< losses that the analog control told of in the session
+    bool SoftAIWritten = false;    ///< polled analog data were written in the session
+    bool FAIWritten = false;       ///< fast analog data were written in the session
+    bool DIWritten = false;        ///< digital data were written in the session
+
+    // ── Files ────────────────────────────────────────────────────────────────────────────────────────
+    // Paths are texts whose last separator is "\"; files/Paths turns them into native ones.
+    std::string szProgramPath;     ///< the program's folder
+    std::string sztmpPath;         ///< work folder
+    std::string szAIFileName;      ///< work file of polled analog samples
+    std::string szFAIFileName;     ///< work file of fast analog samples
+    std::string szProjectFileName; ///< work project file
+    std::string szDIFileName;      ///< work file of digital samples
+    std::string szDrive;           ///< drive last chosen in the folder dialog
+    std::string szDir;             ///< folder last chosen in the folder dialog
+    std::string szNewFolder;       ///< folder name typed in the folder dialog; "" when cancelled
+    bool bPathDlgAI = false;
+
+    static const QString PollTimer; ///< "SoftPoolTimer"
+    static const QString PlayTimer; ///< "HistoryTimer"
+
+    static constexpr int AIFileNum = 1;
+    static constexpr int DIFileNum = 2;
+    static constexpr int HisFileNumA = 3;
+    static constexpr int HisFileNumB = 4;
+    static constexpr int ProjectFileNum = 5;
+    BinaryFiles Files;        ///< the files open under these numbers
+    SystemFile FAIFileHandle; ///< work file of fast input, open from a start on
+
+    // ── History ──────────────────────────────────────────────────────────────────────────────────────
+    bool bHistoryMode = false;  ///< the window shows a recording
+    bool bHisFileExist = false; ///< a recording was opened at least once
+    bool bHisAI = false;
+    bool bHisDI = false;
+    bool bHisAISoft = false;   ///< polled recording
+    bool bHisAIAnalog = false; ///< analog samples are floats; else converter codes
+    std::int32_t nHisAIChanCount = 0;
+    std::int32_t nHisAIMaxChanNum = 0;
+    std::int32_t nHisDIChanCount = 0;
+    std::int32_t nHisDIMaxPortCount = 0;
+    std::int32_t nHisDIPortStart = 0;
+    std::int32_t nHisDIPortCount = 0;
+    std::int32_t HisScanCount = 0; ///< scans of the recording
+    double ScanInterval = 0.0;     ///< seconds between two scans of the recording
+    std::string AIDataPath;
+    std::string DIDataPath;
+    std::string szHisProjectFileName;
+    SystemFile HisAIFileHandle;     ///< analog data of the recording
+    std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick
+    std::int64_t HisScanIndex = 0;  ///< scan that the next tick reads
+    bool isHisPlaying = false;
+    bool isHisPlayPaused = false;
+
+    // ── Conversion ───────────────────────────────────────────────────────────────────────────────────
+    std::string szTextSaveDrive;
+    std::string szTextSaveDir;
+    std::string szTextSaveFolder;
+    bool bTextSaveAI = false;
+    bool bTextSaveDI = false;
+
+    // ── Graph ────────────────────────────────────────────────────────────────────────────────────────
+    double dDIVValue = 1.0;           ///< seconds a division; the graph spans ten
+    bool isNumEditEventFired = false; ///< the program itself is writing the sec/div display
+    QMenu* Menufile = nullptr;        ///< mouse modes of the graph
+
+    // ── Procedures: start-up, session ────────────────────────────────────────────────────────────────
+    void Form_Load();
+    void Form_Unload();
+    void BtnExit_Click();
+    void ZelButton1_Change();
+    void ZelButton2_Change();
+    void CkAISave2Disk_Click();
+    void CkDISave2Disk_Click();
+    void BtnStart_Click();
+    void EnableSetCmdControls(bool Enable);
+
+    // ── Procedures: acquisition ──────────────────────────────────────────────────────────────────────
+    [[nodiscard]] bool FAIStart();
+    void ZelAI1_OnFirstBufferChange(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                                    std::int32_t dataCount);
+    void ZelAI1_OnSecondBufferChange(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                                     std::int32_t dataCount);
+    void ZelAI1_OnOverrunNotice();
+    void ZelAI1_OnInputFailed();
+    [[nodiscard]] bool SoftPoolStart();
+    void ZelHiResTimerCtl1_OnTimer(const QString& name);
+    void SoftPoolTimerPorc();
+    void SoftAIScan();
+    void SoftDIScan();
+
+    // ── Procedures: files, history, conversion ───────────────────────────────────────────────────────
+    void WriteProjectInfo();
+    void WriteStopRecord(std::uint32_t elapsedMs);
+    void BtnSaveAs_Click();
+    void BtnHistory_Click();
+    void BtnModeSwitch_Click();
+    void EnableHisControls(bool value);
+    void ReadProjectInfo();
+    void ReadHisAIFile(const std::string& szFileName);
+    void ReadHisDIFile(const std::string& szFileName);
+    void ChkPlay_Click();
+    void BtnStop_Click();
+    void BtnAccelerate_Click();
+    void ZelSliderV_Change(double value);
+    void ZelSliderR_Change(double value);
+    void HistoryTick();
+    void BtnHisConvert_Click();
+
+    // ── Procedures: settings, graph ──────────────────────────────────────────────────────────────────
+    void BtnSet_Click();
+    [[nodiscard]] std::int32_t PhysToLogicalChan(std::int32_t channel) const;
+    [[nodiscard]] std::int32_t LogicalToPhysChan(std::int32_t& channel) const;
+    [[nodiscard]] std::int32_t LogicalChanCount() const;
+    /// Physical channel of a position in the scan.
+    [[nodiscard]] std::int32_t ScannedChannel(std::int32_t position) const;
+    void SetAIColors();
+    void InitPlotAttributes(bool isAI);
+    void BuildPlots(bool HistoryView, bool RemoveOld);
+    void UpdatePlotListView();
+    void AdjustXAxisAndChartLength(bool bSetXAxis);
+    /// Stores a seconds-per-division value and shows it without running the display's handler.
+    void ShowDIVValue(double secondsPerDivision);
+    void ZelLED1_Step(bool up);
+    void BtnClearGraph_Click();
+    void BtnGraphSet_Click();
+    void Form_Resize();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void MakeControls();
+    void ConnectControls();
+    void ConnectWidgets();
+    void SizeSharedTables();
+    void SetUpTemplates();
+    void FillThermocoupleNames();
+    void MakeWorkFiles();
+
+    void StartSession();
+    void StopSession();
+    /// Marks the recording as broken for this session and shows why on its save box.
+    void StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason);
+    void ClearRecordingFaults();
+
+    void HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                    std::int32_t dataCount);
+    void BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan);
+    void BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int32_t DataCntPerChan);
+    void AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count);
+    void AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count);
+    void AppendBlock(std::span<const std::byte> block, SystemFile& Handle);
+
+    void RewindWorkFiles();
+    void RecreateFastFile();
+    [[nodiscard]] ProjectInfo RecordingInfo() const;
+    void AddAnalogSections(ProjectInfo& info) const;
+    void AddDigitalSections(ProjectInfo& info) const;
+    void SaveRecording(const std::string& folder);
+
+    void SetPolledChart();
+    void StartPolledAnalog();
+    void StartPolledDigital();
+    void StartPollTimer();
+    void SelectThermoLimits(std::int32_t channel);
+    [[nodiscard]] std::int32_t ThermoChannel(std::int32_t physical) const;
+    [[nodiscard]] bool AnyScannedThermo(std::int32_t count) const;
+    void RecordScan();
+    void RecordPorts();
+
+    void PlayFAIData(bool& end);
+    void PlaySoftAIData(bool& end);
+    void PlaySoftDIData(bool& end);
+
+    void ConnectGraph();
+    void ZelGraph1_MouseUp();
+    void ZelGraph1_Error(const QString& text);
+
+    [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
+    [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;
+
+    Surroundings surroundings;
+    bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
+    bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
+    bool isDIRecordingBroken = false;
+    std::vector<PlotLook> shownPlots;    ///< what BuildPlots put on the graph
+    std::vector<std::int32_t> rawBuffer; ///< reused by every half
+    std::vector<double> scanValues;
+    std::vector<float> scanRow;
+    std::vector<std::uint8_t> portStates;
+    std::vector<std::byte> historyBlock;
+};
+
+} // namespace tracelet

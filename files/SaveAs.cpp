@@ -1,0 +1,38 @@
+#include "app/Handler.h"
+#include "app/frmMain.h"
+#include "files/Dialog.h"
+#include "files/FileOperations.h"
+#include "files/ProjectInfo.h"
+
+namespace tracelet {
+
+void frmMain::BtnSaveAs_Click() {
+    Handler(this, u"BtnSaveAs"_qs, [this] {
+        szNewFolder.clear();
+        Dialog(szProgramPath, szDrive, szDir, szNewFolder, this).exec();
+        if (!szNewFolder.empty())
+            SaveRecording(szDir + "\\" + szNewFolder);
+    });
+}
+
+void frmMain::SaveRecording(const std::string& folder) {
+    const std::string project = folder + "\\Project.tlp";
+    const std::string analog = folder + "\\AI.tld";
+    const std::string digital = folder + "\\DI.tld";
+    CreateFolder(folder); // it may be there already
+    CopyFile(szProjectFileName, project);
+    if (SoftAIWritten)
+        CopyFile(szAIFileName, analog);
+    if (FAIWritten)
+        CopyFile(szFAIFileName, analog);
+    if (DIWritten)
+        CopyFile(szDIFileName, digital);
+
+    Files.Close(ProjectFileNum);
+    Files.Open(ProjectFileNum, project);
+    Files.Seek(ProjectFileNum, Files.Length(ProjectFileNum));
+    Files.PutBytes(ProjectFileNum, SavedPaths(analog, digital));
+    Files.Close(ProjectFileNum);
+}
+
+} // namespace tracelet

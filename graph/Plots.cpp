@@ -1,0 +1,125 @@
+#include "app/frmMain.h"
+#include "devices/display/ZelGraph.h"
+
+#include <QTreeWidget>
+
+#include <algorithm>
+
+namespace tracelet {
+namespace {
+
+int AxisOf(PlotKind kind) {
+    switch (kind) {
+    case PlotKind::Temperature:
+        return TemperatureAxis;
+    case PlotKind::Digital:
+        return DigitalAxis;
+    case PlotKind::Voltage:
+        break;
+    }
+    return VoltageAxis;
+}
+
+PlotAttributes GraphAttributes(const PlotLook& look) {
+    return {QString::fromStdString(look.name), look.color, look.lineStyle, AxisOf(look.kind)};
+}
+
+PlotLook LookFrom(PlotKind kind, bool history, std::int32_t index, const Table<std::string>& names,
+                  const Table<std::uint32_t>& colors, const Table<std::int32_t>& styles) {
+    return {kind, history, index, names[index], colors[index], styles[index]};
+}
+
+} // namespace
+
+void frmMain::SetAIColors() {
+    M1.AIColorTable = DefaultColors();
+}
+
+void frmMain::InitPlotAttributes(bool isAI) {
+    if (!isAI) {
+        FillDigitalDefaults({M1.DIPlotLineStyle, M1.DIPlotColor, M1.DIPlotName}, ZelDIO1->MaxPortCount());
+        return;
+    }
+    const std::int32_t channels = ZelAI1->MaxChannelCount();
+    FillAnalogDefaults({M1.AIPlotLineStyle, M1.AIPlotColor, M1.AIPlotName}, channels, M1.AIColorTable);
+    M1.AIChanConnection.Resize(std::int64_t{channels} + 1);
+    for (std::int32_t channel = 0; channel < channels; ++channel) {
+        ZelAI1->SetChannel(channel);
+        M1.AIChanConnection[channel] = ZelAI1->SignalConnection();
+    }
+}
+
+std::vector<PlotLook> frmMain::LiveLooks() const {
+    std::vector<PlotLook> looks;
+    const bool byPosition = ZelAI1->DeviceName().contains(u"3605");
+    for (std::int32_t position = 0; position < ZelAI1->ScanChannelCount(); ++position) {
+        const std::int32_t channel = byPosition
+                                         ? (position + ZelAI1->ScanStartChannel()) % ZelAI1->MaxChannelCount()
+                                         : ScannedChannel(position);
+        const PlotKind kind = M1.AIChanIsThermo[channel] ? PlotKind::Temperature : PlotKind::Voltage;
+        looks.push_back(LookFrom(kind, false, channel, M1.AIPlotName, M1.AIPlotColor, M1.AIPlotLineStyle));
+    }
+    if (bAIEnabled && !M1.SoftMode)
+        return looks;
+    for (std::int32_t line : SelectedLines(M1.DIPortMask, nDIPortStart, nDIPortCount)) {
+        if (line < M1.DIPlotName.Count())
+            looks.push_back(
+                LookFrom(PlotKind::Digital, false, line, M1.DIPlotName, M1.DIPlotColor, M1.DIPlotLineStyle));
+    }
+    return looks;
+}
+
+std::vector<PlotLook> frmMain::HistoryLooks() const {
+    std::vector<PlotLook> looks;
+    for (std::int32_t i = 0; bHisAI && i < nHisAIChanCount; ++i) {
+        const bool thermo = i < M1.HisAIChanIsThermo.Count() && M1.HisAIChanIsThermo[i] != 0;
+        looks.push_back(LookFrom(thermo ? PlotKind::Temperature : PlotKind::Voltage, true, i,
+                                 M1.HisAIPlotName, M1.HisAIPlotColor, M1.HisAIPlotLineStyle));
+    }
+    for (std::int32_t i = 0; bHisDI && i < nHisDIChanCount; ++i)
+        looks.push_back(
+            LookFrom(PlotKind::Digital, true, i, M1.HisDIPlotName, M1.HisDIPlotColor, M1.HisDIPlotLineStyle));
+    return looks;
+}
+
+void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
+    std::vector<PlotLook> looks = HistoryView ? HistoryLooks() : LiveLooks();
+    const bool keepsSamples = (!RemoveOld || isSystemRunning || isHisPlaying) &&
+                              std::ranges::equal(looks, shownPlots, &PlotLook::ShowsSame);
+    if (!keepsSamples)
+        ZelGraph1->RemovePlots();
+    for (int i = 0; i < static_cast<int>(looks.size()); ++i) {
+        const PlotAttributes attributes = GraphAttributes(looks[static_cast<std::size_t>(i)]);
+        if (keepsSamples)
+            ZelGraph1->SetPlot(i, attributes);
+        else
+            ZelGraph1->AddPlot(attributes);
+    }
+    shownPlots = std::move(looks);
+    UpdatePlotListView();
+}
+
+void frmMain::UpdatePlotListView() {
+    ListView1->clear();
+    int first = 0;
+    int last = 0;
+    if (bHistoryMode) {
+        last = (bHisAI ? nHisAIChanCount : 0) + (bHisDI ? nHisDIChanCount : 0);
+    } else {
+        const int channels = ZelAI1->ScanChannelCount();
+        first = bAIEnabled ? 0 : channels;
+        last = bAIEnabled ? channels : 0;
+        if (bDIEnabled)
+            last = channels + nDIChanCount;
+    }
+    for (int k = first; k < std::min(last, ZelGraph1->PlotCount()); ++k) {
+        const PlotAttributes& plot = ZelGraph1->Plot(k);
+        auto* row = new QTreeWidgetItem(ListView1, {plot.name});
+        const std::string_view glyph = LineStyleGlyph(plot.lineStyle);
+        if (!glyph.empty())
+            row->setText(1, QString::fromLatin1(glyph.data(), static_cast<qsizetype>(glyph.size())));
+        row->setForeground(1, ResolvedColor(plot.color));
+    }
+}
+
+} // namespace tracelet

@@ -1,0 +1,48 @@
+#include "app/frmMain.h"
+#include "devices/display/ZelGraph.h"
+#include "devices/display/ZelLED.h"
+#include "graph/TimeBase.h"
+
+namespace tracelet {
+
+void frmMain::AdjustXAxisAndChartLength(bool bSetXAxis) {
+    if (bSetXAxis) {
+        const double middle = (ZelGraph1->XAxisMax() + ZelGraph1->XAxisMin()) / 2;
+        ZelGraph1->SetXAxisMin(middle - 5 * dDIVValue);
+        ZelGraph1->SetXAxisMax(middle + 5 * dDIVValue);
+    }
+    if (bHistoryMode) {
+        ZelGraph1->SetChartLength(HistoryChartLength(dDIVValue, ScanInterval));
+        return;
+    }
+    const std::int32_t channels = ZelAI1->ScanChannelCount();
+    if (channels < 1)
+        return;
+    ZelGraph1->SetChartLength(M1.SoftMode ? PolledChartLength(dDIVValue, nTimerInterval)
+                                          : FastChartLength(dDIVValue, ZelAI1->SampleRate(), channels));
+}
+
+void frmMain::ShowDIVValue(double secondsPerDivision) {
+    isNumEditEventFired = true;
+    dDIVValue = secondsPerDivision;
+    ZelLED1->SetValue(secondsPerDivision);
+    isNumEditEventFired = false;
+}
+
+void frmMain::ZelLED1_Step(bool up) {
+    if (isNumEditEventFired)
+        return;
+    isNumEditEventFired = true;
+    ZelLED1->SetEnabled(false);
+    // An axis or chart length that cannot be set must not leave the display dead.
+    const auto finish = [this](void*) {
+        ZelLED1->SetValue(dDIVValue);
+        ZelLED1->SetEnabled(true);
+        isNumEditEventFired = false;
+    };
+    const std::unique_ptr<frmMain, decltype(finish)> atEnd(this, finish);
+    dDIVValue = SteppedDivision(dDIVValue, up);
+    AdjustXAxisAndChartLength(true);
+}
+
+} // namespace tracelet

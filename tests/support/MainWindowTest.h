@@ -1,0 +1,73 @@
+#pragma once
+
+#include "app/frmMain.h"
+#include "devices/drivers/simulated/SimulatedBoards.h"
+#include "files/Paths.h"
+#include "tests/support/MessageBoxes.h"
+
+#include <QAbstractButton>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <fstream>
+#include <iterator>
+#include <memory>
+
+namespace tracelet {
+
+/// The real main window on simulated boards, in a program folder of its own and on a clock that the test sets.
+class MainWindowTest : public testing::Test {
+protected:
+    MainWindowTest() { Open(SimulatedBoards()); }
+
+    /// Opens the window anew with these boards.
+    void Open(BoardList boards) {
+        window.reset();
+        frmMain::Surroundings surroundings;
+        surroundings.boards = std::move(boards);
+        surroundings.programFolder = folder.path();
+        surroundings.ticks = [this] { return now; };
+        window = std::make_unique<frmMain>(std::move(surroundings));
+        window->show();
+    }
+
+    /// Clicks as a user does; a disabled button does nothing.
+    static void Click(QAbstractButton* button) { QTest::mouseClick(button, Qt::LeftButton); }
+
+    /// Selects lines of ports and the polled block that follows from them.
+    void SelectPorts(std::int32_t start, std::initializer_list<std::uint8_t> masks) {
+        window->nDIPortStart = start;
+        window->nDIPortCount = static_cast<std::int32_t>(masks.size());
+        window->nDIChanCount = 0;
+        std::int32_t port = start;
+        for (std::uint8_t mask : masks) {
+            window->M1.DIPortMask[port++] = mask;
+            window->nDIChanCount += std::popcount(mask);
+        }
+        window->BuildPlots(window->bHistoryMode, true);
+    }
+
+    /// Lets the polling timer tick `count` times, `milliseconds` of the clock apart, whatever the real time.
+    void Tick(int count, std::uint32_t milliseconds = 100) {
+        for (int i = 0; i < count; ++i) {
+            now += milliseconds;
+            window->ZelHiResTimerCtl1_OnTimer(frmMain::PollTimer);
+        }
+    }
+
+    [[nodiscard]] static std::vector<std::uint8_t> Bytes(const std::string& path) {
+        std::ifstream file(NativePath(path), std::ios::binary);
+        return {std::istreambuf_iterator<char>(file), {}};
+    }
+
+    QTemporaryDir folder;
+    std::uint32_t now = 1000;
+    MessageBoxes boxes;
+    std::unique_ptr<frmMain> window;
+};
+
+} // namespace tracelet
