@@ -32,7 +32,7 @@ enum Connection : std::int32_t { SingleEnded = 0, Differential = 1 };
 /// Pacer codes. A board with an external pacer takes 1 and 2, and both mean it.
 enum Pacer : std::int32_t { InternalPacer = 0, ExternalPacer = 1, ExternalPacerProbe = 2 };
 
-/// Form in which samples are handed over.
+/// Form in which samples are handed over; ConverterCounts.h tells what a raw count is.
 enum SampleForm : std::int32_t { RawCounts = 1, AnalogValues = 2 };
 
 /// Thermocouple types, in the order of the choice list.
@@ -40,19 +40,19 @@ enum class ThermocoupleType : std::uint8_t { J, K, S, T, B, R, E };
 
 /// What an analog board is and can do; constant while the program runs.
 struct AnalogBoardInfo {
-    std::string name;                 ///< device name; family rules look for "05", "6601" … in it
-    std::string driver;               ///< driver name, as the picker shows it
-    bool simulated = false;           ///< the picker marks it
-    std::int32_t resolution = 0;      ///< bits of the converter
-    std::int32_t channelCount = 0;    ///< analog channels
-    std::vector<InputRange> ranges;   ///< in enumeration order; the first is the power-up range
-    bool singleEnded = true;          ///< channels can be wired single-ended
-    bool differential = true;         ///< channels can be wired differentially
+    std::string name;               ///< device name; family rules look for "05", "6601" … in it
+    std::string driver;             ///< driver name, as the picker shows it
+    bool simulated = false;         ///< the picker marks it
+    std::int32_t resolution = 0;    ///< bits of the converter
+    std::int32_t channelCount = 0;  ///< analog channels
+    std::vector<InputRange> ranges; ///< in enumeration order; the first is the power-up range
+    bool singleEnded = true;        ///< channels can be wired single-ended
+    bool differential = true;       ///< channels can be wired differentially
     bool externalPacer = false;
     bool hardwareTrigger = false;
-    bool thermocouples = false;       ///< ReadThermocouple works
-    double lowestRate = 1.0;          ///< hertz, conversions of all channels together
-    double highestRate = 1.0;         ///< hertz
+    bool thermocouples = false; ///< ReadThermocouple works
+    double lowestRate = 1.0;    ///< hertz, conversions of all channels together
+    double highestRate = 1.0;   ///< hertz
 };
 
 /// How one channel of a scan is read.
@@ -75,7 +75,7 @@ struct TriggerSetup {
 /// A hardware-paced acquisition.
 struct StreamSetup {
     std::vector<ChannelSetup> channels; ///< scan order
-    double sampleRate = 0.0;            ///< conversions a second, all channels together, as SettleSampleRate gave it
+    double sampleRate = 0.0; ///< conversions a second, all channels together, as SettleSampleRate gave it
     std::int32_t pacer = InternalPacer;
     TriggerSetup trigger;
     SampleForm form = AnalogValues;
@@ -119,10 +119,10 @@ public:
     virtual void ReadScan(std::span<const ChannelSetup> channels, std::span<double> values) = 0;
 
     /// Reads a thermocouple behind expansion channel `expansion` (0 to 15) of `channel`. `type` says which
-    /// couple the user has wired.
-    [[nodiscard]] virtual ThermocoupleReading ReadThermocouple(const ChannelSetup& channel,
-                                                               std::int32_t expansion,
-                                                               ThermocoupleType type) = 0;
+    /// couple the user has wired. A board that is wired differentially only counts its thermocouple inputs in
+    /// steps of two, so up to twice its channels.
+    [[nodiscard]] virtual ThermocoupleReading
+    ReadThermocouple(const ChannelSetup& channel, std::int32_t expansion, ThermocoupleType type) = 0;
 
     /// Starts a hardware-paced acquisition; one at a time.
     virtual void StartStream(const StreamSetup& setup) = 0;

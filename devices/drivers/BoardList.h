@@ -11,7 +11,7 @@ namespace tracelet {
 /// One line of a board picker. A board that was found but cannot be used has no `board` and a `reason`.
 template <typename BoardType>
 struct BoardEntry {
-    std::string name;
+    std::string name; ///< the plain device name; the picker marks simulated boards
     std::string driver;
     std::string reason; ///< why it cannot be used, "" otherwise
     bool simulated = false;
@@ -28,7 +28,8 @@ struct BoardList {
     [[nodiscard]] std::int32_t DefaultDigital() const;
 };
 
-/// The boards of this machine: those of every driver that was built in, then the simulated ones.
+/// The boards of this machine: those of every driver that was built in, then the simulated ones. Every call
+/// makes boards of its own.
 [[nodiscard]] BoardList FindBoards();
 
 } // namespace tracelet

@@ -1,0 +1,48 @@
+#include "devices/drivers/BoardList.h"
+
+#include "devices/drivers/simulated/SimulatedBoards.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+namespace tracelet {
+namespace {
+
+// Index of the first entry with a board that can be used and is simulated or not; -1 when there is none.
+template <typename Entries>
+std::int32_t FirstUsable(const Entries& entries, bool simulated) {
+    const auto found = std::ranges::find_if(
+        entries, [&](const auto& entry) { return entry.board && entry.simulated == simulated; });
+    return found == entries.end() ? -1 : static_cast<std::int32_t>(found - entries.begin());
+}
+
+template <typename Entries>
+std::int32_t Default(const Entries& entries) {
+    const std::int32_t real = FirstUsable(entries, false);
+    return real >= 0 ? real : FirstUsable(entries, true);
+}
+
+void Append(BoardList& list, BoardList more) {
+    std::ranges::move(more.analog, std::back_inserter(list.analog));
+    std::ranges::move(more.digital, std::back_inserter(list.digital));
+}
+
+} // namespace
+
+std::int32_t BoardList::DefaultAnalog() const {
+    return Default(analog);
+}
+
+std::int32_t BoardList::DefaultDigital() const {
+    return Default(digital);
+}
+
+BoardList FindBoards() {
+    BoardList list;
+    // Drivers of real boards append theirs here.
+    Append(list, SimulatedBoards());
+    return list;
+}
+
+} // namespace tracelet
