@@ -77,7 +77,8 @@ TEST_F(ChannelNumbersTest, FamilyWithoutPairsIgnoresTheWiring) {
 }
 
 TEST_F(ChannelNumbersTest, FaultsAreRaised) {
-    EXPECT_THAT([&] { (void)numbers.PhysToLogical(17); }, ThrowsMessage<RunTimeError>("Subscript out of range"));
+    EXPECT_THAT([&] { (void)numbers.PhysToLogical(17); },
+                ThrowsMessage<RunTimeError>("Subscript out of range"));
     const ChannelNumbers none{"05", 0, connections};
     EXPECT_THAT([&] { (void)none.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
     Table<std::int32_t> empty;
