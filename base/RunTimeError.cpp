@@ -14,6 +14,9 @@ RunTimeError PathNotFound() { return RunTimeError("Path not found"); }
 RunTimeError PermissionDenied() { return RunTimeError("Permission denied"); }
 RunTimeError OutOfMemory() { return RunTimeError("Out of memory"); }
 RunTimeError DiskFull() { return RunTimeError("Disk full"); }
+RunTimeError BadFileNumber() { return RunTimeError("Bad file name or number"); }
+RunTimeError FileAlreadyOpen() { return RunTimeError("File already open"); }
+RunTimeError UnexpectedEndOfFile() { return RunTimeError("Unexpected end of file"); }
 
 RunTimeError FromErrno(int errorNumber) {
     switch (errorNumber) {

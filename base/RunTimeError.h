@@ -22,6 +22,9 @@ namespace Fault {
 [[nodiscard]] RunTimeError PermissionDenied();  ///< "Permission denied"
 [[nodiscard]] RunTimeError OutOfMemory();       ///< "Out of memory"
 [[nodiscard]] RunTimeError DiskFull();          ///< "Disk full"
+[[nodiscard]] RunTimeError BadFileNumber();     ///< "Bad file name or number"
+[[nodiscard]] RunTimeError FileAlreadyOpen();   ///< "File already open"
+[[nodiscard]] RunTimeError UnexpectedEndOfFile(); ///< "Unexpected end of file"
 
 /// The description that fits a value of `errno` after a failed file call; the system's own text for any
 /// value without a standard description.

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <string_view>
+
+namespace tracelet {
+
+// Calls to the file system that report by their result alone; none of them throws. Paths are texts as
+// files/Paths.h describes; text of another system makes each of them fail.
+
+/// Copies the bytes of the regular file `from` to `to`, which is created or overwritten. A copy that fails on
+/// the way removes the incomplete `to`. A file is not copied onto itself.
+bool CopyFile(std::string_view from, std::string_view to) noexcept;
+
+/// Makes one folder; False also when something of that name exists already.
+bool CreateFolder(std::string_view path) noexcept;
+
+/// Removes a file, never a folder.
+bool DeleteFile(std::string_view path) noexcept;
+
+/// Removes an empty folder.
+bool RemoveFolder(std::string_view path) noexcept;
+
+} // namespace tracelet

@@ -1,0 +1,69 @@
+#include "files/FileOperations.h"
+
+#include "tests/files/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace tracelet {
+namespace {
+
+namespace fs = std::filesystem;
+
+TEST(CopyFile, CreatesAndOverwrites) {
+    const TemporaryFolder folder;
+    folder.Write("from", "new content");
+    folder.Write("old", "something that is much longer than the new content");
+    EXPECT_TRUE(CopyFile(folder / "from", folder.Path() + "\\to"));
+    EXPECT_TRUE(CopyFile(folder / "from", folder / "old"));
+    EXPECT_EQ(ContentOf(folder / "to"), "new content");
+    EXPECT_EQ(ContentOf(folder / "old"), "new content");
+    EXPECT_EQ(ContentOf(folder / "from"), "new content");
+}
+
+TEST(CopyFile, CopiesEmptyAndLargeFiles) {
+    const TemporaryFolder folder;
+    std::string large(3 * 1024 * 1024 + 5, '\0');
+    for (std::size_t i = 0; i < large.size(); ++i)
+        large[i] = static_cast<char>(i % 251);
+    EXPECT_TRUE(CopyFile(folder.Write("empty"), folder / "emptyCopy"));
+    EXPECT_TRUE(CopyFile(folder.Write("large", large), folder / "largeCopy"));
+    EXPECT_TRUE(fs::exists(folder / "emptyCopy"));
+    EXPECT_EQ(ContentOf(folder / "largeCopy"), large);
+}
+
+TEST(CopyFile, FailsQuietly) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("file", "abc");
+    fs::create_symlink(file, folder / "link");
+    fs::create_directory(folder / "sub");
+    EXPECT_FALSE(CopyFile(folder / "none", folder / "to"));
+    EXPECT_FALSE(fs::exists(folder / "to"));
+    EXPECT_FALSE(CopyFile(file, folder / "sub"));
+    EXPECT_FALSE(CopyFile(file, folder / "none/to"));
+    EXPECT_FALSE(CopyFile(folder / "sub", folder / "to"));
+    EXPECT_FALSE(CopyFile(file, "C:\\to"));
+    EXPECT_FALSE(CopyFile(file, file));
+    EXPECT_FALSE(CopyFile(file, folder / "link"));
+    EXPECT_FALSE(CopyFile(file, folder.Path() + "/./file"));
+    EXPECT_EQ(ContentOf(file), "abc");
+}
+
+TEST(Folders, AreMadeOnceAndRemovedEmpty) {
+    const TemporaryFolder folder;
+    EXPECT_TRUE(CreateFolder(folder.Path() + "\\new"));
+    EXPECT_TRUE(fs::is_directory(folder / "new"));
+    EXPECT_FALSE(CreateFolder(folder / "new"));
+    EXPECT_FALSE(CreateFolder(folder / "a/b")) << "one folder at a time";
+    EXPECT_FALSE(CreateFolder(folder.Write("file")));
+    folder.Write("new/x");
+    EXPECT_FALSE(RemoveFolder(folder / "new"));
+    EXPECT_FALSE(DeleteFile(folder / "new"));
+    EXPECT_TRUE(DeleteFile(folder.Path() + "\\new\\x"));
+    EXPECT_TRUE(RemoveFolder(folder.Path() + "\\new"));
+    EXPECT_FALSE(RemoveFolder(folder / "file"));
+    EXPECT_FALSE(DeleteFile(folder / "none"));
+}
+
+} // namespace
+} // namespace tracelet

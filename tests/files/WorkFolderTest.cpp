@@ -1,0 +1,74 @@
+#include "files/WorkFolder.h"
+
+#include "files/Paths.h"
+#include "tests/files/TemporaryFolder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <regex>
+
+namespace tracelet {
+namespace {
+
+using testing::IsEmpty;
+namespace fs = std::filesystem;
+
+void WriteWorkFiles(const WorkFolder& work) {
+    for (const std::string& path :
+         {work.szProjectFileName, work.szAIFileName, work.szDIFileName, work.szFAIFileName})
+        std::ofstream(NativePath(path)) << "x";
+}
+
+TEST(WorkFolder, IsMadeInTheProgramsFolder) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    EXPECT_TRUE(fs::is_directory(work.sztmpPath));
+    EXPECT_TRUE(std::regex_match(FileNameFromPath(work.sztmpPath), std::regex("tl[0-9A-F]{4}\\.tmp")));
+    EXPECT_EQ(fs::path(work.sztmpPath).parent_path(), program.Path());
+    EXPECT_EQ(work.szProjectFileName, work.sztmpPath + "\\Project.tld");
+    EXPECT_EQ(work.szAIFileName, work.sztmpPath + "\\AI.tld");
+    EXPECT_EQ(work.szDIFileName, work.sztmpPath + "\\DI.tld");
+    EXPECT_EQ(work.szFAIFileName, work.sztmpPath + "\\FAI.tld");
+}
+
+TEST(WorkFolder, IsAnotherForEachProgram) {
+    const TemporaryFolder program;
+    EXPECT_NE(MakeWorkFolder(program.Path()).sztmpPath, MakeWorkFolder(program.Path()).sztmpPath);
+    EXPECT_EQ(program.Names().size(), 2U);
+}
+
+TEST(WorkFolder, FallsBackToTheTemporaryFolder) {
+    const TemporaryFolder program;
+    for (const std::string& unusable :
+         {program / "none", program.Write("file"), std::string("C:\\Program")}) {
+        const WorkFolder work = MakeWorkFolder(unusable);
+        EXPECT_TRUE(fs::is_directory(work.sztmpPath)) << unusable;
+        EXPECT_EQ(work.sztmpPath.find(GetTempDir() + "tl"), 0U) << work.sztmpPath;
+        RemoveWorkFolder(work);
+        EXPECT_FALSE(fs::exists(work.sztmpPath));
+    }
+}
+
+TEST(WorkFolder, GoesWithItsFourFiles) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    WriteWorkFiles(work);
+    RemoveWorkFolder(work);
+    EXPECT_THAT(program.Names(), IsEmpty());
+    RemoveWorkFolder(work); // again: nothing to do, nothing raised
+}
+
+TEST(WorkFolder, StaysWithAStrayFile) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    WriteWorkFiles(work);
+    std::ofstream(work.sztmpPath + "/stray") << "x";
+    RemoveWorkFolder(work);
+    std::vector<std::string> left;
+    for (const auto& entry : fs::directory_iterator(work.sztmpPath))
+        left.push_back(entry.path().filename().string());
+    EXPECT_THAT(left, testing::ElementsAre("stray"));
+}
+
+} // namespace
+} // namespace tracelet
