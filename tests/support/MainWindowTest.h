@@ -1,11 +1,18 @@
 #pragma once
 
 #include "app/frmMain.h"
+#include "devices/display/ZelButton.h"
+#include "devices/drivers/simulated/SimulatedAnalogBoard.h"
 #include "devices/drivers/simulated/SimulatedBoards.h"
+#include "devices/drivers/simulated/SimulatedDigitalBoard.h"
 #include "files/Paths.h"
 #include "tests/support/MessageBoxes.h"
 
 #include <QAbstractButton>
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
@@ -25,10 +32,11 @@ protected:
     MainWindowTest() { Open(SimulatedBoards()); }
 
     /// Opens the window anew with these boards.
-    void Open(BoardList boards) {
+    void Open(BoardList given) {
         window.reset();
+        boards = std::move(given);
         frmMain::Surroundings surroundings;
-        surroundings.boards = std::move(boards);
+        surroundings.boards = boards;
         surroundings.programFolder = folder.path();
         surroundings.ticks = [this] { return now; };
         window = std::make_unique<frmMain>(std::move(surroundings));
@@ -51,6 +59,26 @@ protected:
         window->BuildPlots(window->bHistoryMode, true);
     }
 
+    /// Presses Start; ticks then come from Tick alone.
+    void StartPolling() {
+        Click(window->BtnStart);
+        ASSERT_TRUE(window->isSystemRunning);
+        window->ZelHiResTimerCtl1->SetTimerEnabled(frmMain::PollTimer, false);
+    }
+
+    void TurnOnAI() { Click(window->ZelButton1); }
+    void TurnOnDI() { Click(window->ZelButton2); }
+
+    /// Board of the selected device number, for its faults.
+    [[nodiscard]] SimulatedAnalogBoard& AnalogBoardInUse() {
+        return dynamic_cast<SimulatedAnalogBoard&>(
+            *boards.analog.at(static_cast<std::size_t>(window->ZelAI1->DeviceNumber())).board);
+    }
+    [[nodiscard]] SimulatedDigitalBoard& DigitalBoardInUse() {
+        return dynamic_cast<SimulatedDigitalBoard&>(
+            *boards.digital.at(static_cast<std::size_t>(window->ZelDIO1->DeviceNumber())).board);
+    }
+
     /// Lets the polling timer tick `count` times, `milliseconds` of the clock apart, whatever the real time.
     void Tick(int count, std::uint32_t milliseconds = 100) {
         for (int i = 0; i < count; ++i) {
@@ -65,9 +93,18 @@ protected:
     }
 
     QTemporaryDir folder;
+    BoardList boards;
     std::uint32_t now = 1000;
     MessageBoxes boxes;
     std::unique_ptr<frmMain> window;
 };
+
+/// A list with one analog board made to measure and no digital one.
+inline BoardList OneAnalogBoard(AnalogBoardInfo info) {
+    BoardList list;
+    auto board = std::make_shared<SimulatedAnalogBoard>(SimulatedAnalogKind{0, info, {}, false});
+    list.analog.push_back({info.name, info.driver, "", true, board});
+    return list;
+}
 
 } // namespace tracelet

@@ -1,0 +1,194 @@
+#include "tests/support/MainWindowTest.h"
+
+#include "devices/display/ZelGraph.h"
+#include "devices/display/ZelLED.h"
+
+#include <QTreeWidget>
+
+namespace tracelet {
+namespace {
+
+using testing::ElementsAre;
+
+class PlotsTest : public MainWindowTest {
+protected:
+    [[nodiscard]] std::vector<std::string> PlotNames() const {
+        std::vector<std::string> names;
+        for (int i = 0; i < window->ZelGraph1->PlotCount(); ++i)
+            names.push_back(window->ZelGraph1->Plot(i).name.toStdString());
+        return names;
+    }
+    [[nodiscard]] std::vector<std::string> ListedNames() const {
+        std::vector<std::string> names;
+        for (int i = 0; i < window->ListView1->topLevelItemCount(); ++i)
+            names.push_back(window->ListView1->topLevelItem(i)->text(0).toStdString());
+        return names;
+    }
+    void Scan(std::int32_t start, std::int32_t count) {
+        window->ZelAI1->SetScanStartChannel(start);
+        window->ZelAI1->SetScanChannelCount(count);
+        window->BuildPlots(false, true);
+    }
+};
+
+TEST_F(PlotsTest, AnalogPlotsComeInScanOrderThenTheLines) {
+    Scan(4, 3);
+    SelectPorts(0, {0x05, 0x80});
+    EXPECT_THAT(PlotNames(), ElementsAre("AI 4", "AI 5", "AI 6", "DI 0:0", "DI 0:2", "DI 1:7"));
+    EXPECT_EQ(window->ZelGraph1->Plot(3).axis, DigitalAxis);
+    EXPECT_EQ(window->ZelGraph1->Plot(5).color, 0x00FFFFU);
+}
+
+TEST_F(PlotsTest, DifferentialPairIsOnePlot) {
+    window->ZelAI1->SetChannel(0);
+    window->ZelAI1->SetSignalConnection(1);
+    window->M1.AIChanConnection[0] = window->M1.AIChanConnection[1] = 1;
+    Scan(0, 3);
+    EXPECT_THAT(PlotNames(), ElementsAre("AI 0", "AI 2", "AI 3"));
+}
+
+TEST_F(PlotsTest, SystemColourIsKeptRaw) {
+    Scan(8, 1);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).color, 0x80000016U);
+    EXPECT_EQ(ResolvedColor(0x80000016U), QColor(0xE3, 0xE3, 0xE3));
+    EXPECT_EQ(ResolvedColor(0x0080FFU), QColor(0xFF, 0x80, 0x00));
+}
+
+TEST_F(PlotsTest, ThermocoupleChannelHangsOnTheTemperatureAxis) {
+    window->M1.AIChanIsThermo[1] = true;
+    Scan(0, 2);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).axis, VoltageAxis);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);
+}
+
+TEST_F(PlotsTest, FastInputShowsNoLines) {
+    SelectPorts(0, {0x01});
+    TurnOnAI();
+    window->M1.SoftMode = false;
+    window->BuildPlots(false, true);
+    EXPECT_THAT(PlotNames(), ElementsAre("AI 0"));
+    TurnOnAI();
+    window->BuildPlots(false, true);
+    EXPECT_THAT(PlotNames(), ElementsAre("AI 0", "DI 0:0"));
+}
+
+TEST_F(PlotsTest, WrapsAtTheLastChannel) {
+    for (std::size_t i = 0; i < boards.analog.size(); ++i) {
+        if (boards.analog[i].name.find("3605") != std::string::npos)
+            window->ZelAI1->SetDeviceNumber(static_cast<std::int32_t>(i));
+    }
+    const std::int32_t channels = window->ZelAI1->MaxChannelCount();
+    window->M1.AIChanIsThermo.Resize(channels + 1);
+    window->InitPlotAttributes(true);
+    Scan(channels - 2, 2);
+    EXPECT_THAT(PlotNames(), ElementsAre("AI " + std::to_string(channels - 2), "AI " + std::to_string(channels - 1)));
+}
+
+TEST_F(PlotsTest, RebuildDuringASessionKeepsTheSamples) {
+    TurnOnAI();
+    StartPolling();
+    Tick(3);
+    window->M1.AIPlotColor[0] = 0x123456;
+    window->BuildPlots(false, true);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 3);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).color, 0x123456U);
+    Click(window->BtnStart);
+    window->BuildPlots(false, true);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 0);
+}
+
+TEST_F(PlotsTest, RebuildWithOtherPlotsDuringASessionStartsAnew) {
+    TurnOnAI();
+    StartPolling();
+    Tick(3);
+    window->M1.AIChanIsThermo[0] = true;
+    window->BuildPlots(false, true);
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 1);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 0);
+    Click(window->BtnStart);
+}
+
+TEST_F(PlotsTest, ListFollowsTheSwitches) {
+    Scan(0, 2);
+    SelectPorts(0, {0x03});
+    EXPECT_THAT(ListedNames(), ElementsAre());
+    TurnOnAI();
+    EXPECT_THAT(ListedNames(), ElementsAre("AI 0", "AI 1"));
+    TurnOnDI();
+    EXPECT_THAT(ListedNames(), ElementsAre("AI 0", "AI 1", "DI 0:0", "DI 0:1"));
+    TurnOnAI();
+    EXPECT_THAT(ListedNames(), ElementsAre("DI 0:0", "DI 0:1"));
+}
+
+TEST_F(PlotsTest, ListRowShowsTheStrokeInThePlotsColour) {
+    for (std::int32_t style = 0; style <= 5; ++style) {
+        window->M1.AIPlotLineStyle[style] = style;
+        window->M1.AIPlotColor[style] = 0x0080FF;
+    }
+    Scan(0, 6);
+    TurnOnAI();
+    const char* glyphs[] = {"-------", "- - - -", ". . . .", "- . - .", "- . . -", ""};
+    for (int row = 0; row < 6; ++row) {
+        const QTreeWidgetItem* item = window->ListView1->topLevelItem(row);
+        EXPECT_EQ(item->text(1), QString::fromLatin1(glyphs[row]));
+        EXPECT_EQ(item->foreground(1).color(), QColor(0xFF, 0x80, 0x00));
+    }
+    EXPECT_EQ(window->ListView1->headerItem()->text(0), u" Chan"_qs);
+    EXPECT_EQ(window->ListView1->headerItem()->text(1), u" Line"_qs);
+}
+
+TEST_F(PlotsTest, LineCountBeyondThePlotsListsWhatThereIs) {
+    SelectPorts(0, {0x01});
+    window->nDIChanCount = 40;
+    TurnOnDI();
+    EXPECT_THAT(ListedNames(), ElementsAre("DI 0:0"));
+}
+
+TEST_F(PlotsTest, StepMovesTheAxisAroundItsMiddle) {
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->dDIVValue, 5.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), -20.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 30.0);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 501);
+    EXPECT_EQ(window->ZelLED1->Text(), u"5.000000"_qs);
+    EXPECT_TRUE(window->ZelLED1->Enabled());
+    EXPECT_FALSE(window->isNumEditEventFired);
+    window->ZelLED1->Step(false);
+    window->ZelLED1->Step(false);
+    EXPECT_EQ(window->ZelLED1->Text(), u".200000"_qs);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 4.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 6.0);
+}
+
+TEST_F(PlotsTest, StepIsIgnoredWhileTheProgramWrites) {
+    window->isNumEditEventFired = true;
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+}
+
+TEST_F(PlotsTest, StepThatOverflowsLeavesTheDisplayAlive) {
+    window->nTimerInterval = 0;
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->dDIVValue, 5.0);
+    EXPECT_TRUE(window->ZelLED1->Enabled());
+    EXPECT_FALSE(window->isNumEditEventFired);
+    EXPECT_EQ(window->ZelLED1->Value(), 5.0);
+}
+
+TEST_F(PlotsTest, ChartLengthOfFastInputCountsTheScans) {
+    Scan(0, 4);
+    window->M1.SoftMode = false;
+    window->ZelAI1->SetSampleRate(1000.0);
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 12500);
+}
+
+TEST_F(PlotsTest, ChartLengthStaysWithoutAnalogChannels) {
+    Open({});
+    window->ZelGraph1->SetChartLength(77);
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 77);
+}
+
+} // namespace
+} // namespace tracelet
