@@ -1,0 +1,71 @@
+#include "export/TextFile.h"
+
+#include "base/RunTimeError.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
+#include <string_view>
+#include <unistd.h>
+#include <utility>
+
+namespace tracelet {
+namespace {
+
+constexpr std::size_t BufferBytes = 256 * 1024; // stays in the processor's cache
+constexpr std::string_view LineBreak = "\r\n";
+
+} // namespace
+
+TextFile::TextFile(const std::string& nativePath) : buffer(BufferBytes) {
+    constexpr mode_t Everyone = 0666;
+    descriptor = ::open(nativePath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, Everyone);
+    if (descriptor < 0)
+        throw Fault::FromErrno(errno);
+}
+
+TextFile::~TextFile() {
+    if (descriptor >= 0)
+        ::close(descriptor);
+}
+
+void TextFile::Close() {
+    WriteOut();
+    if (::close(std::exchange(descriptor, -1)) != 0 && errno != EINTR)
+        throw Fault::FromErrno(errno);
+}
+
+void TextFile::MakeRoom(std::size_t bytes) {
+    WriteOut();
+    if (bytes > buffer.size())
+        buffer.resize(bytes);
+}
+
+void TextFile::WriteOut() {
+    std::size_t written = 0;
+    while (written < used) {
+        const ssize_t count = ::write(descriptor, buffer.data() + written, used - written);
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0) {
+            const int error = count < 0 ? errno : ENOSPC;
+            CutAfter(written);
+            used = 0;
+            throw Fault::FromErrno(error);
+        }
+        written += static_cast<std::size_t>(count);
+    }
+    fileBytes += static_cast<std::int64_t>(used);
+    used = 0;
+}
+
+// The last line break at or before `bytesWritten` is where the last whole line ends. The buffer begins with a
+// line, so without such a break all of it goes.
+void TextFile::CutAfter(std::size_t bytesWritten) const {
+    const std::size_t lineEnd = std::string_view(buffer.data(), used).rfind(LineBreak, bytesWritten);
+    const std::size_t kept = lineEnd == std::string_view::npos ? 0 : lineEnd;
+    // A device such as a pipe cannot be cut; the failure of the write is what counts.
+    [[maybe_unused]] const int result = ::ftruncate(descriptor, fileBytes + static_cast<std::int64_t>(kept));
+}
+
+} // namespace tracelet

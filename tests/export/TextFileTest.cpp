@@ -1,0 +1,140 @@
+#include "export/TextFile.h"
+
+#include "base/RunTimeError.h"
+#include "tests/export/TextFolder.h"
+
+#include <csignal>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+
+namespace tracelet {
+namespace {
+
+void AddLine(TextFile& file, const std::string& line) {
+    char* out = file.Line(line.size());
+    file.EndLine(std::copy(line.begin(), line.end(), out));
+}
+
+std::string Description(const std::function<void()>& action) {
+    try {
+        action();
+    } catch (const RunTimeError& error) {
+        return error.what();
+    }
+    return "no error";
+}
+
+// Makes writes beyond `bytes` fail as on a full disk, while it lives.
+class FileSizeLimit {
+public:
+    explicit FileSizeLimit(rlim_t bytes) {
+        handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &before);
+        const rlimit limit{bytes, before.rlim_max};
+        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    }
+    ~FileSizeLimit() {
+        setrlimit(RLIMIT_FSIZE, &before);
+        std::signal(SIGXFSZ, handlerBefore);
+    }
+
+private:
+    rlimit before{};
+    void (*handlerBefore)(int) = nullptr;
+};
+
+TEST(TextFile, HoldsTheLinesInOrder) {
+    const TextFolder folder;
+    TextFile file(folder.File("a"));
+    AddLine(file, "Time");
+    AddLine(file, "\r\n1");
+    AddLine(file, "\r\n2");
+    file.Close();
+    EXPECT_EQ(folder.Content("a"), "Time\r\n1\r\n2");
+}
+
+TEST(TextFile, EmptiesAnExistingFile) {
+    const TextFolder folder;
+    folder.Fill("a", "what was there before");
+    TextFile file(folder.File("a"));
+    AddLine(file, "new");
+    file.Close();
+    EXPECT_EQ(folder.Content("a"), "new");
+}
+
+TEST(TextFile, TakesLinesLongerThanItsBuffer) {
+    const TextFolder folder;
+    TextFile file(folder.File("a"));
+    const std::string longLine(3000000, 'x');
+    AddLine(file, "short");
+    AddLine(file, longLine);
+    AddLine(file, "short");
+    file.Close();
+    EXPECT_EQ(folder.Content("a"), "short" + longLine + "short");
+}
+
+TEST(TextFile, KeepsEveryByteOfManyLines) {
+    const TextFolder folder;
+    TextFile file(folder.File("a"));
+    std::string expected;
+    for (int i = 0; i < 100000; ++i) {
+        const std::string line = "\r\n" + std::to_string(i * 7919);
+        AddLine(file, line);
+        expected += line;
+    }
+    file.Close();
+    EXPECT_TRUE(folder.Content("a") == expected);
+}
+
+TEST(TextFile, SaysWhyItCannotBeCreated) {
+    const TextFolder folder;
+    EXPECT_EQ(Description([&] { TextFile file(folder.File("missing/a")); }), "File not found");
+    EXPECT_EQ(Description([&] { TextFile file(folder.File("")); }), "Permission denied"); // a directory
+}
+
+TEST(TextFile, ReportsAFullDisk) {
+    TextFile file("/dev/full");
+    AddLine(file, "Time");
+    EXPECT_EQ(Description([&] { file.Close(); }), "Disk full");
+}
+
+TEST(TextFile, ReportsAFullDiskAsSoonAsItsBufferIsFull) {
+    TextFile file("/dev/full");
+    EXPECT_EQ(Description([&] {
+                  for (int i = 0; i < 1000000; ++i)
+                      AddLine(file, "\r\n0.1\t0.2");
+              }),
+              "Disk full");
+}
+
+TEST(TextFile, LeavesWholeLinesWhenAWriteFails) {
+    const std::string line = "\r\n0.12345\t-9.87654";
+    // Limits at the end of the header, inside a line break, inside a line, exactly behind a line, in later
+    // blocks.
+    for (const std::size_t limit :
+         {std::size_t{2}, std::size_t{4}, std::size_t{5}, std::size_t{6}, std::size_t{30},
+          4 + 10 * line.size(), 4 + 10 * line.size() + 1, std::size_t{262144}, std::size_t{700001}}) {
+        const TextFolder folder;
+        std::string expected = limit < 4 ? "" : "Time";
+        while (!expected.empty() && expected.size() + line.size() <= limit)
+            expected += line;
+        TextFile file(folder.File("a"));
+        std::string description;
+        {
+            const FileSizeLimit full(limit);
+            description = Description([&] {
+                AddLine(file, "Time");
+                for (int i = 0; i < 50000; ++i)
+                    AddLine(file, line);
+                file.Close();
+            });
+        }
+        EXPECT_EQ(description, "File too large");
+        EXPECT_TRUE(folder.Content("a") == expected)
+            << "limit " << limit << ": " << folder.Content("a").size() << " bytes instead of "
+            << expected.size();
+    }
+}
+
+} // namespace
+} // namespace tracelet
