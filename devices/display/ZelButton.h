@@ -26,6 +26,11 @@ signals:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    void PaintRocker(QPainter& painter, const QRectF& rocker) const;
+    void PaintLight(QPainter& painter, const QRectF& upperHalf) const;
+    void PaintCaption(QPainter& painter, const QRectF& lowerHalf) const;
 };
 
 } // namespace tracelet

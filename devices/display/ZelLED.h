@@ -7,7 +7,8 @@ class QAbstractButton;
 namespace tracelet {
 
 /// Numeric display with a step-up and a step-down button. Shows its value with the pattern ".#####0" in
-/// seven-segment digits, right-aligned.
+/// seven-segment digits, right-aligned, the point always at the same place. A number too long for it shows
+/// as bars, never in part; the tooltip then has it.
 class ZelLED : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double Value READ Value WRITE SetValue)
@@ -21,11 +22,13 @@ public:
     void SetValue(double newValue);
     [[nodiscard]] QString Text() const; ///< the digits shown, "1.000000" or ".200000"
 
-    /// While off the buttons do nothing; the digits stay lit.
-    [[nodiscard]] bool Enabled() const { return isEnabled(); }
-    void SetEnabled(bool on) { setEnabled(on); }
+    /// While off neither buttons, keys nor wheel tell a step; the digits stay lit. A flag of its own, so that
+    /// a handler that switches it off and on does not lose the keyboard's focus.
+    [[nodiscard]] bool Enabled() const { return enabledFlag; }
+    void SetEnabled(bool on) { enabledFlag = on; }
 
     [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 signals:
     void Step(bool up);
@@ -37,7 +40,13 @@ protected:
     void wheelEvent(QWheelEvent* event) override;
 
 private:
+    void TellStep(bool up);
+    [[nodiscard]] QRectF DigitsArea() const;
+    void ShowTextWhereDigitsCannot();
+
     double value = 0.0;
+    bool enabledFlag = true;
+    int wheelRest = 0;               ///< eighths of a degree not told as a step yet
     QAbstractButton* up = nullptr;   ///< objectName "StepUp"
     QAbstractButton* down = nullptr; ///< objectName "StepDown"
 };
