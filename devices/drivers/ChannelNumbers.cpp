@@ -4,10 +4,12 @@
 
 namespace tracelet {
 
-bool ChannelNumbers::IsUnpaired() const { return deviceName.find("05") != std::string_view::npos; }
+bool IsUnpairedFamily(std::string_view deviceName) {
+    return deviceName.find("05") != std::string_view::npos;
+}
 
 std::int32_t ChannelNumbers::PhysToLogical(std::int32_t channel) const {
-    if (IsUnpaired())
+    if (IsUnpairedFamily(deviceName))
         return Mod(channel, maxChannelCount);
     std::int32_t count = -1;
     for (std::int32_t i = 0; i <= channel; ++i) {
@@ -18,7 +20,7 @@ std::int32_t ChannelNumbers::PhysToLogical(std::int32_t channel) const {
 }
 
 std::int32_t ChannelNumbers::LogicalToPhys(std::int32_t& channel) const {
-    if (IsUnpaired())
+    if (IsUnpairedFamily(deviceName))
         return Mod(channel, maxChannelCount);
     std::int32_t count = -1;
     std::int32_t physical = 0;
@@ -32,7 +34,7 @@ std::int32_t ChannelNumbers::LogicalToPhys(std::int32_t& channel) const {
 }
 
 std::int32_t ChannelNumbers::LogicalCount() const {
-    if (IsUnpaired())
+    if (IsUnpairedFamily(deviceName))
         return maxChannelCount;
     double total = 0.0;
     for (std::int32_t i = 0; i < maxChannelCount; ++i)

@@ -7,15 +7,15 @@
 
 namespace tracelet {
 
+/// True for boards of the "05" family, whose channels do not pair up: the name contains "05".
+[[nodiscard]] bool IsUnpairedFamily(std::string_view deviceName);
+
 /// Channel numbering of an analog board. A differential pair (even channel, odd channel) is one logical
 /// channel; boards of the "05" family do not pair, their numbers are used as they are.
 struct ChannelNumbers {
-    std::string_view deviceName;             ///< family rule: contains "05", case-sensitive
-    std::int32_t maxChannelCount = 0;        ///< channels of the board; 0 raises "Division by zero"
-    const Table<std::int32_t>& connections;  ///< wiring code by physical channel; only 1 is differential
-
-    /// True for boards of the "05" family.
-    [[nodiscard]] bool IsUnpaired() const;
+    std::string_view deviceName;            ///< family rule: contains "05", case-sensitive
+    std::int32_t maxChannelCount = 0;       ///< channels of the board; 0 raises "Division by zero"
+    const Table<std::int32_t>& connections; ///< wiring code by physical channel; only 1 is differential
 
     /// Logical number of a physical channel. A channel beyond the table raises "Subscript out of range".
     [[nodiscard]] std::int32_t PhysToLogical(std::int32_t channel) const;
