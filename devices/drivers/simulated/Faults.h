@@ -11,9 +11,9 @@ namespace tracelet {
 /// What goes wrong with a simulated board, for tests. As made, nothing does.
 struct Faults {
     bool unplugged = false;            ///< every call fails but Info and StopStream
-    std::string readError;             ///< unless "": every reading fails with this text
-    std::string refusedRate;           ///< unless "": SettleSampleRate fails with this text
-    std::string refusedStart;          ///< unless "": StartStream fails with this text
+    std::string readError = {};        ///< unless "": every reading fails with this text
+    std::string refusedRate = {};      ///< unless "": SettleSampleRate fails with this text
+    std::string refusedStart = {};     ///< unless "": StartStream fails with this text
     std::uint64_t lostScans = 0;       ///< the next ReadStream loses so many scans, once
     std::chrono::milliseconds slow{0}; ///< time that every reading takes longer
 };

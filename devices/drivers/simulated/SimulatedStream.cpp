@@ -82,6 +82,8 @@ bool SimulatedStream::WaitForSamples(std::unique_lock<std::mutex>& lock, std::si
 
 // False when the stream was stopped meanwhile.
 bool SimulatedStream::Pause(std::unique_lock<std::mutex>& lock, std::chrono::milliseconds time) {
+    if (time.count() == 0)
+        return true;
     const std::uint64_t awaited = runNumber;
     stopped.wait_for(lock, time, [&] { return !run || runNumber != awaited; });
     return run && runNumber == awaited;
