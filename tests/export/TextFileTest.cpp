@@ -113,7 +113,7 @@ TEST(TextFile, LeavesWholeLinesWhenAWriteFails) {
     // blocks.
     for (const std::size_t limit :
          {std::size_t{2}, std::size_t{4}, std::size_t{5}, std::size_t{6}, std::size_t{30},
-          4 + 10 * line.size(), 4 + 10 * line.size() + 1, std::size_t{262144}, std::size_t{700001}}) {
+          4 + 10 * line.size(), 4 + 10 * line.size() + 1, std::size_t{1048576}, std::size_t{2500001}}) {
         const TextFolder folder;
         std::string expected = limit < 4 ? "" : "Time";
         while (!expected.empty() && expected.size() + line.size() <= limit)
@@ -124,7 +124,7 @@ TEST(TextFile, LeavesWholeLinesWhenAWriteFails) {
             const FileSizeLimit full(limit);
             description = Description([&] {
                 AddLine(file, "Time");
-                for (int i = 0; i < 50000; ++i)
+                for (int i = 0; i < 200000; ++i)
                     AddLine(file, line);
                 file.Close();
             });
