@@ -92,15 +92,16 @@ public:
 
     // ── Files ────────────────────────────────────────────────────────────────────────────────────────
     // Paths are texts whose last separator is "\"; files/Paths turns them into native ones.
-    std::string szProgramPath;     ///< the program's folder
-    std::string sztmpPath;         ///< work folder
-    std::string szAIFileName;      ///< work file of polled analog samples
-    std::string szFAIFileName;     ///< work file of fast analog samples
-    std::string szProjectFileName; ///< work project file
-    std::string szDIFileName;      ///< work file of digital samples
-    std::string szDrive;           ///< drive last chosen in the folder dialog
-    std::string szDir;             ///< folder last chosen in the folder dialog
-    std::string szNewFolder;       ///< folder name typed in the folder dialog; "" when cancelled
+    std::string szProgramPath; ///< the program's folder
+    WorkFolder work;
+    const std::string& sztmpPath = work.sztmpPath;                 ///< work folder
+    const std::string& szProjectFileName = work.szProjectFileName; ///< work project file
+    const std::string& szAIFileName = work.szAIFileName;           ///< polled analog samples
+    const std::string& szFAIFileName = work.szFAIFileName;         ///< fast analog samples
+    const std::string& szDIFileName = work.szDIFileName;           ///< digital samples
+    std::string szDrive;                                           ///< drive last chosen in the folder dialog
+    std::string szDir;       ///< folder last chosen in the folder dialog
+    std::string szNewFolder; ///< folder name typed in the folder dialog; "" when cancelled
     bool bPathDlgAI = false;
 
     static const QString PollTimer; ///< "SoftPoolTimer"
@@ -261,6 +262,7 @@ private:
     void PlaySoftDIData(bool& end);
 
     void ConnectGraph();
+    void BuildModeMenu();
     void ZelGraph1_MouseUp();
     void ZelGraph1_Error(const QString& text);
 

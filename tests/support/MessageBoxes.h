@@ -1,5 +1,7 @@
 #pragma once
 
+#include "tests/support/OnModalDialog.h"
+
 #include <QObject>
 #include <QString>
 #include <QTimer>
@@ -38,30 +40,5 @@ private:
 };
 
 void PrintTo(const MessageBoxes::Box& box, std::ostream* out);
-
-/// Once a modal dialog of type Dialog is open, runs `action` on it; call before the dialog is shown. The
-/// action must close the dialog.
-template <typename Dialog>
-void OnModalDialog(std::function<void(Dialog&)> action);
-
-} // namespace tracelet
-
-#include <QApplication>
-
-namespace tracelet {
-
-template <typename Dialog>
-void OnModalDialog(std::function<void(Dialog&)> action) {
-    auto* timer = new QTimer(qApp);
-    QObject::connect(timer, &QTimer::timeout, timer, [timer, action] {
-        auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget());
-        if (dialog == nullptr || !dialog->isVisible())
-            return;
-        timer->stop();
-        timer->deleteLater();
-        action(*dialog);
-    });
-    timer->start(1);
-}
 
 } // namespace tracelet

@@ -1,0 +1,129 @@
+// Widgets of the graph settings dialog and what they run.
+
+#include "app/Handler.h"
+#include "app/LeaveCheck.h"
+#include "app/frmMain.h"
+#include "devices/display/ZelGraph.h"
+#include "graph/frmGraphSet.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+
+namespace tracelet {
+namespace {
+
+template <typename Widget>
+Widget* Named(const QString& name, Widget* widget) {
+    widget->setObjectName(name);
+    return widget;
+}
+
+QLabel* Caption(const QString& name, const QString& text, QWidget* buddy) {
+    auto* label = Named(name, new QLabel(text));
+    label->setBuddy(buddy);
+    return label;
+}
+
+} // namespace
+
+frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
+    setObjectName(u"frmGraphSet"_qs);
+    setWindowTitle(u"Graph Setting"_qs);
+    x.axis = XAxis;
+    x.fault = u"Invalide X axis range"_qs;
+    y.axis = VoltageAxis;
+    y.fault = u"Invalide Y axis range"_qs;
+
+    auto* layout = new QGridLayout(this);
+    layout->addWidget(BuildPlotGroup(), 0, 0);
+    layout->addWidget(BuildAxesGroup(), 0, 1);
+    auto* buttons = new QHBoxLayout;
+    BtnApply = Named(u"BtnApply"_qs, new QPushButton(u"OK"_qs));
+    BtnCancel = Named(u"BtnCancel"_qs, new QPushButton(u"Cancel"_qs));
+    for (QPushButton* button : {BtnApply, BtnCancel})
+        button->setAutoDefault(false);
+    buttons->addStretch();
+    buttons->addWidget(BtnApply);
+    buttons->addWidget(BtnCancel);
+    layout->addLayout(buttons, 1, 0, 1, 2);
+
+    ConnectWidgets();
+    LoadPlots();
+    LoadAxes();
+}
+
+QGroupBox* frmGraphSet::BuildPlotGroup() {
+    auto* frame = Named(u"framePlots"_qs, new QGroupBox(u"Plots"_qs));
+    lstPlots = Named(u"lstPlots"_qs, new QListWidget);
+    lstPlots->setAccessibleName(u"Plots"_qs);
+    BtnColor = Named(u"BtnColor"_qs, new QPushButton);
+    BtnColor->setAccessibleName(u"Line color"_qs);
+    BtnColor->setAutoDefault(false);
+    CmbLineStyle = Named(u"CmbLineStyle"_qs, new QComboBox);
+    CmbLineStyle->addItems({u"Solid"_qs, u"Dash"_qs, u"Dot"_qs, u"DashDot"_qs, u"DashDotDot"_qs});
+
+    auto* layout = new QGridLayout(frame);
+    layout->addWidget(lstPlots, 0, 0, 1, 2);
+    layout->addWidget(Caption(u"Label7"_qs, u"LineColor"_qs, BtnColor), 1, 0);
+    layout->addWidget(BtnColor, 1, 1);
+    layout->addWidget(Caption(u"Label6"_qs, u"LineStyle"_qs, CmbLineStyle), 2, 0);
+    layout->addWidget(CmbLineStyle, 2, 1);
+    layout->setColumnStretch(1, 1);
+    return frame;
+}
+
+QGroupBox* frmGraphSet::BuildAxesGroup() {
+    auto* frame = Named(u"frameAxes"_qs, new QGroupBox(u"Axes"_qs));
+    BuildAxis(x, u"X"_qs, u"Frame1"_qs);
+    BuildAxis(y, u"Y"_qs, u"Frame2"_qs);
+    x.maximum->setToolTip(u"input the range you want"_qs);
+    x.maximum->setEnabled(true);
+    auto* layout = new QVBoxLayout(frame);
+    layout->addWidget(x.frame);
+    layout->addWidget(y.frame);
+    layout->addStretch();
+    return frame;
+}
+
+// As long as an acquisition or a playback runs the group stays as it is made here: ticked, with empty boxes.
+void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QString& frameName) {
+    group.frame = Named(frameName, new QGroupBox(axisName));
+    group.automatic = Named(u"chk%1AutoS"_qs.arg(axisName), new QCheckBox(u"AutoScale"_qs));
+    group.automatic->setChecked(true);
+    group.minimum = Named(u"txt%1Min"_qs.arg(axisName), new QLineEdit);
+    group.maximum = Named(u"txt%1Max"_qs.arg(axisName), new QLineEdit);
+    group.minimum->setEnabled(false);
+    group.maximum->setEnabled(false);
+    const bool isX = group.axis == XAxis;
+
+    auto* layout = new QGridLayout(group.frame);
+    layout->addWidget(group.automatic, 0, 0, 1, 2);
+    layout->addWidget(Caption(isX ? u"Label4"_qs : u"LabelYMin"_qs, u"Min:"_qs, group.minimum), 1, 0);
+    layout->addWidget(group.minimum, 1, 1);
+    layout->addWidget(Caption(isX ? u"Label5"_qs : u"LabelYMax"_qs, u"Max:"_qs, group.maximum), 2, 0);
+    layout->addWidget(group.maximum, 2, 1);
+}
+
+void frmGraphSet::ConnectWidgets() {
+    connect(lstPlots, &QListWidget::currentRowChanged, this,
+            [this] { QuietHandler([&] { LstPlots_Click(); }); });
+    connect(CmbLineStyle, &QComboBox::activated, this,
+            [this] { QuietHandler([&] { CmbLineStyle_Click(); }); });
+    connect(BtnColor, &QPushButton::clicked, this, [this] { QuietHandler([&] { BtnColor_Click(); }); });
+    connect(x.automatic, &QCheckBox::clicked, this, [this] { ChkXAutoS_Click(); });
+    connect(y.automatic, &QCheckBox::clicked, this, [this] { ChkYAutoS_Click(); });
+    connect(BtnApply, &QPushButton::clicked, this, [this] { BtnApply_Click(); });
+    connect(BtnCancel, &QPushButton::clicked, this, &QDialog::reject);
+    for (AxisGroup* group : {&x, &y}) {
+        new LeaveCheck(group->minimum, [this, group] { return MinimumLeft(*group); });
+        new LeaveCheck(group->maximum, [this, group] { return MaximumLeft(*group); });
+    }
+}
+
+} // namespace tracelet
