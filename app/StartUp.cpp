@@ -6,6 +6,7 @@
 #include "devices/display/ZelLED.h"
 #include "devices/display/ZelSlider.h"
 #include "files/WorkFolder.h"
+#include "history/PlaybackRate.h"
 
 #include <QCheckBox>
 #include <QCloseEvent>
@@ -135,6 +136,17 @@ void frmMain::SetUpTemplates() {
     ZelGraph1->SetXAxisMax(10.0);
     ZelGraph1->SetChartLength(0);
     ShowDIVValue(1.0);
+    SetUpSliders();
+}
+
+// The position slider keeps its 0 to 100 percent; the speed follows the recording, whatever the range.
+void frmMain::SetUpSliders() {
+    constexpr double OpeningSpeed = 1000.0 / PlaybackTickMs; // scans a second
+    const SpeedRange range = UserSpeedRange(OpeningSpeed);
+    ZelSliderV->SetClampsProgram(false);
+    ZelSliderV->SetLogarithmic(true);
+    ZelSliderV->SetRange(range.lowest, range.highest);
+    ZelSliderV->SetValue(OpeningSpeed);
 }
 
 void frmMain::FillThermocoupleNames() {

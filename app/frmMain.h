@@ -32,6 +32,7 @@
 #include "files/SystemFile.h"
 #include "files/WorkFolder.h"
 #include "graph/PlotTables.h"
+#include "history/RecordingReader.h"
 
 #include <QWidget>
 
@@ -223,6 +224,7 @@ private:
     void ConnectWidgets();
     void SizeSharedTables();
     void SetUpTemplates();
+    void SetUpSliders();
     void FillThermocoupleNames();
     void MakeWorkFiles();
 
@@ -257,9 +259,23 @@ private:
     void RecordScan();
     void RecordPorts();
 
+    void OpenRecording(const std::string& path);
+    void OpenDataFiles();
+    void ShowRecordingStart();
+    void PreparePlayback();
+    void EnterAcquisitionMode();
+    void ReenterHistoryMode();
+    void Play();
+    void Pause();
+    void SeekScan(std::int64_t scan);
+    void ShowPosition(double percent);
+    [[nodiscard]] bool PlayTick();
     void PlayFAIData(bool& end);
     void PlaySoftAIData(bool& end);
     void PlaySoftDIData(bool& end);
+    template <typename T>
+    void PlayAnalog(DataBlock<T>& block, bool& end);
+    void PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan);
 
     void ConnectGraph();
     void BuildModeMenu();
@@ -278,7 +294,10 @@ private:
     std::vector<double> scanValues;
     std::vector<float> scanRow;
     std::vector<std::uint8_t> portStates;
-    std::vector<std::byte> historyBlock;
+    DataBlock<float> hisFloats; ///< what the last tick read
+    DataBlock<std::int32_t> hisCodes;
+    DataBlock<std::uint8_t> hisPorts;
+    std::vector<std::int32_t> hisLines; ///< recorded lines in plot order, port × 8 + line
 };
 
 } // namespace tracelet

@@ -4,6 +4,7 @@
 #include "base/NumberText.h"
 #include "base/RunTimeError.h"
 
+#include <cmath>
 #include <span>
 
 namespace tracelet {
@@ -100,7 +101,7 @@ void ReadStopRecord(ByteReader& reader, ProjectInfo& info) {
     info.ScanInterval = reader.Get<double>();
     if (info.ScanCount < 0)
         throw RunTimeError("The project file has a scan count of " + NumberText(info.ScanCount));
-    if (!(info.ScanInterval >= 0.0))
+    if (!(info.ScanInterval >= 0.0 && std::isfinite(info.ScanInterval)))
         throw RunTimeError("The project file has a scan interval of " + NumberText(info.ScanInterval));
 }
 

@@ -67,8 +67,8 @@ struct ProjectInfo {
 /// Reads a project from the reader's position. A count is taken as 0 while its flag is false. Raises:
 /// "Subscript out of range" for a count below 1 while its flag is true; "The project file cannot hold N ..."
 /// for a count that what is left of the file has no room for; "Unexpected end of file" when it ends before
-/// the paths; "The project file has a scan count of N" below 0, and the same for an interval below 0 or not a
-/// number. Paths that are missing are empty.
+/// the paths; "The project file has a scan count of N" below 0, and the same for an interval below 0 or not
+/// finite. Paths that are missing are empty.
 [[nodiscard]] ProjectInfo ReadProject(ByteReader& reader);
 
 /// ReadProject of the file at `path`; raises also what opening it for reading does.

@@ -264,6 +264,8 @@ TEST(ProjectInfo, ScanCountAndIntervalMustBePossible) {
     EXPECT_EQ(ReadFault(Whole(info)), "The project file has a scan interval of -0.5");
     info.ScanInterval = std::nan("");
     EXPECT_EQ(ReadFault(Whole(info)).find("The project file has a scan interval of "), 0U);
+    info.ScanInterval = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(ReadFault(Whole(info)).find("The project file has a scan interval of "), 0U);
 }
 
 TEST(ProjectInfo, ReadsTheFile) {

@@ -1,0 +1,41 @@
+#include "app/frmMain.h"
+
+#include <QGroupBox>
+#include <QPushButton>
+
+namespace tracelet {
+
+void frmMain::BtnModeSwitch_Click() {
+    bHistoryMode = !bHistoryMode;
+    if (!bHistoryMode)
+        EnterAcquisitionMode();
+    else if (bHisFileExist)
+        ReenterHistoryMode();
+    BuildPlots(bHistoryMode, true);
+}
+
+void frmMain::EnterAcquisitionMode() {
+    EnableHisControls(false);
+    FrameSet->setEnabled(true);
+    BtnStart->setEnabled(true);
+    BtnModeSwitch->setText(u"History Mode"_qs);
+    BtnModeSwitch->setEnabled(false);
+    FrameCmd->setEnabled(true);
+    BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
+    if (bHisAI)
+        HisAIFileHandle.Close();
+    if (bHisDI)
+        Files.Close(HisFileNumB);
+    if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
+        ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
+}
+
+// Shows the recording that was open before. Its data files stay closed: playing it ends at the first tick.
+void frmMain::ReenterHistoryMode() {
+    BtnStart->setEnabled(false);
+    EnableHisControls(true);
+    BtnModeSwitch->setText(u"Acquisition"_qs);
+    FrameCmd->setEnabled(false);
+}
+
+} // namespace tracelet

@@ -1,0 +1,174 @@
+#include "app/Handler.h"
+#include "app/frmMain.h"
+#include "base/Convert.h"
+#include "devices/display/ZelGraph.h"
+#include "devices/display/ZelLED.h"
+#include "devices/display/ZelSlider.h"
+#include "files/Paths.h"
+#include "files/ProjectInfo.h"
+#include "history/PlaybackPosition.h"
+#include "history/PlaybackRate.h"
+
+#include <QCheckBox>
+#include <QFileDialog>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+namespace tracelet {
+namespace {
+
+// The chosen path; empty after a cancel. A name that does not exist may be typed.
+std::string ChosenProject(QWidget* owner) {
+    QFileDialog dialog(owner);
+    dialog.setObjectName(u"CommonDialog1"_qs);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setNameFilter(u"Tracelet AI data file manager(*.tlp)"_qs);
+    dialog.setDefaultSuffix(u"tlp"_qs);
+    if (dialog.exec() != QDialog::Accepted)
+        return {};
+    return dialog.selectedFiles().value(0).toStdString();
+}
+
+template <typename T>
+void Assign(Table<T>& table, const std::vector<T>& values) {
+    table.Resize(static_cast<std::int64_t>(values.size()));
+    for (std::size_t i = 0; i < values.size(); ++i)
+        table[static_cast<std::int64_t>(i)] = values[i];
+}
+
+void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& plots) {
+    tables.Resize(static_cast<std::int64_t>(plots.size()));
+    std::int64_t i = 0;
+    for (const PlotRecord& plot : plots) {
+        tables.color[i] = static_cast<std::uint32_t>(plot.PlotColor);
+        tables.lineStyle[i] = plot.PlotLineStyle;
+        tables.name[i] = plot.PlotName;
+        ++i;
+    }
+}
+
+} // namespace
+
+void frmMain::BtnHistory_Click() {
+    Handler(this, u"BtnHistory"_qs, [this] {
+        const std::string path = ChosenProject(this);
+        if (FileExists(path))
+            OpenRecording(path);
+    });
+}
+
+void frmMain::OpenRecording(const std::string& path) {
+    if (isHisPlaying)
+        BtnStop_Click();
+    szHisProjectFileName = path;
+    bHisFileExist = bHistoryMode = true;
+    BtnModeSwitch->setEnabled(true);
+    BtnModeSwitch->setText(u"Acquisition"_qs);
+    EnableHisControls(true);
+    FrameSet->setEnabled(false);
+    BtnStart->setEnabled(false);
+    BtnSaveAs->setEnabled(false);
+
+    ReadProjectInfo();
+    BuildPlots(bHistoryMode, true);
+    OpenDataFiles();
+    ShowRecordingStart();
+    PreparePlayback();
+}
+
+void frmMain::OpenDataFiles() {
+    HisAIFileHandle.Close();
+    Files.Close(HisFileNumB);
+    HisScanIndex = 0;
+    nHisDIPortStart = nHisDIPortCount = 0;
+    hisLines.clear();
+    if (bHisAI)
+        ReadHisAIFile(AIDataPath);
+    if (bHisDI)
+        ReadHisDIFile(DIDataPath);
+}
+
+void frmMain::ShowRecordingStart() {
+    ZelGraph1->ClearData();
+    ZelGraph1->SetNextX(0.0);
+    ZelGraph1->SetXAxisMin(0.0);
+    ZelGraph1->SetXAxisMax(10.0);
+    dDIVValue = 1.0;
+    ZelGraph1->SetChartLength(OpeningChartLength(ScanInterval));
+}
+
+void frmMain::PreparePlayback() {
+    if (ZelHiResTimerCtl1->TimerExists(PlayTimer)) {
+        ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
+        ZelHiResTimerCtl1->SetTimerInterval(PlayTimer, PlaybackTickMs);
+    } else {
+        ZelHiResTimerCtl1->AddTimer(PlayTimer, PlaybackTickMs, false);
+    }
+
+    ZelSliderR->SetValue(0.0);
+    const double ownRate = Quotient(1.0, ScanInterval);
+    const SpeedRange range = UserSpeedRange(ownRate);
+    ZelSliderV->SetRange(range.lowest, range.highest);
+    ZelSliderV->SetValue(ownRate);
+    // The slider tells of changes only; a speed that stays the same applies to this recording's timer too.
+    QuietHandler([&] { ZelSliderV_Change(ownRate); });
+
+    ZelLED1->SetEnabled(false);
+    ShowDIVValue(1.0);
+    ZelLED1->SetEnabled(true);
+}
+
+void frmMain::ReadProjectInfo() {
+    const ProjectInfo info = ReadProjectFile(szHisProjectFileName);
+    bHisAI = info.bHisAI;
+    bHisDI = info.bHisDI;
+    bHisAISoft = info.bHisAISoft;
+    bHisAIAnalog = info.bHisAIAnalog;
+    nHisAIChanCount = info.nHisAIChanCount;
+    nHisDIChanCount = info.nHisDIChanCount;
+    nHisAIMaxChanNum = info.nHisAIMaxChanNum();
+    nHisDIMaxPortCount = info.nHisDIMaxPortCount();
+    HisScanCount = info.ScanCount;
+    ScanInterval = info.ScanInterval;
+    AIDataPath = info.AIDataPath;
+    DIDataPath = info.DIDataPath;
+
+    AssignPlots({M1.HisAIPlotLineStyle, M1.HisAIPlotColor, M1.HisAIPlotName}, info.aiPlots);
+    Assign(M1.HisAIChanIsThermo, info.HisAIChanIsThermo);
+    M1.HisAIRangeLimits.Resize(std::int64_t{nHisAIMaxChanNum} * 2);
+    AssignPlots({M1.HisDIPlotLineStyle, M1.HisDIPlotColor, M1.HisDIPlotName}, info.diPlots);
+    Assign(M1.HisDIPortMask, info.HisDIPortMask);
+}
+
+void frmMain::ReadHisAIFile(const std::string& szFileName) {
+    HisAIFileHandle.Close();
+    try {
+        HisAIFileHandle = SystemFile(szFileName, Disposition::OpenAlways);
+        HisScanIndex = 0;
+    } catch (const RunTimeError&) {
+        MsgBox(this, u"CreateFile Fails "_qs, u"ReadHisAIFile"_qs);
+    }
+}
+
+void frmMain::ReadHisDIFile(const std::string& szFileName) {
+    Handler(this, u"ReadHisAIFile"_qs, [&] { // the title is shared with the analog reader
+        Files.Close(HisFileNumB);
+        Files.OpenForReading(HisFileNumB, szFileName);
+        const DigitalHeader header = ReadDigitalHeader(Files.File(HisFileNumB));
+        nHisDIPortStart = header.nHisDIPortStart;
+        nHisDIPortCount = header.nHisDIPortCount;
+        hisLines = SelectedLines(M1.HisDIPortMask, nHisDIPortStart, nHisDIPortCount);
+        const AxisRange range = DigitalAxisRange(nHisDIPortStart, nHisDIPortCount);
+        ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
+    });
+}
+
+void frmMain::EnableHisControls(bool value) {
+    for (QWidget* widget :
+         std::initializer_list<QWidget*>{FrameHis, Label15, Label16, Label14, ChkPlay, BtnAccelerate, BtnStop,
+                                         Label1, Label2, Label6, BtnHisConvert})
+        widget->setEnabled(value);
+}
+
+} // namespace tracelet

@@ -1,0 +1,180 @@
+#include "app/frmMain.h"
+#include "devices/display/ZelGraph.h"
+#include "devices/display/ZelSlider.h"
+#include "history/PlayScans.h"
+#include "history/PlaybackPosition.h"
+#include "history/PlaybackRate.h"
+
+#include <QCheckBox>
+#include <QGroupBox>
+#include <QPushButton>
+
+namespace tracelet {
+namespace {
+
+// The two characters are a triangle and a pause sign in the button's symbol font.
+const QString PlayCaption = u"4"_qs;
+const QString PauseCaption = u";"_qs;
+
+constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
+constexpr std::int32_t LinesPerPort = 8;
+
+// Values of this block for the first plots of the graph.
+template <typename T>
+void Append(ZelGraph& graph, double interval, std::int32_t channels, std::span<const T> values,
+            std::int32_t scans) {
+    graph.AppendSamples(interval, ZelGraph::PlotInterleaved(scans, channels, values));
+}
+
+} // namespace
+
+void frmMain::ChkPlay_Click() {
+    if (ChkPlay->isChecked())
+        Play();
+    else
+        Pause();
+}
+
+void frmMain::Play() {
+    ChkPlay->setText(PauseCaption);
+    if (!isHisPlayPaused) {
+        ZelSliderR->SetValue(0.0);
+        SeekScan(0); // the slider may have stood at 0
+    }
+    BtnModeSwitch->setEnabled(false);
+    FrameCmd->setEnabled(false);
+    if (!ZelHiResTimerCtl1->TimerExists(PlayTimer)) { // no recording was ever opened to the end
+        BtnStop_Click();
+        return;
+    }
+    ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, true);
+    isHisPlaying = true;
+    BtnHisConvert->setEnabled(false);
+}
+
+void frmMain::Pause() {
+    ChkPlay->setText(PlayCaption);
+    ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
+    isHisPlayPaused = true;
+    BtnModeSwitch->setEnabled(true);
+}
+
+void frmMain::BtnStop_Click() {
+    if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
+        ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
+    ChkPlay->setChecked(false);
+    ChkPlay->setText(PlayCaption);
+    isHisPlaying = false;
+    isHisPlayPaused = false;
+    ShowPosition(StoppedPosition);
+    BtnModeSwitch->setEnabled(true);
+    BtnHisConvert->setEnabled(true);
+    FrameCmd->setEnabled(true);
+}
+
+void frmMain::BtnAccelerate_Click() {
+    ZelSliderV->SetValue(ZelSliderV->Value() * 2);
+}
+
+void frmMain::ZelSliderV_Change(double value) {
+    if (!ZelSliderV->Enabled() || !IsPlaybackSpeed(value))
+        return;
+    dHisPlaySpeed = ScansPerTick(value);
+    ZelHiResTimerCtl1->SetTimerInterval(PlayTimer, TickInterval(value));
+}
+
+void frmMain::ZelSliderR_Change(double value) {
+    if (ZelSliderR->Enabled())
+        SeekScan(ScanAt(value, HisScanCount));
+}
+
+// Files are read at offsets that follow from the index, so this is all there is to a seek.
+void frmMain::SeekScan(std::int64_t scan) {
+    const double start = ScanTime(scan, ScanInterval);
+    const double span = ZelGraph1->XAxisMax() - ZelGraph1->XAxisMin();
+    HisScanIndex = scan;
+    ZelGraph1->ClearData();
+    ZelGraph1->SetNextX(start);
+    ZelGraph1->SetXAxisMin(start);
+    ZelGraph1->SetXAxisMax(start + span);
+}
+
+// Moves the position slider without a seek.
+void frmMain::ShowPosition(double percent) {
+    ZelSliderR->SetEnabled(false);
+    ZelSliderR->SetValue(percent);
+    ZelSliderR->SetEnabled(true);
+}
+
+void frmMain::HistoryTick() {
+    ZelGraph1->SetNextX(ScanTime(HisScanIndex, ScanInterval));
+    if (PlayTick()) {
+        BtnStop_Click();
+        return;
+    }
+    HisScanIndex += dHisPlaySpeed;
+    ShowPosition(AdvancedPercent(ZelSliderR->Value(), dHisPlaySpeed, HisScanCount));
+}
+
+// Plays the scans of one tick; True when a file ran out, or when there is none.
+bool frmMain::PlayTick() {
+    bool analogEnd = false;
+    bool digitalEnd = false;
+    if (!bHisAISoft) {
+        PlayFAIData(analogEnd);
+        return analogEnd;
+    }
+    if (bHisAI)
+        PlaySoftAIData(analogEnd);
+    if (bHisDI)
+        PlaySoftDIData(digitalEnd);
+    return analogEnd || digitalEnd || !(bHisAI || bHisDI);
+}
+
+void frmMain::PlayFAIData(bool& end) {
+    if (bHisAIAnalog)
+        PlayAnalog(hisFloats, end);
+    else
+        PlayAnalog(hisCodes, end);
+}
+
+void frmMain::PlaySoftAIData(bool& end) {
+    PlayAnalog(hisFloats, end);
+}
+
+template <typename T>
+void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
+    end = PlayScans(block, HisAIFileHandle, AnalogOffset(HisScanIndex, nHisAIChanCount), nHisAIChanCount,
+                    dHisPlaySpeed, [this](std::span<const T> values, std::int32_t scans) {
+                        Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
+                    });
+}
+
+void frmMain::PlaySoftDIData(bool& end) {
+    if (!Files.IsOpen(HisFileNumB)) {
+        end = true;
+        return;
+    }
+    std::int64_t scan = HisScanIndex;
+    end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
+                    dHisPlaySpeed, [&](std::span<const std::uint8_t> states, std::int32_t scans) {
+                        for (std::int32_t s = 0; s < scans; ++s, ++scan)
+                            PlayPorts(states.subspan(static_cast<std::size_t>(s * nHisDIPortCount)), scan);
+                    });
+}
+
+// Appends the recorded lines of one scan; `states` starts with the bytes of its ports.
+void frmMain::PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan) {
+    const double time = ScanTime(scan, ScanInterval);
+    int plot = nHisAIChanCount;
+    for (const std::int32_t index : hisLines) {
+        if (plot >= ZelGraph1->PlotCount())
+            return;
+        const std::int32_t port = index / LinesPerPort;
+        const std::int32_t line = index % LinesPerPort;
+        const bool high = (states[static_cast<std::size_t>(port - nHisDIPortStart)] >> line & 1) != 0;
+        ZelGraph1->AddPoint(plot++, time, DigitalLevel(port, line, high));
+    }
+}
+
+} // namespace tracelet

@@ -1,0 +1,39 @@
+#include "history/PlaybackRate.h"
+
+#include "base/Convert.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tracelet {
+namespace {
+
+constexpr double SingleScanSpeed = 10.0; // ticks of one scan up to here
+constexpr double MillisecondsASecond = 1000.0;
+constexpr double TicksASecond = MillisecondsASecond / PlaybackTickMs;
+constexpr double UserFactor = 100.0;
+constexpr double SlowestSpeed = 1e-6;
+constexpr double FastestSpeed = 2e10;
+
+} // namespace
+
+bool IsPlaybackSpeed(double speed) {
+    return std::isfinite(speed) && speed > 0.0;
+}
+
+std::int32_t ScansPerTick(double speed) {
+    return speed <= SingleScanSpeed ? 1 : CLng(speed / TicksASecond);
+}
+
+std::int32_t TickInterval(double speed) {
+    if (speed > SingleScanSpeed)
+        return PlaybackTickMs;
+    return std::max(1, CLng(Quotient(MillisecondsASecond, speed)));
+}
+
+SpeedRange UserSpeedRange(double ownRate) {
+    return {std::clamp(ownRate / UserFactor, SlowestSpeed, FastestSpeed),
+            std::clamp(ownRate * UserFactor, SlowestSpeed, FastestSpeed)};
+}
+
+} // namespace tracelet
