@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 #include <sys/stat.h>
 
 namespace tracelet {
@@ -133,8 +132,7 @@ TEST(GetTempDir, IsAFolderWithASeparatorAtItsEnd) {
 TEST(GetTempFile, MakesAnEmptyFileOfANewName) {
     const TemporaryFolder folder;
     const std::string path = GetTempFile(true, "tl", folder.Path());
-    EXPECT_TRUE(std::regex_match(path.substr(folder.Path().size()), std::regex("/tl[0-9A-F]{4}\\.tmp")))
-        << path;
+    EXPECT_THAT(path.substr(folder.Path().size()), testing::MatchesRegex("/tl[0-9A-F]{4}\\.tmp"));
     EXPECT_TRUE(fs::is_regular_file(path));
     EXPECT_EQ(fs::file_size(path), 0U);
     const std::string second = GetTempFile(true, "tl", folder.Path() + "\\");

@@ -5,7 +5,6 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <regex>
 
 namespace tracelet {
 namespace {
@@ -23,7 +22,7 @@ TEST(WorkFolder, IsMadeInTheProgramsFolder) {
     const TemporaryFolder program;
     const WorkFolder work = MakeWorkFolder(program.Path());
     EXPECT_TRUE(fs::is_directory(work.sztmpPath));
-    EXPECT_TRUE(std::regex_match(FileNameFromPath(work.sztmpPath), std::regex("tl[0-9A-F]{4}\\.tmp")));
+    EXPECT_THAT(FileNameFromPath(work.sztmpPath), testing::MatchesRegex("tl[0-9A-F]{4}\\.tmp"));
     EXPECT_EQ(fs::path(work.sztmpPath).parent_path(), program.Path());
     EXPECT_EQ(work.szProjectFileName, work.sztmpPath + "\\Project.tld");
     EXPECT_EQ(work.szAIFileName, work.sztmpPath + "\\AI.tld");
