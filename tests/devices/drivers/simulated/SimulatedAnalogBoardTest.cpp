@@ -9,6 +9,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <future>
 #include <limits>
@@ -78,6 +79,20 @@ protected:
                       board->Info().resolution);
     }
 
+    // A read of the running stream on a thread of its own, which has had time to begin.
+    std::future<StreamRead> WaitingRead() {
+        isReading = false;
+        std::future<StreamRead> reading = std::async(std::launch::async, [&] {
+            std::vector<float> buffer(16);
+            isReading = true;
+            return board->ReadStream(std::span<float>(buffer));
+        });
+        while (!isReading)
+            std::this_thread::yield();
+        std::this_thread::sleep_for(milliseconds(50));
+        return reading;
+    }
+
     std::vector<double> ReadScan(const std::vector<ChannelSetup>& channels) {
         std::vector<double> values(channels.size());
         board->ReadScan(channels, values);
@@ -85,6 +100,7 @@ protected:
     }
 
     std::shared_ptr<SimulatedAnalogBoard> board;
+    std::atomic<bool> isReading = false;
 };
 
 TEST_F(SimulatedAnalogTest, PolledScansFollowTheirOrdinal) {
@@ -293,11 +309,7 @@ TEST_F(SimulatedAnalogTest, SlowStreamHandsBackEmptyReads) {
 TEST_F(SimulatedAnalogTest, StopWakesAWaitingReader) {
     board->SetFaults({.slow = std::chrono::hours(24)});
     board->StartStream(Stream(Channels(0, 1), 0));
-    auto reading = std::async(std::launch::async, [&] {
-        std::vector<float> buffer(16);
-        return board->ReadStream(std::span<float>(buffer));
-    });
-    std::this_thread::sleep_for(milliseconds(20));
+    std::future<StreamRead> reading = WaitingRead();
     board->StopStream();
     const StreamRead read = reading.get(); // a day later if the stop did not wake it
     EXPECT_EQ(read.count, 0U);
@@ -307,11 +319,7 @@ TEST_F(SimulatedAnalogTest, StopWakesAWaitingReader) {
 TEST_F(SimulatedAnalogTest, ReaderOfAStoppedStreamDoesNotTakeFromTheNext) {
     board->SetFaults({.slow = std::chrono::hours(24)});
     board->StartStream(Stream(Channels(0, 1), 0));
-    auto reading = std::async(std::launch::async, [&] {
-        std::vector<float> buffer(16);
-        return board->ReadStream(std::span<float>(buffer));
-    });
-    std::this_thread::sleep_for(milliseconds(20));
+    std::future<StreamRead> reading = WaitingRead();
     board->StopStream();
     board->SetFaults({});
     board->StartStream(Stream(Channels(0, 1), 0));
