@@ -5,11 +5,8 @@
 #include "devices/drivers/simulated/SampleTables.h"
 #include "devices/drivers/simulated/SimulatedStream.h"
 
-#include <atomic>
 #include <cstdint>
 #include <map>
-#include <memory>
-#include <mutex>
 #include <utility>
 
 namespace tracelet {
