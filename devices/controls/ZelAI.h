@@ -1,5 +1,7 @@
 #pragma once
 
+#include "devices/controls/BoardSelection.h"
+#include "devices/controls/ChannelSettings.h"
 #include "devices/drivers/BoardList.h"
 
 #include <QObject>
@@ -47,30 +49,38 @@ public:
     [[nodiscard]] std::int32_t MaxChannelCount() const; ///< channels of the board
 
     /// Channel that the per-channel properties refer to, 0 to MaxChannelCount inclusive (the last one is
-    /// accepted and has no settings of its own: SignalConnection reads 0).
+    /// accepted and cannot be wired: SignalConnection reads 0); others raise.
     [[nodiscard]] std::int32_t Channel() const;
     void SetChannel(std::int32_t channel);
     [[nodiscard]] std::int32_t SignalConnection() const; ///< 0 single-ended, 1 differential
-    /// On a board whose channels pair up, sets both members of the pair.
+    /// On a board whose channels pair up, sets both members of the pair. Ignored when the board cannot be
+    /// wired so.
     void SetSignalConnection(std::int32_t code);
 
     [[nodiscard]] std::int32_t ScanStartChannel() const;
-    void SetScanStartChannel(std::int32_t channel); ///< logical channel; -1 or beyond the last raises
-    [[nodiscard]] std::int32_t ScanChannelCount() const;
+    /// Physical channel that a scan begins with; -1 or beyond the last raises. Whether the scan fits is seen
+    /// when the count is set, and when a scan is read: so a scan is moved by setting start, then count.
+    void SetScanStartChannel(std::int32_t channel);
+    [[nodiscard]] std::int32_t ScanChannelCount() const; ///< 0 only on a board without channels
+    /// Channels of a scan, a differential pair being one; a scan beyond the last channel raises.
     void SetScanChannelCount(std::int32_t count);
 
     [[nodiscard]] double SampleRate() const; ///< hertz, conversions of all channels together
     void SetSampleRate(double hertz);        ///< 0, negative or not finite raises; else clamped and rounded
+    /// 0 internal; 1 and 2 external, ignored by a board without external pacer, as are all other codes.
     [[nodiscard]] std::int32_t PacerSource() const;
     void SetPacerSource(std::int32_t code);
-    [[nodiscard]] std::int32_t DataType() const; ///< 1 raw counts, 2 analog values
+    [[nodiscard]] std::int32_t DataType() const; ///< 1 raw counts, 2 analog values; others are ignored
     void SetDataType(std::int32_t code);
 
-    [[nodiscard]] std::int32_t TriggerMode() const;
+    // The trigger properties are ignored by a board without hardware trigger, as are unknown codes. Volts
+    // that are not finite, and times that are not or are negative, raise.
+
+    [[nodiscard]] std::int32_t TriggerMode() const; ///< 0 none, 1 post, 2 delay, 3 about
     void SetTriggerMode(std::int32_t code);
-    [[nodiscard]] std::int32_t TriggerEdge() const;
+    [[nodiscard]] std::int32_t TriggerEdge() const; ///< 0 rising, 1 falling
     void SetTriggerEdge(std::int32_t code);
-    [[nodiscard]] std::int32_t TriggerSource() const;
+    [[nodiscard]] std::int32_t TriggerSource() const; ///< 0 digital, 1 AI or AI0, 2 AI1, 3 AI2, 4 AI3
     void SetTriggerSource(std::int32_t code);
     [[nodiscard]] double TriggerVoltage() const; ///< volts
     void SetTriggerVoltage(double volts);
@@ -82,25 +92,29 @@ public:
     /// Enumeration of the board's ranges; both limits 0.0 mark the end.
     void FirstRange(std::int32_t& code, double& first, double& second);
     void NextRange(std::int32_t& code, double& first, double& second);
-    /// An unknown range or channel raises.
+    /// An unknown range raises, and so does a channel above MaxChannelCount.
     void SetChannelRange(double first, double second, std::int32_t channel);
     void GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const;
 
-    /// One scan: ScanChannelCount values, volts (or milliamperes), when `scaled`; converter counts
-    /// otherwise. Scan position i reads the physical channel that the wiring gives it. Failures raise and
-    /// leave their text in ErrorText. Empty without a board.
+    /// One scan: ScanChannelCount values, volts (or milliamperes), when `scaled`; raw counts otherwise. Scan
+    /// position i reads the physical channel that the wiring gives it. Failures raise and leave their text in
+    /// ErrorText. Empty without a board.
     [[nodiscard]] std::vector<double> ReadChannels(bool scaled);
 
-    /// Starts hardware-paced input of `count` conversions a buffer. Each half, rounded down to whole scans,
-    /// is handed over by OnFirstBufferChange and OnSecondBufferChange in turn; a one-shot buffer ends with
-    /// the second. `values`, `reserved` and `wait` are not used. Raises (and sets ErrorText) when the board
-    /// refuses or the buffer cannot be held.
+    /// Starts hardware-paced input of `count` conversions a buffer. Each half, rounded down to whole scans
+    /// (one scan at least), is handed over by OnFirstBufferChange and OnSecondBufferChange in turn, from the
+    /// event loop; not `cyclic`, the input ends with the second. Raises (and sets ErrorText) without a board,
+    /// when one is running already, when the board refuses, or when half the buffer is more than the queue
+    /// holds.
     void StartBufferedAI(std::int32_t count, bool cyclic);
-    /// Ends hardware-paced input; no notification comes after it returned. Halves not handed over yet are
-    /// dropped.
+    /// Ends hardware-paced input, also from inside a notification; none comes after it returned. Halves not
+    /// handed over yet are dropped. `reserved` is not used.
     void StopBufferedAI(std::int32_t reserved);
+    /// Bytes of halves that may wait to be handed over, for inputs started from now on; 256 MiB unless set.
+    void SetQueueLimit(std::size_t bytes);
 
-    [[nodiscard]] QString ErrorText() const; ///< text of the last failure since the last start, "" when none
+    /// Text of the last failed reading or buffered input; "" once another has begun or a board was selected.
+    [[nodiscard]] QString ErrorText() const;
 
 signals:
     /// A half of the buffer, channel-interleaved: `rawData` when DataType is 1, `analogData` when it is 2;
@@ -109,14 +123,45 @@ signals:
                              std::int32_t dataCount);
     void OnSecondBufferChange(std::span<const std::int16_t> rawData, std::span<const float> analogData,
                               std::int32_t dataCount);
-    /// Samples were lost: by the board, or because the queue of 256 MiB was full.
+    /// Samples were lost behind the halves so far: by the board, or whole halves because the queue was full.
+    /// Once for each loss; the halves that follow are whole.
     void OnOverrunNotice();
     /// The board stopped delivering by itself (unplugged, read error); ErrorText says why. Every half that
     /// came before was handed over.
     void OnInputFailed();
 
 private:
-    friend class BufferedInput;
+    [[nodiscard]] std::vector<ChannelSetup> ScannedChannels() const;
+    void RequireScan(std::int32_t start, std::int32_t count) const;
+    void RequireChannel(std::int32_t channel) const;
+    [[nodiscard]] bool HasTrigger() const;
+    [[nodiscard]] std::size_t HalfSamples(std::int32_t count) const;
+    [[nodiscard]] StreamSetup Stream(std::uint64_t totalSamples) const;
+    void HandOver(bool first, std::span<const std::byte> samples);
+    template <typename Action>
+    void KeepingErrorText(Action action);
+
+    /// What is set anew when a board is selected.
+    struct Settings {
+        std::int32_t channel = 0;
+        ChannelSettings channels;
+        std::int32_t scanStart = 0;
+        std::int32_t scanCount = 0;
+        double wantedRate = 1000.0; // hertz, as it was asked for
+        double sampleRate = 0.0;    // hertz, as the board settled it
+        std::int32_t pacer = InternalPacer;
+        std::int32_t form = AnalogValues;
+        TriggerSetup trigger;
+        std::size_t nextRange = 0; // position of the range enumeration
+    };
+    [[nodiscard]] static Settings DefaultsOf(const AnalogBoard& board);
+
+    BoardSelection<AnalogBoard> selection;
+    Settings settings;
+    QString errorText;
+    std::size_t queueLimit = std::size_t{256} << 20;
+    std::int32_t streamForm = AnalogValues; // of the running input
+    BufferedInput* const input;             // a child
 };
 
 } // namespace tracelet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "devices/controls/BoardSelection.h"
 #include "devices/drivers/BoardList.h"
 
 #include <QObject>
@@ -31,7 +32,11 @@ public:
     /// Reads `count` ports from `start` on into `states` (resized to `count`), bit n = line n. False when
     /// the board fails or has no such ports; ErrorText then says why and `states` is empty.
     [[nodiscard]] bool ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::uint8_t>& states);
-    [[nodiscard]] QString ErrorText() const;
+    [[nodiscard]] QString ErrorText() const; ///< why the last reading failed, "" when it did not
+
+private:
+    BoardSelection<DigitalBoard> selection;
+    QString errorText;
 };
 
 } // namespace tracelet

@@ -1,17 +1,19 @@
 #pragma once
 
+#include "devices/controls/BoardSelection.h"
+#include "devices/controls/ChannelSettings.h"
 #include "devices/drivers/BoardList.h"
+#include "devices/drivers/Thermocouple.h"
 
 #include <QObject>
 #include <QString>
 
 namespace tracelet {
 
-class ZelAI;
-
 /// Thermocouple control: reads one channel of an analog board as a temperature.
 /// Shares device numbers with the analog control; a board without thermocouple inputs cannot be selected
-/// (DeviceNumber then reads -1 and DeviceName "No Device").
+/// (DeviceNumber then reads -1 and DeviceName "No Device"). Without a board settings are ignored; numbers and
+/// codes outside what is said below raise, but a wiring that the board lacks is ignored.
 class ZelThermo : public QObject {
     Q_OBJECT
     Q_PROPERTY(int DeviceNumber READ DeviceNumber WRITE SetDeviceNumber)
@@ -38,12 +40,28 @@ public:
     [[nodiscard]] std::int32_t ExpChannel() const; ///< expansion-board channel, 0 to 15
     void SetExpChannel(std::int32_t channel);
 
-    /// Input limits of a channel in volts: the board's narrowest range that covers them is used.
+    /// Input limits of a channel in volts: the board's narrowest range that covers them is used. Raises when
+    /// none does.
     void SetInputLimits(std::int32_t channel, double low, double high);
 
     /// Temperature of the selected channel in the selected scale. Raises when the board fails or the
     /// voltage lies outside the type's range; raises without a board.
     [[nodiscard]] double Temperature();
+
+private:
+    void RequireChannel(std::int32_t channel) const;
+
+    /// What is set anew when a board is selected.
+    struct Settings {
+        std::int32_t channel = 0;
+        ChannelSettings channels;
+        ThermocoupleType type = ThermocoupleType::J;
+        TemperatureScale scale = TemperatureScale::Celsius;
+        std::int32_t expansion = 0;
+    };
+
+    BoardSelection<AnalogBoard> selection;
+    Settings settings;
 };
 
 } // namespace tracelet

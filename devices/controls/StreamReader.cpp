@@ -1,0 +1,120 @@
+#include "devices/controls/StreamReader.h"
+
+#include "base/RunTimeError.h"
+
+#include <algorithm>
+#include <exception>
+#include <new>
+#include <utility>
+
+namespace tracelet {
+namespace {
+
+constexpr std::size_t MostDroppedAtOnce = std::size_t{1} << 18; // bytes
+
+StreamBuffer AsBuffer(SampleForm form, std::span<std::byte> room) {
+    if (form == RawCounts)
+        return std::span(reinterpret_cast<std::int16_t*>(room.data()), room.size() / sizeof(std::int16_t));
+    return std::span(reinterpret_cast<float*>(room.data()), room.size() / sizeof(float));
+}
+
+} // namespace
+
+StreamReader::StreamReader(std::shared_ptr<AnalogBoard> readBoard, std::shared_ptr<SampleQueue> filledQueue,
+                           StreamPlan streamPlan, std::function<void(std::uint64_t)> announceItems)
+    : board(std::move(readBoard)), queue(std::move(filledQueue)), plan(streamPlan),
+      announce(std::move(announceItems)), thread([this] { Run(); }) {}
+
+StreamReader::~StreamReader() {
+    stopping = true;
+    try {
+        board->StopStream();
+    } catch (const std::exception&) {
+        // The reading thread sees that it shall stop when its present read returns.
+    }
+    thread.join();
+}
+
+void StreamReader::Run() noexcept {
+    try {
+        ReadAll();
+    } catch (const std::bad_alloc&) {
+        Fail("Out of memory");
+    } catch (const std::exception& error) {
+        Fail(error.what());
+    }
+}
+
+void StreamReader::ReadAll() {
+    while (!stopping && !ended && !IsComplete())
+        ReadOn();
+    if (!stopping && !IsComplete())
+        throw RunTimeError("The board ended the input by itself");
+}
+
+void StreamReader::ReadOn() {
+    const std::size_t begun = read % plan.scanSamples;
+    if (begun != 0 && queue->Partial() == 0) {
+        Drop(plan.scanSamples - begun);
+        return;
+    }
+    std::span<std::byte> room = queue->Room();
+    if (room.empty()) {
+        if (plan.totalSamples != 0)
+            throw Fault::OutOfMemory();
+        if (!std::exchange(losing, true))
+            NoteLoss();
+        Drop(plan.halfSamples);
+        return;
+    }
+    losing = false;
+    if (plan.totalSamples != 0)
+        room =
+            room.first(std::min<std::uint64_t>(room.size(), (plan.totalSamples - read) * plan.SampleBytes()));
+    const StreamRead got = Read(room);
+    if (const std::uint64_t halves = queue->Commit(got.count * plan.SampleBytes()); halves != 0)
+        announce(halves);
+    Heed(got.state);
+}
+
+// Reads so many samples past the queue, fewer when the board loses some meanwhile.
+void StreamReader::Drop(std::size_t samples) {
+    const std::size_t atOnce = std::min(samples, MostDroppedAtOnce / plan.SampleBytes());
+    dropped.resize(std::max(dropped.size(), atOnce * plan.SampleBytes()));
+    while (samples > 0 && !stopping && !ended) {
+        const std::size_t bytes = std::min(samples, atOnce) * plan.SampleBytes();
+        const StreamRead got = Read(std::span(dropped).first(bytes));
+        samples -= got.count;
+        Heed(got.state);
+        if (got.state == StreamState::Overrun)
+            return;
+    }
+}
+
+StreamRead StreamReader::Read(std::span<std::byte> room) {
+    const StreamRead got = board->ReadStream(AsBuffer(plan.form, room));
+    read += got.count;
+    return got;
+}
+
+void StreamReader::Heed(StreamState state) {
+    ended = state == StreamState::Ended;
+    if (state == StreamState::Overrun && !losing)
+        NoteLoss();
+}
+
+void StreamReader::NoteLoss() {
+    queue->PutLoss();
+    announce(1);
+}
+
+void StreamReader::Fail(const char* text) noexcept {
+    try {
+        queue->PutFailure(text);
+        announce(1);
+    } catch (const std::exception&) {
+        // Not even room for the text: the input just ends.
+    }
+}
+
+} // namespace tracelet
