@@ -7,7 +7,7 @@ namespace tracelet {
 ChannelSettings::ChannelSettings(const AnalogBoardInfo& board, std::int32_t channelCount)
     : singleEnded(board.singleEnded), differential(board.differential),
       connections(std::int64_t{channelCount} + 1), ranges(std::int64_t{channelCount} + 1) {
-    pairs = !ChannelNumbers{board.name, channelCount, connections}.IsUnpaired();
+    pairs = !IsUnpairedFamily(board.name);
     const std::int32_t wiring = singleEnded ? SingleEnded : Differential;
     for (std::int32_t channel = 0; channel < channelCount; ++channel)
         connections[channel] = wiring;
