@@ -3,6 +3,7 @@
 #include "base/Convert.h"
 #include "base/LittleEndian.h"
 #include "export/GeneralText.h"
+#include "graph/PlotTables.h"
 
 #include <algorithm>
 #include <string_view>
@@ -12,6 +13,7 @@ namespace {
 
 constexpr std::size_t SampleBytes = 4;
 constexpr std::int64_t DigitalHeaderBytes = 8;
+constexpr std::size_t DigitalBlockBytes = 65536; // about; blocks are whole samples, at least one
 constexpr int LinesOfPort = 8;
 
 // The running sum behind the time column.
@@ -64,28 +66,24 @@ void PutScans(TextFile& file, std::span<const std::byte> scans, std::size_t chan
     }
 }
 
+// Where a line stands in the bytes of a sample.
 struct DigitalLine {
     std::size_t port; // counted from the first one
     int bit;
 };
 
-std::vector<DigitalLine> SelectedLines(const DigitalRecording& recording) {
-    std::vector<DigitalLine> lines;
-    for (std::int64_t port = 0; port < recording.portCount; ++port) {
-        const unsigned mask = recording.portMask[recording.portStart + port];
-        for (int bit = 0; bit < LinesOfPort; ++bit)
-            if ((mask >> bit & 1U) != 0)
-                lines.push_back({static_cast<std::size_t>(port), bit});
-    }
-    return lines;
+std::vector<std::string> ColumnNames(const std::vector<std::int32_t>& lines) {
+    std::vector<std::string> names;
+    for (const std::int32_t line : lines)
+        names.push_back(std::to_string(line / LinesOfPort) + ":" + std::to_string(line % LinesOfPort));
+    return names;
 }
 
-std::vector<std::string> ColumnNames(const std::vector<DigitalLine>& lines, std::int32_t portStart) {
-    std::vector<std::string> names;
-    for (const DigitalLine& line : lines)
-        names.push_back(std::to_string(portStart + static_cast<std::int64_t>(line.port)) + ":" +
-                        std::to_string(line.bit));
-    return names;
+std::vector<DigitalLine> Places(const std::vector<std::int32_t>& lines, std::int32_t portStart) {
+    std::vector<DigitalLine> places;
+    for (const std::int32_t line : lines)
+        places.push_back({static_cast<std::size_t>(line / LinesOfPort - portStart), line % LinesOfPort});
+    return places;
 }
 
 void PutDigitalSample(TextFile& file, std::span<const std::byte> ports, const std::vector<DigitalLine>& lines,
@@ -130,13 +128,14 @@ void WriteAnalogText(TextFile& file, const AnalogRecording& recording, const Rea
 
 void WriteDigitalText(TextFile& file, const DigitalRecording& recording, const ReadBytes& read,
                       const Progress& progress) {
-    const std::vector<DigitalLine> lines = SelectedLines(recording);
-    PutHeader(file, ColumnNames(lines, recording.portStart));
+    const std::vector<std::int32_t> selected =
+        SelectedLines(recording.portMask, recording.portStart, recording.portCount);
+    PutHeader(file, ColumnNames(selected));
     if (recording.portCount < 1)
         return; // samples without a byte: the file has ended before the first
-    constexpr std::size_t SamplesABlock = 4096;
+    const std::vector<DigitalLine> lines = Places(selected, recording.portStart);
     const auto sampleBytes = static_cast<std::size_t>(recording.portCount);
-    std::vector<std::byte> block(SamplesABlock * sampleBytes);
+    std::vector<std::byte> block(std::max<std::size_t>(DigitalBlockBytes / sampleBytes, 1) * sampleBytes);
     Clock clock{recording.scanInterval};
     std::int64_t done = 0;
     while (done < recording.scanCount) {

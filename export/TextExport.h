@@ -54,7 +54,7 @@ void WriteAnalogText(TextFile& file, const AnalogRecording& recording, const Rea
                      const Progress& progress);
 
 /// Writes all of "DI.xlt" into `file`: `scanCount` samples, or as many as the data file holds whole. A port
-/// without a mask raises "Subscript out of range".
+/// without a mask has no columns.
 void WriteDigitalText(TextFile& file, const DigitalRecording& recording, const ReadBytes& read,
                       const Progress& progress);
 

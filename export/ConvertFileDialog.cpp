@@ -1,0 +1,85 @@
+#include "export/ConvertFileDialog.h"
+
+#include "app/MsgBox.h"
+#include "files/FolderLists.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QVBoxLayout>
+
+namespace tracelet {
+
+ConvertFileDialog::ConvertFileDialog(const std::string& programFolder, const TextSave& texts, bool bHisAI,
+                                     bool bHisDI, QWidget* owner)
+    : QDialog(owner), save(texts), lists(new FolderLists(this)), txtFolderName(new QLineEdit(this)),
+      ChkAI(new QCheckBox(u"&Analog data"_qs, this)), ChkDI(new QCheckBox(u"&Digital data"_qs, this)) {
+    Build();
+    Offer(ChkAI, bHisAI, save.bTextSaveAI);
+    Offer(ChkDI, bHisDI, save.bTextSaveDI);
+    lists->Load(programFolder, save.szTextSaveDrive, save.szTextSaveDir);
+    txtFolderName->setFocus();
+}
+
+void ConvertFileDialog::Build() {
+    setObjectName(u"ConvertFileDialog"_qs);
+    setWindowTitle(u"Convert"_qs);
+    setModal(true);
+    ChkAI->setObjectName(u"ChkAI"_qs);
+    ChkDI->setObjectName(u"ChkDI"_qs);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(lists, 1);
+    layout->addLayout(BuildName());
+    layout->addWidget(ChkAI);
+    layout->addWidget(ChkDI);
+    layout->addWidget(BuildButtons());
+}
+
+QHBoxLayout* ConvertFileDialog::BuildName() {
+    txtFolderName->setObjectName(u"txtFolderName"_qs);
+    txtFolderName->setAccessibleName(u"Folder Name"_qs);
+    auto* label = new QLabel(u"&Folder Name"_qs, this);
+    label->setBuddy(txtFolderName);
+    auto* row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(txtFolderName, 1);
+    return row;
+}
+
+QDialogButtonBox* ConvertFileDialog::BuildButtons() {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
+    ok->setObjectName(u"OKButton"_qs);
+    ok->setDefault(true); // Enter in the name presses it
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
+    connect(buttons, &QDialogButtonBox::accepted, this, [this] { OKButton_Click(); });
+    connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
+    return buttons;
+}
+
+void ConvertFileDialog::Offer(QCheckBox* box, bool recorded, bool& flag) {
+    box->setEnabled(recorded);
+    box->setChecked(recorded);
+    flag = recorded;
+    connect(box, &QCheckBox::toggled, box, [&flag](bool checked) { flag = checked; });
+}
+
+void ConvertFileDialog::OKButton_Click() {
+    save.szTextSaveDrive = lists->Drive();
+    save.szTextSaveDir = lists->Path();
+    save.szTextSaveFolder = txtFolderName->text().toStdString();
+    if (!save.szTextSaveFolder.empty())
+        accept();
+    else
+        MsgBox(this, u"Folder Name should not be null"_qs);
+}
+
+void ConvertFileDialog::reject() {
+    save.szTextSaveFolder.clear();
+    QDialog::reject();
+}
+
+} // namespace tracelet
