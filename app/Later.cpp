@@ -13,7 +13,6 @@ void frmMain::ZelSliderV_Change(double) {}
 void frmMain::ZelSliderR_Change(double) {}
 void frmMain::HistoryTick() {}
 void frmMain::BtnHisConvert_Click() {}
-void frmMain::BtnSet_Click() {}
 void frmMain::BtnClearGraph_Click() {}
 void frmMain::BtnGraphSet_Click() {}
 void frmMain::ConnectGraph() {}

@@ -1,60 +1,56 @@
 #include "app/LeaveCheck.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QFocusEvent>
-#include <QWidget>
 
 #include <utility>
 
 namespace tracelet {
-namespace {
-
-// Eats the mouse press that is on its way to the widget which took the focus, and its release.
-class ClickEater : public QObject {
-public:
-    ClickEater() : QObject(qApp) { qApp->installEventFilter(this); }
-
-    bool eventFilter(QObject* watched, QEvent* event) override {
-        const bool press = event->type() == QEvent::MouseButtonPress;
-        if (!watched->isWidgetType() || (!press && event->type() != QEvent::MouseButtonRelease))
-            return false;
-        if (!press || pressEaten) {
-            qApp->removeEventFilter(this);
-            deleteLater();
-            return !press;
-        }
-        pressEaten = true;
-        return true;
-    }
-
-private:
-    bool pressEaten = false;
-};
-
-bool LeavesWithinDialog(Qt::FocusReason reason) {
-    return reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason ||
-           reason == Qt::MouseFocusReason || reason == Qt::ShortcutFocusReason;
-}
-
-} // namespace
 
 LeaveCheck::LeaveCheck(QWidget* watchedBox, std::function<bool()> checkToRun)
     : QObject(watchedBox), box(watchedBox), check(std::move(checkToRun)) {
-    box->installEventFilter(this);
+    qApp->installEventFilter(this);
 }
 
 bool LeaveCheck::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != box || event->type() != QEvent::FocusOut || isRunning)
+    switch (event->type()) {
+    case QEvent::FocusOut:
+        if (watched == box) {
+            const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+            isRefused = !AcceptsLeaving(reason);
+            dropsNextClick = isRefused && reason == Qt::MouseFocusReason;
+        }
         return false;
-    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
-    if (!LeavesWithinDialog(reason))
+    case QEvent::MouseButtonPress:
+    case QEvent::Wheel: // the focus has moved before a widget sees these
+        return dropsNextClick && IsNeighbour(watched) && std::exchange(dropsNextClick, false);
+    case QEvent::Shortcut:
+        return MnemonicIsRefused(watched);
+    default:
         return false;
-    isRunning = true;
-    const bool accepted = check();
-    isRunning = false;
-    if (!accepted && reason == Qt::MouseFocusReason)
-        new ClickEater;
-    return false;
+    }
+}
+
+bool LeaveCheck::AcceptsLeaving(Qt::FocusReason reason) {
+    if (reason == Qt::ActiveWindowFocusReason || reason == Qt::PopupFocusReason ||
+        reason == Qt::MenuBarFocusReason || !box->window()->isVisible())
+        return true;
+    return check();
+}
+
+bool LeaveCheck::IsNeighbour(QObject* watched) const {
+    const auto* widget = qobject_cast<QWidget*>(watched);
+    return widget != nullptr && widget->window() == box->window();
+}
+
+// A button's mnemonic presses it without moving the focus there, so it is moved first.
+bool LeaveCheck::MnemonicIsRefused(QObject* watched) {
+    auto* button = qobject_cast<QAbstractButton*>(watched);
+    if (button == nullptr || !box->hasFocus() || !button->isEnabled() || !IsNeighbour(button))
+        return false;
+    button->setFocus(Qt::ShortcutFocusReason);
+    return isRefused;
 }
 
 } // namespace tracelet

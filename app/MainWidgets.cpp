@@ -1,5 +1,6 @@
 #include "app/MainWidgets.h"
 
+#include "app/Named.h"
 #include "devices/display/ZelButton.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelLED.h"
@@ -12,16 +13,6 @@
 #include <QTreeWidget>
 
 namespace tracelet {
-namespace {
-
-template <typename Widget, typename... Arguments>
-Widget* Named(const char* name, Arguments&&... arguments) {
-    auto* widget = new Widget(std::forward<Arguments>(arguments)...);
-    widget->setObjectName(QString::fromLatin1(name));
-    return widget;
-}
-
-} // namespace
 
 void MainWidgets::Build(QWidget& window) {
     ZelGraph1 = Named<ZelGraph>("ZelGraph1", &window);

@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/PutSwitch.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
 #include "devices/display/ZelButton.h"
@@ -8,19 +9,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QSignalBlocker>
 
 namespace tracelet {
 namespace {
 
 const QString FastExcludesDigital = u"FAI can't run together with DI"_qs;
-
-// Puts a switch back off without running its switch-off path.
-void PutBackOff(ZelButton* button) {
-    const QSignalBlocker blocker(button);
-    button->SetValue(false);
-    button->update();
-}
 
 } // namespace
 
@@ -40,7 +33,7 @@ void frmMain::ZelButton1_Change() {
         refusal = FastExcludesDigital;
     if (!refusal.isEmpty()) {
         MsgBox(this, refusal);
-        PutBackOff(ZelButton1);
+        PutSwitch(ZelButton1, false);
         bAIEnabled = false;
         return;
     }
@@ -65,7 +58,7 @@ void frmMain::ZelButton2_Change() {
         refusal = FastExcludesDigital;
     if (!refusal.isEmpty()) {
         MsgBox(this, refusal);
-        PutBackOff(ZelButton2);
+        PutSwitch(ZelButton2, false);
         bDIEnabled = false;
         return;
     }

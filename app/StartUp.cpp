@@ -114,14 +114,18 @@ void frmMain::Form_Load() {
     BtnSaveAs->setEnabled(false);
 }
 
+void frmMain::SizeThermoTables() {
+    if (ZelAI1->DeviceNumber() < 0)
+        return;
+    const std::int64_t count = std::int64_t{ZelAI1->MaxChannelCount()} + 1;
+    M1.AIChanIsThermo.Resize(count);
+    M1.AIThermoExpChan.Resize(count);
+    M1.AIThermoScale.Resize(count);
+    M1.AIThermoType.Resize(count);
+}
+
 void frmMain::SizeSharedTables() {
-    if (ZelAI1->DeviceNumber() >= 0) {
-        const std::int64_t count = std::int64_t{ZelAI1->MaxChannelCount()} + 1;
-        M1.AIChanIsThermo.Resize(count);
-        M1.AIThermoExpChan.Resize(count);
-        M1.AIThermoScale.Resize(count);
-        M1.AIThermoType.Resize(count);
-    }
+    SizeThermoTables();
     if (ZelDIO1->DeviceNumber() >= 0)
         nDIMaxPortCount = ZelDIO1->MaxPortCount();
     M1.DIPortMask.Resize(std::int64_t{ZelDIO1->MaxPortCount()} + 1);

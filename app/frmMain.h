@@ -197,6 +197,8 @@ public:
 
     // ── Procedures: settings, graph ──────────────────────────────────────────────────────────────────
     void BtnSet_Click();
+    /// Clears and sizes the thermocouple tables for the selected analog device; without one they stay.
+    void SizeThermoTables();
     [[nodiscard]] std::int32_t PhysToLogicalChan(std::int32_t channel) const;
     [[nodiscard]] std::int32_t LogicalToPhysChan(std::int32_t& channel) const;
     [[nodiscard]] std::int32_t LogicalChanCount() const;
@@ -276,6 +278,8 @@ private:
     template <typename T>
     void PlayAnalog(DataBlock<T>& block, bool& end);
     void PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan);
+
+    void ReadBackConnections();
 
     void ConnectGraph();
     void BuildModeMenu();

@@ -1,0 +1,62 @@
+#include "settings/DialogParts.h"
+
+#include "base/Convert.h"
+
+#include <QComboBox>
+#include <QGridLayout>
+#include <QLabel>
+#include <QLineEdit>
+
+namespace tracelet {
+
+QLabel* AddRow(QGridLayout* grid, const QString& labelName, const QString& caption, QWidget* field) {
+    const int row = grid->rowCount();
+    auto* label = Named<QLabel>(labelName, caption);
+    label->setTextFormat(Qt::PlainText);
+    label->setBuddy(field);
+    field->setAccessibleName(caption);
+    grid->addWidget(label, row, CaptionColumn);
+    grid->addWidget(field, row, FieldColumn);
+    return label;
+}
+
+QLabel* AddUnit(QGridLayout* grid, const QString& labelName, const QString& unit) {
+    auto* label = Named<QLabel>(labelName, unit);
+    grid->addWidget(label, grid->rowCount() - 1, UnitColumn);
+    return label;
+}
+
+QLabel* FactLabel(const QString& name) {
+    auto* label = Named<QLabel>(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLineEdit* NumberBox(const QString& name, const QString& text) {
+    auto* box = Named<QLineEdit>(name, text);
+    box->setAlignment(Qt::AlignRight);
+    return box;
+}
+
+std::int32_t LongIn(const QLineEdit* box) {
+    return TextToLong(box->text().toStdString());
+}
+
+double DoubleIn(const QLineEdit* box) {
+    return TextToDouble(box->text().toStdString());
+}
+
+void Refill(QComboBox* list, const QStringList& items) {
+    list->clear();
+    list->addItems(items);
+    list->setCurrentIndex(-1);
+}
+
+void EnableAll(std::initializer_list<QWidget*> widgets, bool enable) {
+    for (QWidget* widget : widgets)
+        widget->setEnabled(enable);
+}
+
+} // namespace tracelet

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "app/Named.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <cstdint>
+#include <initializer_list>
+
+class QComboBox;
+class QGridLayout;
+class QLabel;
+class QLineEdit;
+class QWidget;
+
+namespace tracelet {
+
+// Pieces that the settings dialogs are made of.
+
+/// Columns of the grid inside a frame: caption, field, unit.
+enum FrameColumn { CaptionColumn, FieldColumn, UnitColumn };
+
+/// Puts `field` with its caption into the next row of the grid; the caption also names the field to assistive
+/// technology. Returns the caption.
+QLabel* AddRow(QGridLayout* grid, const QString& labelName, const QString& caption, QWidget* field);
+
+/// Puts a unit behind the field of the grid's last row.
+QLabel* AddUnit(QGridLayout* grid, const QString& labelName, const QString& unit);
+
+/// A label that shows a fact: plain text that can be selected and copied.
+[[nodiscard]] QLabel* FactLabel(const QString& name);
+
+/// A box for a number.
+[[nodiscard]] QLineEdit* NumberBox(const QString& name, const QString& text = {});
+
+/// Number in a box; other text raises "Type mismatch" or "Overflow".
+[[nodiscard]] std::int32_t LongIn(const QLineEdit* box);
+[[nodiscard]] double DoubleIn(const QLineEdit* box);
+
+/// Replaces the items of a list; nothing is selected.
+void Refill(QComboBox* list, const QStringList& items);
+
+void EnableAll(std::initializer_list<QWidget*> widgets, bool enable);
+
+} // namespace tracelet

@@ -1,0 +1,213 @@
+#include "app/Handler.h"
+#include "app/PutSwitch.h"
+#include "app/frmMain.h"
+#include "base/NumberText.h"
+#include "devices/display/ZelGraph.h"
+#include "settings/BoxRules.h"
+#include "settings/DialogParts.h"
+#include "settings/frmSetting.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tracelet {
+namespace {
+
+// Code whose reading back tells that the board has what was asked for.
+constexpr std::int32_t ProbeCode = 2;
+
+QString GeneralText(double value) {
+    return QString::fromStdString(NumberText(value));
+}
+
+} // namespace
+
+QWidget* frmSetting::BuildFastPage() {
+    BuildAnalogDevice(0, u"Select Device"_qs);
+    BuildChannelSetting(0, u"Channel Setting"_qs);
+    BuildFastSetting();
+    BuildTrigger();
+    cmdFAIOK = Named<QPushButton>(u"cmdFAIOK"_qs, u"&OK"_qs);
+
+    auto* page = new QWidget;
+    auto* grid = new QGridLayout(page);
+    grid->addWidget(FrameAIDevice[0], 0, 0);
+    grid->addWidget(SoftSetting[0], 1, 0);
+    grid->addWidget(NonSoftSetting, 0, 1, 2, 1);
+    grid->addWidget(FrameFAITrigger, 2, 0, 1, 2);
+    grid->addWidget(cmdFAIOK, 4, 1, Qt::AlignRight);
+    grid->setRowStretch(3, 1);
+    grid->setColumnStretch(0, 1);
+    grid->setColumnStretch(1, 1);
+    return page;
+}
+
+void frmSetting::BuildFastSetting() {
+    NonSoftSetting = Named<QGroupBox>(u"NonSoftSetting"_qs, u"FAI Setting"_qs);
+    txtCount = NumberBox(u"txtCount"_qs, QString::fromStdString(GroupedText(20000)));
+    txtSampleRate = NumberBox(u"txtSampleRate"_qs, QString::fromStdString(GroupedText(1000)));
+    cmbDataReturnType = Named<QComboBox>(u"cmbDataReturnType"_qs);
+    chkCylic = Named<QCheckBox>(u"chkCylic"_qs, u"Cyclic"_qs);
+    cmbPacerSource = Named<QComboBox>(u"cmbPacerSource"_qs);
+
+    auto* grid = new QGridLayout(NonSoftSetting);
+    LabelCount = AddRow(grid, u"LabelCount"_qs, u"Data Count"_qs, txtCount);
+    LabelSampleRate = AddRow(grid, u"LabelSampleRate"_qs, u"Sample Rate"_qs, txtSampleRate);
+    LabelHz = AddUnit(grid, u"LabelHz"_qs, u"Hz"_qs);
+    LabelDataReturnType = AddRow(grid, u"LabelDataReturnType"_qs, u"Data Type"_qs, cmbDataReturnType);
+    grid->addWidget(chkCylic, grid->rowCount(), FieldColumn);
+    LabelPacerSource = AddRow(grid, u"LabelPacerSource"_qs, u"Pacer Source"_qs, cmbPacerSource);
+    grid->setRowStretch(grid->rowCount(), 1);
+    grid->setColumnStretch(FieldColumn, 1);
+}
+
+void frmSetting::BuildTrigger() {
+    FrameFAITrigger = Named<QGroupBox>(u"FrameFAITrigger"_qs, u"Trigger Setting"_qs);
+    auto* columns = new QHBoxLayout(FrameFAITrigger);
+    auto* lists = new QGridLayout;
+    auto* levels = new QGridLayout;
+    BuildTriggerLists(lists);
+    BuildTriggerLevels(levels);
+    columns->addLayout(lists, 1);
+    columns->addSpacing(2 * columns->spacing());
+    columns->addLayout(levels, 1);
+}
+
+void frmSetting::BuildTriggerLists(QGridLayout* grid) {
+    cmbTriggerMode = Named<QComboBox>(u"cmbTriggerMode"_qs);
+    cmbTriggerEdge = Named<QComboBox>(u"cmbTriggerEdge"_qs);
+    cmbTriggerSource = Named<QComboBox>(u"cmbTriggerSource"_qs);
+    LabelTriggerMode = AddRow(grid, u"LabelTriggerMode"_qs, u"Trigger Mode"_qs, cmbTriggerMode);
+    LabelTriggerEdge = AddRow(grid, u"LabelTriggerEdge"_qs, u"Trigger Edge"_qs, cmbTriggerEdge);
+    LabelTriggerSource = AddRow(grid, u"LabelTriggerSource"_qs, u"Trigger Source"_qs, cmbTriggerSource);
+    grid->setColumnStretch(FieldColumn, 1);
+}
+
+void frmSetting::BuildTriggerLevels(QGridLayout* grid) {
+    txtTriggerVoltage = NumberBox(u"txtTriggerVoltage"_qs);
+    txtTriggerDelayTime = NumberBox(u"txtTriggerDelayTime"_qs);
+    txtTriggerAfterTimeinAboveMode = NumberBox(u"txtTriggerAfterTimeinAboveMode"_qs);
+    LabelTriggerVoltage = AddRow(grid, u"LabelTriggerVoltage"_qs, u"Trig Voltage"_qs, txtTriggerVoltage);
+    LabelVolt = AddUnit(grid, u"LabelVolt"_qs, u"v"_qs);
+    // The captions of the two times are what users of the system know them by.
+    LabelAfterTime = AddRow(grid, u"LabelAfterTime"_qs, u"AfterTime"_qs, txtTriggerDelayTime);
+    LabelAfterTimeUnit = AddUnit(grid, u"LabelAfterTimeUnit"_qs, u"ms"_qs);
+    LabelBeforeTime = AddRow(grid, u"LabelBeforeTime"_qs, u"BeforeTime"_qs, txtTriggerAfterTimeinAboveMode);
+    LabelBeforeTimeUnit = AddUnit(grid, u"LabelBeforeTimeUnit"_qs, u"ms"_qs);
+    grid->setColumnStretch(FieldColumn, 1);
+}
+
+void frmSetting::EnableFAISetting(bool enable) {
+    EnableAll({NonSoftSetting, LabelCount, txtCount, LabelSampleRate, txtSampleRate, LabelHz,
+               LabelDataReturnType, cmbDataReturnType, chkCylic, LabelPacerSource, cmbPacerSource},
+              enable);
+}
+
+void frmSetting::EnableFAITriggerControls(bool enable) {
+    EnableAll({FrameFAITrigger, LabelTriggerMode, cmbTriggerMode, LabelAfterTime, txtTriggerDelayTime,
+               LabelAfterTimeUnit, LabelTriggerEdge, cmbTriggerEdge, LabelBeforeTime,
+               txtTriggerAfterTimeinAboveMode, LabelBeforeTimeUnit, LabelTriggerSource, cmbTriggerSource,
+               LabelTriggerVoltage, txtTriggerVoltage, LabelVolt},
+              enable);
+}
+
+void frmSetting::GetFAIProperties() {
+    txtCount->setText(QString::fromStdString(GroupedText(main.nAISampleCnt)));
+    txtSampleRate->setText(GeneralText(ZelAI1.SampleRate()));
+    Refill(cmbDataReturnType, {u"Digital "_qs, u"Analog "_qs});
+    cmbDataReturnType->setCurrentIndex(ZelAI1.DataType() == RawCounts ? 0 : 1);
+    chkCylic->setChecked(main.bFAICyclic);
+    txtCount->setEnabled(!main.bFAICyclic);
+    ProbePacer();
+    ProbeTrigger();
+}
+
+// Only a board with an external pacer takes the probe code; writing back what was read restores it.
+void frmSetting::ProbePacer() {
+    const std::int32_t remembered = ZelAI1.PacerSource();
+    ZelAI1.SetPacerSource(ProbeCode);
+    const bool hasExternal = ZelAI1.PacerSource() == ProbeCode;
+    EnableAll({cmbPacerSource, LabelPacerSource}, hasExternal);
+    Refill(cmbPacerSource, {});
+    if (!hasExternal)
+        return;
+    ZelAI1.SetPacerSource(remembered);
+    Refill(cmbPacerSource, {u"Internal"_qs, u"External clock 0"_qs});
+    if (ZelAI1.PacerSource() == ExternalPacerProbe)
+        ZelAI1.SetPacerSource(ExternalPacer);
+    cmbPacerSource->setCurrentIndex(ZelAI1.PacerSource());
+}
+
+void frmSetting::ProbeTrigger() {
+    const std::int32_t remembered = ZelAI1.TriggerMode();
+    ZelAI1.SetTriggerMode(ProbeCode);
+    const bool hasTrigger = ZelAI1.TriggerMode() == ProbeCode;
+    if (hasTrigger)
+        ZelAI1.SetTriggerMode(remembered);
+    EnableFAITriggerControls(hasTrigger);
+    if (!hasTrigger)
+        return;
+    Refill(cmbTriggerMode, {u"None"_qs, u"Post"_qs, u"Delay"_qs, u"About"_qs});
+    Refill(cmbTriggerEdge, {u"Rising edge"_qs, u"Falling edge"_qs});
+    Refill(cmbTriggerSource, {u"Digital"_qs, u"AI or AI0"_qs, u"AI1"_qs, u"AI2"_qs, u"AI3"_qs});
+    cmbTriggerMode->setCurrentIndex(ZelAI1.TriggerMode());
+    cmbTriggerEdge->setCurrentIndex(ZelAI1.TriggerEdge());
+    cmbTriggerSource->setCurrentIndex(ZelAI1.TriggerSource());
+    txtTriggerDelayTime->setText(GeneralText(ZelAI1.TriggerDelayTime()));
+    txtTriggerAfterTimeinAboveMode->setText(GeneralText(ZelAI1.TriggerAfterTime()));
+    txtTriggerVoltage->setText(GeneralText(ZelAI1.TriggerVoltage()));
+}
+
+void frmSetting::chkCylic_Click() {
+    if (!chkCylic->isChecked())
+        txtCount->setEnabled(true);
+}
+
+bool frmSetting::SetFAIProperties() {
+    if (ZelAI1.DeviceNumber() < 0)
+        return true;
+    ZelAI1.SetScanStartChannel(LongIn(txtAIScanStart[0]));
+    ZelAI1.SetScanChannelCount(LongIn(txtAIScanNumber[0]));
+    ZelAI1.SetDataType(cmbDataReturnType->currentIndex() + 1);
+    main.nAISampleCnt = LongIn(txtCount);
+    main.bFAICyclic = chkCylic->isChecked();
+    ZelAI1.SetPacerSource(cmbPacerSource->currentIndex());
+    ZelAI1.SetSampleRate(DoubleIn(txtSampleRate));
+    txtSampleRate->setText(GeneralText(ZelAI1.SampleRate()));
+    if (!FrameFAITrigger->isEnabled())
+        return true;
+    ZelAI1.SetTriggerMode(cmbTriggerMode->currentIndex());
+    ZelAI1.SetTriggerEdge(cmbTriggerEdge->currentIndex());
+    ZelAI1.SetTriggerSource(cmbTriggerSource->currentIndex());
+    ZelAI1.SetTriggerDelayTime(DoubleIn(txtTriggerDelayTime));
+    ZelAI1.SetTriggerAfterTime(DoubleIn(txtTriggerAfterTimeinAboveMode));
+    ZelAI1.SetTriggerVoltage(DoubleIn(txtTriggerVoltage));
+    return true;
+}
+
+void frmSetting::cmdFAIOK_Click() {
+    Handler(this, u"cmdFAIOK"_qs, [this] {
+        if (!SetFAIProperties()) {
+            MsgBox(this, {}, u"cmdFAIOK"_qs);
+            return;
+        }
+        main.ZelGraph1->SetXAxisMin(0.0);
+        main.ZelGraph1->SetXAxisMax(10.0);
+        main.ShowDIVValue(1.0);
+        PutSwitch(main.ZelButton1, true);
+        main.CkAISave2Disk->setEnabled(true);
+        main.bAIEnabled = true;
+        if (main.bFAICyclic)
+            main.nAISampleCnt = CyclicSampleCount(ZelAI1.SampleRate());
+        main.M1.SoftMode = false;
+        SwitchDigitalOff();
+        accept();
+    });
+}
+
+} // namespace tracelet

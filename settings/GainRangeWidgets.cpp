@@ -1,0 +1,123 @@
+#include "app/Handler.h"
+#include "settings/ChannelTable.h"
+#include "settings/DialogParts.h"
+#include "settings/dlgGainRange.h"
+
+#include <QComboBox>
+#include <QFrame>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QHeaderView>
+#include <QLabel>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTreeWidget>
+
+namespace tracelet {
+
+void dlgGainRange::Build() {
+    BuildTable();
+    OKButton = Named<QPushButton>("OKButton", u"Exit"_qs);
+    OKButton->setAutoDefault(false);
+
+    auto* grid = new QGridLayout(this);
+    grid->addWidget(lstViewGain, 0, 0, 6, 1);
+    grid->addWidget(BuildKind(), 0, 1);
+    grid->addWidget(BuildThermo(), 1, 1);
+    grid->addWidget(BuildRange(), 2, 1);
+    grid->addWidget(BuildConnection(), 3, 1);
+    grid->addWidget(OKButton, 5, 1, Qt::AlignRight);
+    grid->setRowStretch(4, 1);
+    grid->setColumnStretch(0, 1);
+}
+
+void dlgGainRange::BuildTable() {
+    lstViewGain = Named<QTreeWidget>("lstViewGain");
+    lstViewGain->setAccessibleName(u"Channels"_qs);
+    lstViewGain->setHeaderLabels({u"Channel"_qs, u"Logical Chan"_qs, u"Connection"_qs, u"Input"_qs,
+                                  u"Range / Type"_qs, u"ExpChan"_qs});
+    lstViewGain->setRootIsDecorated(false);
+    lstViewGain->setUniformRowHeights(true);
+    lstViewGain->setAllColumnsShowFocus(true);
+    lstViewGain->setSelectionBehavior(QAbstractItemView::SelectRows);
+    const int width = fontMetrics().averageCharWidth();
+    const std::array<int, ChannelColumns> characters = {11, 15, 16, 11, 20, 10};
+    int total = 0;
+    for (int column = 0; column < ChannelColumns; ++column) {
+        const int columnWidth = characters[static_cast<std::size_t>(column)] * width;
+        lstViewGain->setColumnWidth(column, columnWidth);
+        total += columnWidth;
+    }
+    lstViewGain->setMinimumWidth(total + 4 * width);
+}
+
+QGroupBox* dlgGainRange::BuildKind() {
+    FrameAIorThermo = Named<QGroupBox>("FrameAIorThermo");
+    FrameAIorThermo->setAccessibleName(u"Input"_qs);
+    OptAI = Named<QRadioButton>("OptAI", u"AI"_qs);
+    OptThermo = Named<QRadioButton>("OptThermo", u"Thermo"_qs);
+    FrameScale = Named<QFrame>("FrameScale");
+    ComboScale = Named<QComboBox>("ComboScale");
+
+    auto* scale = new QGridLayout(FrameScale);
+    scale->setContentsMargins(0, 0, 0, 0);
+    LabelScale = AddRow(scale, u"LabelScale"_qs, u"Scale"_qs, ComboScale);
+    scale->setColumnStretch(FieldColumn, 1);
+    auto* grid = new QGridLayout(FrameAIorThermo);
+    grid->addWidget(OptAI, 0, 0);
+    grid->addWidget(OptThermo, 0, 1);
+    grid->addWidget(FrameScale, 1, 0, 1, 2);
+    return FrameAIorThermo;
+}
+
+QGroupBox* dlgGainRange::BuildThermo() {
+    FrameThermo = Named<QGroupBox>("FrameThermo", u"Thermo Setting"_qs);
+    ComboTCType = Named<QComboBox>("ComboTCType");
+    ComboExpChan = Named<QComboBox>("ComboExpChan");
+    auto* grid = new QGridLayout(FrameThermo);
+    LabelTCType = AddRow(grid, u"LabelTCType"_qs, u"TC Type"_qs, ComboTCType);
+    LabelExpChan = AddRow(grid, u"LabelExpChan"_qs, u"ExpChan"_qs, ComboExpChan);
+    grid->setColumnStretch(FieldColumn, 1);
+    return FrameThermo;
+}
+
+QGroupBox* dlgGainRange::BuildRange() {
+    FrameAIRange = Named<QGroupBox>("FrameAIRange", u"Input Range"_qs);
+    ComboRange = Named<QComboBox>("ComboRange");
+    ComboRange->setAccessibleName(FrameAIRange->title());
+    ComboRange->setSizeAdjustPolicy(QComboBox::AdjustToContents);
+    auto* grid = new QGridLayout(FrameAIRange);
+    grid->addWidget(ComboRange, 0, 0);
+    return FrameAIRange;
+}
+
+QGroupBox* dlgGainRange::BuildConnection() {
+    FrameSignalConnection = Named<QGroupBox>("FrameSignalConnection", u"SignalConnection"_qs);
+    optSingle = Named<QRadioButton>("optSingle", u"Single-Ended"_qs);
+    optDifferent = Named<QRadioButton>("optDifferent", u"Differential"_qs);
+    auto* grid = new QGridLayout(FrameSignalConnection);
+    grid->addWidget(optSingle, 0, 0);
+    grid->addWidget(optDifferent, 0, 1);
+    return FrameSignalConnection;
+}
+
+// `activated` and `clicked` tell what the user chooses, not what code selects or checks.
+void dlgGainRange::ConnectWidgets() {
+    const auto quietly = [this](void (dlgGainRange::*handler)()) {
+        return [this, handler] { QuietHandler([&] { (this->*handler)(); }); };
+    };
+    connect(lstViewGain, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
+        QuietHandler([&] { lstViewGain_ItemClick(lstViewGain->indexOfTopLevelItem(item)); });
+    });
+    connect(ComboRange, &QComboBox::activated, this, quietly(&dlgGainRange::ComboRange_Click));
+    connect(ComboTCType, &QComboBox::activated, this, quietly(&dlgGainRange::ComboTCType_Click));
+    connect(ComboScale, &QComboBox::activated, this, quietly(&dlgGainRange::ComboScale_Click));
+    connect(ComboExpChan, &QComboBox::activated, this, quietly(&dlgGainRange::ComboExpChan_Click));
+    connect(OptAI, &QRadioButton::clicked, this, quietly(&dlgGainRange::OptAI_Click));
+    connect(OptThermo, &QRadioButton::clicked, this, quietly(&dlgGainRange::OptThermo_Click));
+    connect(optSingle, &QRadioButton::clicked, this, quietly(&dlgGainRange::optSingle_Click));
+    connect(optDifferent, &QRadioButton::clicked, this, quietly(&dlgGainRange::optDifferent_Click));
+    connect(OKButton, &QPushButton::clicked, this, &dlgGainRange::OKButton_Click);
+}
+
+} // namespace tracelet

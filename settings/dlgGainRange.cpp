@@ -1,0 +1,269 @@
+#include "settings/dlgGainRange.h"
+
+#include "app/Handler.h"
+#include "app/frmMain.h"
+#include "devices/drivers/ChannelNumbers.h"
+#include "settings/ChannelTable.h"
+#include "settings/DeviceFamily.h"
+#include "settings/DialogParts.h"
+#include "settings/RangeText.h"
+
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QSignalBlocker>
+#include <QTreeWidget>
+
+namespace tracelet {
+
+dlgGainRange::dlgGainRange(QWidget& owner, frmMain& mainWindow)
+    : QDialog(&owner), main(mainWindow), ZelAI1(*mainWindow.ZelAI1),
+      ZelThermo1(*mainWindow.ZelThermo1), tables{main.M1.AIChanIsThermo, main.M1.AIThermoType,
+                                                 main.M1.AIThermoScale, main.M1.AIThermoExpChan} {
+    setObjectName(u"dlgGainRange"_qs);
+    setWindowTitle(u"Input Range"_qs);
+    Build();
+    Open();
+    ConnectWidgets();
+}
+
+void dlgGainRange::Open() {
+    FillLists();
+    RefreshGainTable();
+    lstViewGain->setCurrentItem(lstViewGain->topLevelItem(0));
+    SelectOnBoth(0);
+    ShowConnection(ZelAI1.SignalConnection());
+    ShowChannel(0);
+    ProbeThermocouples();
+    ProbeConnection();
+}
+
+void dlgGainRange::FillLists() {
+    for (std::int32_t channel = 0; channel < ZelAI1.MaxChannelCount(); ++channel)
+        new QTreeWidgetItem(lstViewGain);
+    QStringList ranges;
+    std::int32_t code = 0;
+    double first = 0.0;
+    double second = 0.0;
+    for (ZelAI1.FirstRange(code, first, second); first != 0.0 || second != 0.0;
+         ZelAI1.NextRange(code, first, second))
+        ranges.append(QString::fromStdString(RangeText(first, second)));
+    Refill(ComboRange, ranges);
+    Refill(ComboTCType, {u"J"_qs, u"K"_qs, u"S"_qs, u"T"_qs, u"B"_qs, u"R"_qs, u"E"_qs});
+    Refill(ComboScale, {u"Celsius"_qs, u"Fahrenheit"_qs, u"Rankine"_qs, u"Kelvin"_qs});
+    QStringList expansionChannels;
+    for (int channel = 0; channel < 16; ++channel)
+        expansionChannels.append(QString::number(channel));
+    Refill(ComboExpChan, expansionChannels);
+}
+
+// The thermocouple control takes the board over when it can read its thermocouples.
+void dlgGainRange::ProbeThermocouples() {
+    if (!IsThermocoupleFamily(DeviceName())) {
+        EnableAIThermoFrame(false);
+        return;
+    }
+    const std::int32_t previous = ZelThermo1.DeviceNumber();
+    ZelThermo1.SetDeviceNumber(ZelAI1.DeviceNumber());
+    SelectOnBoth(ZelAI1.Channel());
+    const bool readsThermocouples = ZelThermo1.DeviceName() != u"No Device";
+    if (!readsThermocouples)
+        ZelThermo1.SetDeviceNumber(previous);
+    EnableAIThermoFrame(readsThermocouples);
+}
+
+// Only a board that takes the opposite wiring offers the choice. A change of wiring may reset the range of
+// the pair, so that of channel 1 is put back.
+void dlgGainRange::ProbeConnection() {
+    constexpr std::int32_t Neighbour = 1;
+    const bool hasNeighbour = ZelAI1.MaxChannelCount() > Neighbour;
+    const std::int32_t saved = ZelAI1.SignalConnection();
+    std::int32_t code = 0;
+    double first = 0.0;
+    double second = 0.0;
+    if (hasNeighbour)
+        ZelAI1.GetChannelRange(code, first, second, Neighbour);
+    const std::int32_t opposite = saved == SingleEnded ? Differential : SingleEnded;
+    ZelAI1.SetSignalConnection(opposite);
+    if (IsUnpairedFamily(DeviceName()) || ZelAI1.SignalConnection() != opposite)
+        EnableSignalConnectionFrame(false);
+    ZelAI1.SetSignalConnection(saved);
+    if (hasNeighbour)
+        ZelAI1.SetChannelRange(first, second, Neighbour);
+}
+
+std::string dlgGainRange::DeviceName() const {
+    return ZelAI1.DeviceName().toStdString();
+}
+
+void dlgGainRange::EnableThermoSetting(bool enable) {
+    EnableAll({FrameScale, LabelTCType, LabelScale, ComboTCType, ComboScale, FrameThermo, LabelExpChan,
+               ComboExpChan},
+              enable);
+}
+
+void dlgGainRange::EnableSignalConnectionFrame(bool enable) {
+    EnableAll({FrameSignalConnection, optSingle, optDifferent}, enable);
+}
+
+void dlgGainRange::EnableAIThermoFrame(bool enable) {
+    EnableAll({OptAI, OptThermo, FrameAIorThermo}, enable);
+}
+
+void dlgGainRange::EnableRange(bool enable) {
+    EnableAll({FrameAIRange, ComboRange}, enable);
+}
+
+// A thermocouple control that stands on another board, or on none, has no such channel.
+void dlgGainRange::SelectOnBoth(std::int32_t channel) {
+    ZelAI1.SetChannel(channel);
+    if (ZelThermo1.DeviceNumber() == ZelAI1.DeviceNumber())
+        ZelThermo1.SetChannel(channel);
+}
+
+// Selects the channel on the control that reads it.
+std::int32_t dlgGainRange::ConnectionOf(std::int32_t channel) {
+    if (tables.isThermo[channel]) {
+        ZelThermo1.SetChannel(channel);
+        return ZelThermo1.SignalConnection();
+    }
+    ZelAI1.SetChannel(channel);
+    return ZelAI1.SignalConnection();
+}
+
+ChannelFacts dlgGainRange::FactsOf(std::int32_t channel) {
+    ChannelFacts facts;
+    facts.connection = ConnectionOf(channel);
+    facts.isThermo = tables.isThermo[channel];
+    facts.thermoType = tables.type[channel];
+    facts.expChan = tables.expChan[channel];
+    std::int32_t code = 0;
+    if (!facts.isThermo)
+        ZelAI1.GetChannelRange(code, facts.rangeFirst, facts.rangeSecond, channel);
+    return facts;
+}
+
+void dlgGainRange::RefreshGainTable() {
+    const std::int32_t selected = ZelAI1.Channel();
+    std::vector<ChannelFacts> channels;
+    for (std::int32_t channel = 0; channel < ZelAI1.MaxChannelCount(); ++channel)
+        channels.push_back(FactsOf(channel));
+    SelectOnBoth(selected);
+    const std::vector<ChannelRow> rows = ChannelRows(DeviceName(), channels, main.M1.ThermoTypeNames);
+    for (int row = 0; row < lstViewGain->topLevelItemCount(); ++row) {
+        for (int column = 0; column < ChannelColumns; ++column)
+            lstViewGain->topLevelItem(row)->setText(
+                column, QString::fromStdString(
+                            rows[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)]));
+    }
+}
+
+void dlgGainRange::ShowConnection(std::int32_t code) {
+    (code != SingleEnded ? optDifferent : optSingle)->setChecked(true);
+}
+
+void dlgGainRange::ShowKind(std::int32_t channel) {
+    (tables.isThermo[channel] ? OptThermo : OptAI)->setChecked(true);
+}
+
+// Shows what is stored for a channel; nothing is chosen by that.
+void dlgGainRange::ShowChannel(std::int32_t channel) {
+    const bool thermo = tables.isThermo[channel];
+    ShowKind(channel);
+    EnableThermoSetting(thermo);
+    EnableRange(!thermo);
+    ComboExpChan->setCurrentIndex(tables.expChan[channel]);
+    ComboTCType->setCurrentIndex(tables.type[channel]);
+    ComboScale->setCurrentIndex(tables.scale[channel]);
+    if (!thermo)
+        SelectRangeOf(channel);
+}
+
+void dlgGainRange::SelectRangeOf(std::int32_t channel) {
+    std::int32_t code = 0;
+    double first = 0.0;
+    double second = 0.0;
+    ZelAI1.GetChannelRange(code, first, second, channel);
+    ComboRange->setCurrentIndex(ComboRange->findText(QString::fromStdString(RangeText(first, second))));
+}
+
+void dlgGainRange::lstViewGain_ItemClick(int row) {
+    SelectOnBoth(row);
+    ShowConnection(ConnectionOf(row));
+    ShowChannel(row);
+}
+
+void dlgGainRange::ComboRange_Click() {
+    std::int32_t code = 0;
+    double first = 0.0;
+    double second = 0.0;
+    ZelAI1.FirstRange(code, first, second);
+    for (int i = 0; i < ComboRange->currentIndex(); ++i)
+        ZelAI1.NextRange(code, first, second);
+    ZelAI1.SetChannelRange(first, second, ZelAI1.Channel());
+    RefreshGainTable();
+}
+
+void dlgGainRange::ComboTCType_Click() {
+    const std::int32_t channel = ZelAI1.Channel();
+    ZelThermo1.SetChannel(channel);
+    ChooseType(tables, channel, static_cast<std::uint8_t>(ComboTCType->currentIndex()),
+               ZelThermo1.SignalConnection());
+    RefreshGainTable();
+}
+
+void dlgGainRange::ComboScale_Click() {
+    ChooseScale(tables, ZelAI1.MaxChannelCount(), static_cast<std::uint8_t>(ComboScale->currentIndex()));
+}
+
+void dlgGainRange::ComboExpChan_Click() {
+    const std::int32_t channel = ZelAI1.Channel();
+    tables.expChan[channel] = static_cast<std::uint8_t>(ComboExpChan->currentIndex());
+    lstViewGain->topLevelItem(channel)->setText(ExpansionName, ComboExpChan->currentText());
+}
+
+void dlgGainRange::optSingle_Click() {
+    if (!optSingle->isEnabled())
+        return;
+    ZelThermo1.SetSignalConnection(SingleEnded);
+    ZelAI1.SetSignalConnection(SingleEnded);
+    RefreshGainTable();
+}
+
+void dlgGainRange::optDifferent_Click() {
+    if (!optDifferent->isEnabled() || IsUnpairedFamily(DeviceName()))
+        return;
+    const std::int32_t channel = ZelAI1.Channel();
+    ZelThermo1.SetSignalConnection(Differential);
+    ZelAI1.SetSignalConnection(Differential);
+    ShareWithPartner(tables, channel);
+    if (ShowsChoiceAfterPairing(ZelThermo1.DeviceName().toStdString()))
+        ShowKind(channel);
+    RefreshGainTable();
+}
+
+// The pair of a channel that turns analog is looked up on the thermocouple control, that of one that turns
+// thermocouple on the analog control: each on the control that has read the channel so far.
+void dlgGainRange::OptAI_Click() {
+    EnableThermoSetting(false);
+    EnableRange(true);
+    const std::int32_t channel = ZelAI1.Channel();
+    ChooseKind(tables, DeviceName(), channel, false, ZelThermo1.Channel(), ZelThermo1.SignalConnection());
+    RefreshGainTable();
+    SelectRangeOf(channel);
+}
+
+void dlgGainRange::OptThermo_Click() {
+    EnableThermoSetting(true);
+    EnableRange(false);
+    const std::int32_t channel = ZelAI1.Channel();
+    ChooseKind(tables, DeviceName(), channel, true, channel, ZelAI1.SignalConnection());
+    RefreshGainTable();
+}
+
+void dlgGainRange::OKButton_Click() {
+    accept();
+}
+
+} // namespace tracelet

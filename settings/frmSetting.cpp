@@ -1,0 +1,193 @@
+#include "settings/frmSetting.h"
+
+#include "app/Handler.h"
+#include "app/LeaveCheck.h"
+#include "app/frmMain.h"
+#include "settings/BoxRules.h"
+#include "settings/DialogParts.h"
+#include "settings/dlgGainRange.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTabBar>
+#include <QTabWidget>
+#include <QVBoxLayout>
+
+namespace tracelet {
+namespace {
+
+constexpr int FastPage = 0;
+constexpr int SoftPage = 1;
+constexpr int LongestNameWidth = 24; // characters of a device name that fit into one line
+
+QString Text(std::string_view text) {
+    return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+}
+
+QString OnPage(const char* name, int page) {
+    return u"%1_%2"_qs.arg(QLatin1String(name)).arg(page);
+}
+
+} // namespace
+
+frmSetting::frmSetting(frmMain& mainWindow)
+    : QDialog(&mainWindow), main(mainWindow), ZelAI1(*mainWindow.ZelAI1), ZelDIO1(*mainWindow.ZelDIO1) {
+    setObjectName(u"frmSetting"_qs);
+    setWindowTitle(u"Tracelet device setting"_qs);
+    BuildPages();
+    ConnectWidgets();
+    WatchBoxes();
+
+    txtAITimeInterval->setText(QString::number(main.nTimerInterval));
+    QuietHandler([this] { GetAIPropertiesEx(); });
+    QuietHandler([this] { GetDIProperties(); });
+    SSTab1->setCurrentIndex(main.M1.SoftMode ? SoftPage : FastPage);
+}
+
+void frmSetting::BuildPages() {
+    SSTab1 = Named<QTabWidget>(u"SSTab1"_qs);
+    SSTab1->addTab(BuildFastPage(), u"Fast AI"_qs);
+    SSTab1->addTab(BuildSoftPage(), u"SoftAI and/or DI"_qs);
+    SSTab1->tabBar()->setFocusPolicy(Qt::StrongFocus); // a click on a tab leaves the box that has the focus
+    SSTab1->tabBar()->setAccessibleName(u"Page"_qs);
+    auto* layout = new QVBoxLayout(this);
+    layout->addWidget(SSTab1);
+    layout->setSizeConstraint(QLayout::SetMinimumSize);
+    for (QPushButton* button : findChildren<QPushButton*>())
+        button->setAutoDefault(false); // Enter in a box must not press a button
+}
+
+void frmSetting::BuildAnalogDevice(int page, const QString& caption) {
+    FrameAIDevice[page] = Named<QGroupBox>(OnPage("FrameAIDevice", page), caption);
+    LabelAIDeviceNumber[page] = FactLabel(OnPage("LabelAIDeviceNumber", page));
+    labAIDeviceName[page] = FactLabel(OnPage("labAIDeviceName", page));
+    labAIDeviceName[page]->setMinimumWidth(fontMetrics().averageCharWidth() * LongestNameWidth);
+    labAIResolution[page] = FactLabel(OnPage("labAIResolution", page));
+    cmdAISelectDevice[page] = Named<QPushButton>(OnPage("cmdAISelectDevice", page), u"Select Device"_qs);
+
+    auto* grid = new QGridLayout(FrameAIDevice[page]);
+    AddRow(grid, OnPage("LabelAIDeviceNumberCaption", page), u"Device Number"_qs, LabelAIDeviceNumber[page]);
+    AddRow(grid, OnPage("labAIDeviceNameCaption", page), u"Device Name"_qs, labAIDeviceName[page]);
+    AddRow(grid, OnPage("labAIResolutionCaption", page), u"Resolution"_qs, labAIResolution[page]);
+    grid->addWidget(cmdAISelectDevice[page], grid->rowCount(), FieldColumn);
+    grid->setColumnStretch(FieldColumn, 1);
+}
+
+void frmSetting::BuildChannelSetting(int page, const QString& caption) {
+    SoftSetting[page] = Named<QGroupBox>(OnPage("SoftSetting", page), caption);
+    txtAIScanStart[page] = NumberBox(OnPage("txtAIScanStart", page), u"0"_qs);
+    txtAIScanNumber[page] = NumberBox(OnPage("txtAIScanNumber", page), u"1"_qs);
+    cmdRange[page] = Named<QPushButton>(OnPage("cmdRange", page), u"Set &Range"_qs);
+
+    auto* grid = new QGridLayout(SoftSetting[page]);
+    LabelAIScanStart[page] =
+        AddRow(grid, OnPage("LabelAIScanStart", page), u"ChanStart"_qs, txtAIScanStart[page]);
+    LabelAIScanNumber[page] =
+        AddRow(grid, OnPage("LabelAIScanNumber", page), u"ChanCount"_qs, txtAIScanNumber[page]);
+    LabelRange[page] = AddRow(grid, OnPage("LabelRange", page), u"DataValueRange"_qs, cmdRange[page]);
+    cmdRange[page]->setAccessibleName({}); // its own caption says more
+    grid->setColumnStretch(FieldColumn, 1);
+}
+
+void frmSetting::WatchBoxes() {
+    for (const int page : {FastPage, SoftPage}) {
+        Watch(txtAIScanStart[page], BoxRules::ScanStart);
+        Watch(txtAIScanNumber[page], BoxRules::ScanNumber);
+    }
+    Watch(txtCount, BoxRules::Count);
+    Watch(txtSampleRate, BoxRules::SampleRate);
+    Watch(txtTriggerVoltage, BoxRules::TriggerVoltage);
+    Watch(txtTriggerDelayTime, BoxRules::TriggerDelayTime);
+    Watch(txtTriggerAfterTimeinAboveMode, BoxRules::TriggerAfterTime);
+    Watch(txtAITimeInterval, BoxRules::TimeInterval);
+}
+
+void frmSetting::Watch(QLineEdit* box, const BoxRule& rule) {
+    new LeaveCheck(box, [this, box, &rule] {
+        const auto refusal = Refusal(rule, box->text().toStdString());
+        if (!refusal)
+            return true;
+        MsgBox(this, Text(*refusal));
+        box->setText(Text(rule.putBack));
+        return false;
+    });
+}
+
+void frmSetting::ConnectWidgets() {
+    for (const int page : {FastPage, SoftPage}) {
+        connect(cmdAISelectDevice[page], &QPushButton::clicked, this,
+                [this, page] { cmdAISelectDevice_Click(page); });
+        connect(cmdRange[page], &QPushButton::clicked, this, [this, page] { cmdRange_Click(page); });
+    }
+    connect(chkCylic, &QCheckBox::clicked, this, &frmSetting::chkCylic_Click);
+    connect(cmdFAIOK, &QPushButton::clicked, this, &frmSetting::cmdFAIOK_Click);
+    connect(DISelectDevice, &QPushButton::clicked, this, &frmSetting::DISelectDevice_Click);
+    // Only what the user chooses is told by `activated` and `clicked`, not what code selects or checks.
+    connect(ComboDIPort, &QComboBox::activated, this,
+            [this] { QuietHandler([this] { ComboDIPort_Click(); }); });
+    for (int line = 0; line < Lines; ++line)
+        connect(CheckDIChannel[line], &QCheckBox::clicked, this,
+                [this, line] { QuietHandler([&] { CheckDIChannel_Click(line); }); });
+    connect(cmdDIOK, &QPushButton::clicked, this, &frmSetting::cmdDIOK_Click);
+}
+
+void frmSetting::GetAIPropertiesEx() {
+    if (ZelAI1.DeviceNumber() < 0) {
+        for (const int page : {FastPage, SoftPage}) {
+            LabelAIDeviceNumber[page]->setText(u"-1"_qs);
+            labAIDeviceName[page]->setText(u"No Device"_qs);
+            EnableAIChannelSetting(page, false);
+        }
+        EnableFAISetting(false);
+        EnableFAITriggerControls(false);
+        return;
+    }
+    EnableAIChannelSetting(FastPage, true);
+    EnableAIChannelSetting(SoftPage, true);
+    EnableFAISetting(true);
+    for (const int page : {FastPage, SoftPage}) {
+        LabelAIDeviceNumber[page]->setText(QString::number(ZelAI1.DeviceNumber()));
+        labAIDeviceName[page]->setText(ZelAI1.DeviceName());
+        labAIResolution[page]->setText(QString::number(ZelAI1.Resolution()));
+        txtAIScanStart[page]->setText(QString::number(ZelAI1.ScanStartChannel()));
+        txtAIScanNumber[page]->setText(QString::number(ZelAI1.ScanChannelCount()));
+    }
+    GetFAIProperties();
+}
+
+void frmSetting::EnableAIChannelSetting(int index, bool enable) {
+    EnableAll({SoftSetting[index], LabelAIScanStart[index], txtAIScanStart[index], LabelAIScanNumber[index],
+               txtAIScanNumber[index], cmdRange[index]},
+              enable);
+}
+
+void frmSetting::ResetPlotSettings(bool isAI) {
+    main.InitPlotAttributes(isAI);
+}
+
+void frmSetting::cmdAISelectDevice_Click(int page) {
+    Handler(this, u"cmdAISelectDevice"_qs, [&] {
+        ZelAI1.SelectDevice(this);
+        main.SizeThermoTables();
+        ResetPlotSettings(true);
+        main.nAISampleCnt = 4096;
+        main.bFAICyclic = true;
+        if (labAIDeviceName[page]->text() != ZelAI1.DeviceName())
+            GetAIPropertiesEx();
+    });
+}
+
+void frmSetting::cmdRange_Click(int page) {
+    Handler(this, u"cmdRange"_qs, [&] {
+        RangeSourcePage = static_cast<std::int16_t>(page);
+        dlgGainRange dialog(*this, main);
+        dialog.exec();
+    });
+}
+
+} // namespace tracelet
