@@ -375,6 +375,7 @@ TEST(DigitalText, DropsNoSampleOfALongRecording) {
         ASSERT_EQ(lines.size(), 1U + 70000U);
         for (int scan = 0; scan < scans; ++scan) {
             std::ostringstream expected;
+            expected.precision(15);
             expected << (scan + 1) * 0.25;
             for (int port = 0; port < portCount; ++port)
                 expected << '\t' << (states[static_cast<std::size_t>(scan * portCount + port)] >> 4 & 1);
