@@ -118,8 +118,20 @@ public:
     /// Removes all samples; plots, axes, NextX and mouse mode stay.
     void ClearData();
 
+    /// Where samples are drawn, in graph coordinates; empty when the graph is too small for it.
+    [[nodiscard]] QRect PlotRect() const;
+    /// Time at the horizontal graph coordinate `x`; the plot area spans XAxisMin to XAxisMax.
+    [[nodiscard]] double TimeAt(double x) const;
+    /// Bytes that the held samples take.
+    [[nodiscard]] std::int64_t HeldBytes() const;
+    /// Bytes that samples may take, half of the machine's memory at first. More is "Out of memory!": Error
+    /// says so once, and the chart goes on with fewer points a plot.
+    void SetMemoryBudget(std::int64_t bytes);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
     [[nodiscard]] std::int32_t MouseMode() const;
-    void SetMouseMode(std::int32_t code);
+    void SetMouseMode(std::int32_t code); ///< an unknown code is ignored
 
 signals:
     /// Button codes 1 left, 2 right, 4 middle; shift bits 1 shift, 2 control, 4 alt; graph coordinates.
@@ -134,9 +146,19 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
+    void timerEvent(QTimerEvent* event) override;
+    void changeEvent(QEvent* event) override;
 
 private:
     struct State;
+    void SamplesChanged();
+    void LookChanged();
+    template <typename Append>
+    bool TryAppend(Append append);
+    void UpdateCursor();
     std::unique_ptr<State> state;
 };
 

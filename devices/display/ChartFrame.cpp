@@ -1,0 +1,277 @@
+#include "devices/display/ChartFrame.h"
+
+#include "base/Convert.h"
+#include "devices/display/ColumnRaster.h"
+
+#include <QFontMetrics>
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tracelet {
+
+namespace {
+
+constexpr int padding = 6;
+constexpr int gap = 5; ///< between labels and the plot area
+constexpr int tickLength = 3;
+constexpr int rowsPerTick = 44;
+constexpr int columnsPerTick = 64;
+constexpr int stripStep = 8; ///< widths are multiples of it, so that they seldom change
+constexpr int fewestPixels = 24;
+constexpr qsizetype mostTexts = 512;
+
+QString ToText(std::int64_t number, TickStep step) {
+    return QString::fromStdString(TickText(number, step));
+}
+
+} // namespace
+
+void ChartFrame::SetLook(const QFont& newFont, double newScale) {
+    scale = newScale;
+    font = newFont;
+    const int logical = std::max(9, QFontInfo(newFont).pixelSize() - 1);
+    font.setPixelSize(CLng(logical * scale));
+    lineHeight = QFontMetrics(font).height();
+    labels.clear();
+    texts.clear();
+}
+
+int ChartFrame::Px(int logical) const {
+    return CLng(logical * scale);
+}
+
+int ChartFrame::WidestLabel(const AxisStrip& strip) const {
+    const QFontMetrics metrics(font);
+    int widest = 0;
+    if (strip.named)
+        for (const AxisStrip::Name& name : strip.names)
+            widest = std::max(widest, metrics.horizontalAdvance(name.text));
+    else
+        for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick)
+            widest = std::max(widest, metrics.horizontalAdvance(ToText(tick, strip.step)));
+    return std::max(widest, metrics.horizontalAdvance(QStringLiteral("-10.5")));
+}
+
+void ChartFrame::Arrange(QSize size) {
+    const bool titles = size.height() >= Px(160);
+    const int above = Px(padding) + (titles ? lineHeight + Px(2) : lineHeight / 2);
+    int below = Px(padding);
+    if (timeShown)
+        below += lineHeight + Px(gap);
+    if (timeShown && titles && !time.title.isEmpty())
+        below += lineHeight;
+    plot = QRect(0, above, size.width(), size.height() - above - below);
+    for (AxisStrip& strip : strips) {
+        const double count = std::max(2.0, std::floor(plot.height() / (rowsPerTick * scale)));
+        strip.step = StepFor(strip.span.Length(), count);
+        strip.ticks = TicksWithin(strip.span.low, strip.span.high, strip.step);
+    }
+    ArrangeStrips(size);
+    ArrangeTimeTicks();
+}
+
+void ChartFrame::ArrangeStrips(QSize size) {
+    int left = Px(padding);
+    int right = size.width() - Px(2 * padding);
+    for (std::size_t i = 0; i < strips.size(); ++i) {
+        AxisStrip& strip = strips[i];
+        const int step = Px(stripStep);
+        const int width = (WidestLabel(strip) + Px(gap + tickLength) + step - 1) / step * step;
+        strip.left = i == 0;
+        if (strip.left) {
+            strip.area = QRect(left, plot.top(), width, plot.height());
+            left += width;
+        } else {
+            right -= width;
+            strip.area = QRect(right, plot.top(), width, plot.height());
+        }
+    }
+    // Strips at the right stand in their order from the plot area outwards.
+    int next = right;
+    for (AxisStrip& strip : strips) {
+        if (strip.left)
+            continue;
+        strip.area.moveLeft(next);
+        next += strip.area.width();
+    }
+    plot.setLeft(left);
+    plot.setRight(right - 1);
+    if (plot.width() < fewestPixels || plot.height() < fewestPixels)
+        plot = QRect();
+}
+
+void ChartFrame::ArrangeTimeTicks() {
+    const double span = time.span.Length();
+    const QFontMetrics metrics(font);
+    double spacing = columnsPerTick * scale;
+    // Longer labels need wider steps, which may need shorter labels: two rounds settle it. Digits are counted
+    // for the next power of ten, so that the step holds while the axis scrolls.
+    for (int round = 0; round < 2; ++round) {
+        time.step = StepFor(span, std::max(1.0, std::floor(plot.width() / spacing)));
+        const double largest = std::max(std::abs(time.span.low), std::abs(time.span.high));
+        timeLimit = std::pow(10.0, std::ceil(std::log10(std::max(largest, time.step.At(1)))));
+        const TickRange widest = TicksWithin(timeLimit, timeLimit + span, time.step);
+        if (widest.first > widest.last)
+            continue;
+        const int width = metrics.horizontalAdvance(ToText(widest.first, time.step));
+        spacing = std::max(spacing, width + 20 * scale);
+    }
+    MoveTime(time.span);
+}
+
+bool ChartFrame::TimeFits(AxisSpan span) const {
+    return span.low >= -timeLimit && span.high <= timeLimit;
+}
+
+void ChartFrame::MoveTime(AxisSpan span) {
+    time.span = span;
+    time.ticks = TicksWithin(span.low, span.high, time.step);
+}
+
+std::vector<int> ChartFrame::GridRows() const {
+    std::vector<int> rows;
+    if (strips.empty() || strips.front().named || plot.isEmpty())
+        return rows;
+    const AxisStrip& strip = strips.front();
+    const RowScale scaleOf(strip.span.low, strip.span.high, plot.height());
+    for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick)
+        rows.push_back(std::clamp(Int(scaleOf.RowOf(strip.step.At(tick))), 0, plot.height() - 1));
+    return rows;
+}
+
+QImage ChartFrame::Rendered(const QString& text, QRgb color) const {
+    const QFontMetrics metrics(font);
+    QImage image(std::max(1, metrics.horizontalAdvance(text) + 2), lineHeight,
+                 QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setFont(font);
+    painter.setPen(QColor(color));
+    painter.drawText(1, metrics.ascent(), text);
+    return image;
+}
+
+const QImage& ChartFrame::Label(std::int64_t number, TickStep step) {
+    const LabelKey key{number, step};
+    const auto found = labels.constFind(key);
+    if (found != labels.constEnd())
+        return *found;
+    if (labels.size() >= mostTexts)
+        labels.clear();
+    return *labels.insert(key, Rendered(ToText(number, step), ChartColor::label));
+}
+
+const QImage& ChartFrame::Text(const QString& text, QRgb color) {
+    const QString key = text + QChar(color & 0xffff) + QChar(color >> 16 & 0xff);
+    const auto found = texts.constFind(key);
+    if (found != texts.constEnd())
+        return *found;
+    if (texts.size() >= mostTexts)
+        texts.clear();
+    return *texts.insert(key, Rendered(text, color));
+}
+
+void ChartFrame::Draw(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn) {
+    DrawGround(painter, size);
+    if (plot.isEmpty())
+        return;
+    for (const AxisStrip& strip : strips) {
+        if (strip.named)
+            DrawNames(painter, strip);
+        else
+            DrawStrip(painter, strip);
+    }
+    DrawTitles(painter);
+    if (timeShown)
+        DrawTime(painter, size, grid, firstColumn);
+}
+
+void ChartFrame::DrawGround(QPainter& painter, QSize size) const {
+    const QColor ground(ChartColor::ground);
+    if (plot.isEmpty()) {
+        painter.fillRect(QRect(QPoint(), size), ground);
+        return;
+    }
+    const int right = plot.right() + 1;
+    const int bottom = plot.bottom() + 1;
+    painter.fillRect(0, 0, size.width(), plot.top(), ground);
+    painter.fillRect(0, bottom, size.width(), size.height() - bottom, ground);
+    painter.fillRect(0, plot.top(), plot.left(), plot.height(), ground);
+    painter.fillRect(right, plot.top(), size.width() - right, plot.height(), ground);
+    const int line = std::max(1, Px(1));
+    const QColor border(ChartColor::border);
+    painter.fillRect(plot.left() - line, plot.top() - line, plot.width() + 2 * line, line, border);
+    painter.fillRect(plot.left() - line, bottom, plot.width() + 2 * line, line, border);
+    painter.fillRect(plot.left() - line, plot.top(), line, plot.height(), border);
+    painter.fillRect(right, plot.top(), line, plot.height(), border);
+}
+
+void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
+    const RowScale scaleOf(strip.span.low, strip.span.high, plot.height());
+    const int line = std::max(1, Px(1));
+    for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick) {
+        const int row = plot.top() + Int(scaleOf.RowOf(strip.step.At(tick)));
+        const QImage& label = Label(tick, strip.step);
+        const int y = row - label.height() / 2;
+        if (strip.left) {
+            painter.drawImage(strip.area.right() + 1 - Px(gap + tickLength) - label.width() + 1, y, label);
+            painter.fillRect(plot.left() - Px(tickLength) - line, row, Px(tickLength), line,
+                             QColor(ChartColor::border));
+        } else {
+            painter.drawImage(strip.area.left() + Px(gap + tickLength), y, label);
+            painter.fillRect(strip.area.left() + line, row, Px(tickLength), line, QColor(ChartColor::border));
+        }
+    }
+}
+
+void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
+    const RowScale scaleOf(strip.span.low, strip.span.high, plot.height());
+    int lowestFree = plot.bottom() + lineHeight;
+    for (const AxisStrip::Name& name : strip.names) {
+        const double row = scaleOf.RowOf(name.level);
+        const int y = plot.top() + Int(row) - lineHeight / 2;
+        const bool inside = row >= 0 && row <= plot.height();
+        if (!inside || y + lineHeight - Px(2) > lowestFree)
+            continue;
+        lowestFree = y;
+        const QImage& label = Text(name.text, name.color);
+        const int x = strip.left ? strip.area.right() - Px(gap) - label.width() : strip.area.left() + Px(gap);
+        painter.drawImage(x, y, label);
+    }
+}
+
+void ChartFrame::DrawTitles(QPainter& painter) {
+    if (plot.top() < lineHeight + Px(padding))
+        return;
+    for (const AxisStrip& strip : strips) {
+        if (strip.title.isEmpty())
+            continue;
+        const QImage& title = Text(strip.title, ChartColor::title);
+        const int x = strip.left ? strip.area.right() + 1 - Px(gap + tickLength) - title.width()
+                                 : strip.area.left() + Px(gap + tickLength);
+        painter.drawImage(x, Px(padding) / 2, title);
+    }
+}
+
+void ChartFrame::DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn) {
+    const int top = plot.bottom() + 1;
+    const int line = std::max(1, Px(1));
+    for (std::int64_t tick = time.ticks.first; tick <= time.ticks.last; ++tick) {
+        const std::int64_t column = grid.ColumnOf(time.step.At(tick) + grid.width * 1e-6) - firstColumn;
+        const auto offset = static_cast<int>(std::clamp<std::int64_t>(column, 0, plot.width()));
+        const int x = plot.left() + offset;
+        const QImage& label = Label(tick, time.step);
+        const int labelX = std::min(x - label.width() / 2, size.width() - label.width());
+        painter.fillRect(x, top + line, line, Px(tickLength), QColor(ChartColor::border));
+        painter.drawImage(labelX, top + Px(gap), label);
+    }
+    const int titleTop = top + Px(gap) + lineHeight;
+    if (time.title.isEmpty() || titleTop + lineHeight > size.height())
+        return;
+    const QImage& title = Text(time.title, ChartColor::title);
+    painter.drawImage(plot.center().x() - title.width() / 2, titleTop, title);
+}
+
+} // namespace tracelet

@@ -1,0 +1,133 @@
+#include "devices/display/ColumnRaster.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace tracelet {
+
+namespace {
+
+constexpr double margin = 64; ///< rows beyond the image that are told apart
+
+std::uint32_t Mixed(std::uint32_t under, std::uint32_t over, unsigned share) {
+    // share of `over` in 256ths; red and blue in one go, then green
+    const std::uint32_t redBlue =
+        ((under & 0xff00ffU) * (256 - share) + (over & 0xff00ffU) * share) >> 8 & 0xff00ffU;
+    const std::uint32_t green = ((under & 0xff00U) * (256 - share) + (over & 0xff00U) * share) >> 8 & 0xff00U;
+    return 0xff000000U | redBlue | green;
+}
+
+/// Rows that a span covers, before clipping, and how much of the rows beside it, in 256ths.
+struct RowSpan {
+    int top = 0;
+    int bottom = 0;
+    int softTop = 0;
+    int softBottom = 0;
+};
+
+/// Whole 256ths of a row; RowOf keeps the sum above 0, where cutting off the fraction is rounding down.
+int FixedRow(double row) {
+    constexpr int lift = 256;
+    return static_cast<int>((row + lift) * 256) - lift * 256;
+}
+
+RowSpan RowsOf(const Extent& extent, const RowScale& scale, int thickness) {
+    const double shift = (thickness - 1) * 0.5;
+    const int upper = FixedRow(scale.RowOf(static_cast<double>(extent.high)) - shift);
+    const int lower = FixedRow(scale.RowOf(static_cast<double>(extent.low)) - shift);
+    return {upper >> 8, (lower >> 8) + thickness - 1, 128 - (upper & 255), (lower & 255) - 128};
+}
+
+class SpanPainter {
+public:
+    SpanPainter(const Pixels& image, const Stroke& line) : pixels(image), stroke(line) {}
+
+    void Solid(int x, const RowSpan& rows) const {
+        const int top = std::max(rows.top, 0);
+        const int bottom = std::min(rows.bottom, pixels.height - 1);
+        std::uint32_t* cell = At(x, top);
+        for (int row = top; row <= bottom; ++row, cell += pixels.stride)
+            *cell = stroke.color;
+        if (!stroke.soft)
+            return;
+        Tint(x, rows.top - 1, rows.softTop);
+        Tint(x, rows.bottom + 1, rows.softBottom);
+    }
+
+    void Steep(int x, const RowSpan& rows) const {
+        const int top = std::max(rows.top, 0);
+        const int bottom = std::min(rows.bottom, pixels.height - 1);
+        const auto period = static_cast<int>(stroke.pattern.size());
+        for (int row = top; row <= bottom; ++row) {
+            const bool end = row < rows.top + stroke.thickness || row > rows.bottom - stroke.thickness;
+            if (end || stroke.pattern[static_cast<std::size_t>(row % period)] != 0)
+                *At(x, row) = stroke.color;
+        }
+    }
+
+private:
+    [[nodiscard]] std::uint32_t* At(int x, int row) const { return pixels.bits + row * pixels.stride + x; }
+
+    void Tint(int x, int row, int share) const {
+        if (share <= 0 || row < 0 || row >= pixels.height)
+            return;
+        std::uint32_t* cell = At(x, row);
+        *cell = Mixed(*cell, stroke.color, static_cast<unsigned>(share));
+    }
+
+    const Pixels& pixels;
+    const Stroke& stroke;
+};
+
+std::size_t Phase(std::int64_t column, std::size_t period) {
+    const auto length = static_cast<std::int64_t>(period);
+    const std::int64_t rest = column % length;
+    return static_cast<std::size_t>(rest < 0 ? rest + length : rest);
+}
+
+} // namespace
+
+RowScale::RowScale(double low, double high, int rows)
+    : top(high), perUnit((rows - 1) / (high - low)), rowCount(rows) {}
+
+double RowScale::RowOf(double value) const {
+    const double row = (top - value) * perUnit + 0.5;
+    return std::clamp(row, -margin, rowCount + margin);
+}
+
+std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
+    static const std::vector<std::vector<int>> lengths = {
+        {}, {9, 5}, {2, 4}, {9, 4, 2, 4}, {9, 4, 2, 4, 2, 4}}; // drawn, left out, drawn, ...
+    if (lineStyle < 1 || lineStyle > 4)
+        return {};
+    std::vector<std::uint8_t> pattern;
+    std::uint8_t drawn = 1;
+    for (const int length : lengths[static_cast<std::size_t>(lineStyle)]) {
+        pattern.insert(pattern.end(), static_cast<std::size_t>(length * scale), drawn);
+        drawn ^= 1;
+    }
+    return pattern;
+}
+
+void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
+               const RowScale& scale, const Stroke& stroke) {
+    const SpanPainter painter(pixels, stroke);
+    const int flat = 2 * stroke.thickness; // rows of a span that still counts as flat
+    for (const Extent& extent : spans) {
+        const int x = at++;
+        const std::int64_t here = column++;
+        if (extent.Empty())
+            continue;
+        const RowSpan rows = RowsOf(extent, scale, stroke.thickness);
+        if (rows.bottom < 0 || rows.top >= pixels.height)
+            continue;
+        if (stroke.pattern.empty())
+            painter.Solid(x, rows);
+        else if (rows.bottom - rows.top >= flat)
+            painter.Steep(x, rows);
+        else if (stroke.pattern[Phase(here, stroke.pattern.size())] != 0)
+            painter.Solid(x, rows);
+    }
+}
+
+} // namespace tracelet

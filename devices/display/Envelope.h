@@ -1,0 +1,77 @@
+#pragma once
+
+#include "devices/display/ChunkRing.h"
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <span>
+
+namespace tracelet {
+
+/// Lowest and highest value of some samples; `low` > `high`: there is none. Samples that are no numbers are
+/// passed over.
+struct Extent {
+    float low = std::numeric_limits<float>::infinity();
+    float high = -std::numeric_limits<float>::infinity();
+
+    [[nodiscard]] bool Empty() const { return !(low <= high); }
+    void Add(float value) {
+        low = value < low ? value : low;
+        high = value > high ? value : high;
+    }
+    void Add(const Extent& other) {
+        low = other.low < low ? other.low : low;
+        high = other.high > high ? other.high : high;
+    }
+    bool operator==(const Extent&) const = default;
+};
+
+/// Extent of values that stand one behind the other.
+[[nodiscard]] Extent ExtentOf(std::span<const float> values);
+
+/// Samples of one plot with a pyramid of extents over them: buckets of 64 samples, then of 16 buckets each,
+/// closed when full and found by the absolute index of their samples. Appending costs O(1) a sample, the
+/// extent of any range O(log). Holds 4.2 bytes a sample.
+class Envelope {
+public:
+    static constexpr int bucketBits = 6;
+    static constexpr int fanBits = 4;
+    static constexpr int levelCount = 8; ///< the last level's buckets hold 2^34 samples
+
+    [[nodiscard]] std::int64_t First() const { return samples.First(); }
+    [[nodiscard]] std::int64_t End() const { return samples.End(); }
+    [[nodiscard]] float operator[](std::int64_t index) const { return samples[index]; }
+
+    /// Makes sure that `count` further samples fit without allocating; throws std::bad_alloc, the samples
+    /// held unchanged.
+    void Reserve(std::int64_t count);
+    /// Whether Reserve would allocate for the samples themselves.
+    [[nodiscard]] bool Grows(std::int64_t count) const { return samples.Grows(count); }
+    /// Where the next samples go, `room` of them (at most `wanted`): Reserve, fill, then tell Appended.
+    [[nodiscard]] float* Room(std::int64_t wanted, std::int64_t& room) {
+        return samples.Extend(wanted, room);
+    }
+    void Appended(std::int64_t count);
+    void Append(float value);
+
+    void DropBefore(std::int64_t index);
+
+    /// Extent of the held samples first <= index < end.
+    [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const;
+
+    [[nodiscard]] std::size_t HeldBytes() const;
+
+private:
+    using Samples = ChunkRing<float, 12>;
+    using Level = ChunkRing<Extent, 6>;
+
+    void CloseBuckets();
+    void Join(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const;
+    void JoinSamples(std::int64_t first, std::int64_t end, Extent& extent) const;
+
+    Samples samples;
+    std::array<Level, levelCount> levels;
+};
+
+} // namespace tracelet

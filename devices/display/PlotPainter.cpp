@@ -1,0 +1,140 @@
+#include "devices/display/PlotPainter.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace tracelet {
+
+void PlotPainter::Update(const SampleStore& store, const PlotScene& scene, std::uint64_t revision,
+                         std::int64_t firstColumn) {
+    finder.Forget();
+    paintedColumns = 0;
+    const bool sameSize = image.width() == scene.width && image.height() == scene.height;
+    if (!sameSize || revision != paintedRevision) {
+        Restart(scene);
+        first = firstColumn;
+        paintedRevision = revision;
+        Mark(first, first + scene.width);
+    } else
+        MarkMoved(firstColumn);
+    MarkChanged(store, scene);
+    PaintMarked(store, scene);
+}
+
+void PlotPainter::Restart(const PlotScene& scene) {
+    if (image.width() != scene.width || image.height() != scene.height)
+        image = QImage(scene.width, scene.height, QImage::Format_RGB32);
+    pixels = {reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
+              image.height()};
+    marked.assign(static_cast<std::size_t>(scene.width), 0);
+    spans.resize(static_cast<std::size_t>(scene.width));
+    painted.assign(scene.traces.size(), Painted());
+}
+
+int PlotPainter::SlotOf(std::int64_t column) const {
+    const std::int64_t rest = column % pixels.width;
+    return static_cast<int>(rest < 0 ? rest + pixels.width : rest);
+}
+
+void PlotPainter::Mark(std::int64_t from, std::int64_t to) {
+    const auto width = static_cast<std::int64_t>(marked.size());
+    const std::int64_t begin = std::clamp<std::int64_t>(from - first, 0, width);
+    const std::int64_t end = std::clamp<std::int64_t>(to - first, begin, width);
+    std::fill(marked.begin() + begin, marked.begin() + end, std::uint8_t{1});
+}
+
+void PlotPainter::MarkMoved(std::int64_t firstColumn) {
+    const std::int64_t old = first;
+    first = firstColumn;
+    if (first > old)
+        Mark(old + pixels.width, first + pixels.width);
+    else
+        Mark(first, old);
+}
+
+void PlotPainter::MarkTimes(const ColumnGrid& grid, double from, double to) {
+    // A sample on the edge of a column reaches into both neighbours.
+    Mark(grid.ColumnOf(from) - 1, grid.ColumnOf(to) + 2);
+}
+
+void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) {
+    for (std::size_t i = 0; i < scene.traces.size(); ++i) {
+        const int plot = scene.traces[i].plot;
+        Painted& old = painted[i];
+        Painted now{store.First(plot), store.End(plot)};
+        if (now.first == old.first && now.end == old.end)
+            continue;
+        if (now.first < now.end) {
+            now.firstX = store.X(plot, now.first);
+            now.lastX = store.X(plot, now.end - 1);
+            now.stretches = store.Track(plot).StretchCount();
+        }
+        if (old.first >= old.end || now.first >= old.end || now.stretches != old.stretches)
+            Mark(first, first + pixels.width);
+        else {
+            if (now.end > old.end)
+                MarkTimes(scene.grid, old.lastX, now.lastX);
+            if (now.first > old.first)
+                MarkTimes(scene.grid, old.firstX, now.firstX);
+        }
+        old = now;
+    }
+}
+
+void PlotPainter::PaintMarked(const SampleStore& store, const PlotScene& scene) {
+    const std::size_t width = marked.size();
+    for (std::size_t i = 0; i < width;) {
+        if (marked[i] == 0) {
+            ++i;
+            continue;
+        }
+        const std::int64_t column = first + static_cast<std::int64_t>(i);
+        const std::size_t untilCut = static_cast<std::size_t>(pixels.width - SlotOf(column));
+        std::size_t end = i;
+        while (end < width && end - i < untilCut && marked[end] != 0)
+            marked[end++] = 0;
+        PaintColumns(store, scene, column, static_cast<int>(end - i));
+        i = end;
+    }
+}
+
+void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene, std::int64_t column,
+                               int count) {
+    const int at = SlotOf(column);
+    const auto found = std::span(spans).first(static_cast<std::size_t>(count));
+    PaintGround(scene, column, at, count);
+    for (const PlotScene::Trace& trace : scene.traces) {
+        finder.Find(store, trace.plot, scene.grid, column, trace.joint, found);
+        const RowScale scale(trace.range.low, trace.range.high, scene.height);
+        DrawSpans(pixels, at, column, found, scale, trace.stroke);
+    }
+    paintedColumns += count;
+}
+
+void PlotPainter::PaintGround(const PlotScene& scene, std::int64_t column, int at, int count) {
+    for (int row = 0; row < pixels.height; ++row)
+        std::fill_n(pixels.bits + row * pixels.stride + at, count, scene.ground);
+    for (const int row : scene.gridRows)
+        std::fill_n(pixels.bits + row * pixels.stride + at, count, scene.gridColor);
+    const TickRange ticks =
+        TicksWithin(scene.grid.Edge(column), scene.grid.Edge(column + count), scene.timeStep);
+    for (std::int64_t tick = ticks.first; tick <= ticks.last; ++tick) {
+        const std::int64_t offset =
+            scene.grid.ColumnOf(scene.timeStep.At(tick) + scene.grid.width * 1e-6) - column;
+        if (offset < 0 || offset >= count)
+            continue;
+        std::uint32_t* cell = pixels.bits + at + offset;
+        for (int row = 0; row < pixels.height; ++row, cell += pixels.stride)
+            *cell = scene.gridColor;
+    }
+}
+
+void PlotPainter::Draw(QPainter& painter, int x, int y) const {
+    const int cut = SlotOf(first);
+    painter.drawImage(x, y, image, cut, 0, pixels.width - cut, pixels.height);
+    if (cut > 0)
+        painter.drawImage(x + pixels.width - cut, y, image, 0, 0, cut, pixels.height);
+}
+
+} // namespace tracelet

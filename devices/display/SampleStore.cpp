@@ -1,0 +1,201 @@
+#include "devices/display/SampleStore.h"
+
+#include <algorithm>
+#include <array>
+#include <limits>
+#include <new>
+
+namespace tracelet {
+
+namespace {
+
+constexpr std::int64_t trackSlack = 1024; ///< shared times are dropped this many at a time
+constexpr double single = -1;             ///< step of a sample that stands alone
+
+float ToFloat(float value) {
+    return value;
+}
+float ToFloat(std::int32_t value) {
+    return static_cast<float>(value);
+}
+float ToFloat(double value) {
+    constexpr double most = std::numeric_limits<float>::max();
+    if (value > most)
+        return std::numeric_limits<float>::infinity();
+    if (value < -most)
+        return -std::numeric_limits<float>::infinity();
+    return static_cast<float>(value);
+}
+
+} // namespace
+
+void SampleStore::AddPlot() {
+    plots.emplace_back();
+}
+
+void SampleStore::RemovePlots() {
+    plots.clear();
+    newest.reset();
+}
+
+void SampleStore::Clear() {
+    for (PlotData& plot : plots)
+        plot = PlotData();
+    newest.reset();
+}
+
+double SampleStore::X(int plot, std::int64_t index) const {
+    const PlotData& data = Of(plot);
+    return data.track->X(index + data.offset);
+}
+
+SampleStore::Point SampleStore::At(int plot, std::int64_t position) const {
+    const std::int64_t index = First(plot) + position;
+    return {X(plot, index), static_cast<double>(Of(plot).samples[index])};
+}
+
+void SampleStore::SetLimit(std::int64_t points) {
+    limit = std::max<std::int64_t>(points, 0);
+    for (PlotData& plot : plots)
+        Trim(plot, 0);
+    TrimTracks();
+}
+
+std::size_t SampleStore::HeldBytes() const {
+    std::size_t bytes = 0;
+    for (std::size_t i = 0; i < plots.size(); ++i) {
+        bytes += plots[i].samples.HeldBytes();
+        const bool counted = i > 0 && plots[i].track == plots[i - 1].track;
+        if (plots[i].track && !counted)
+            bytes += plots[i].track->HeldBytes();
+    }
+    return bytes;
+}
+
+template <typename Value>
+void SampleStore::AppendEven(double start, double step, std::int64_t count, std::int64_t channels,
+                             const Value* values) {
+    const auto touched = std::span(plots).first(
+        static_cast<std::size_t>(std::min(channels, static_cast<std::int64_t>(plots.size()))));
+    for (PlotData& plot : touched)
+        Prepare(plot, count);
+    for (PlotData& plot : touched)
+        Place(plot, start, step, count);
+    for (PlotData& plot : touched) {
+        const Value* next = values++;
+        for (std::int64_t left = count; left > 0;) {
+            std::int64_t room = 0;
+            float* cells = plot.samples.Room(left, room);
+            for (std::int64_t i = 0; i < room; ++i, next += channels)
+                cells[i] = ToFloat(*next);
+            plot.samples.Appended(room);
+            left -= room;
+        }
+        Trim(plot, 0);
+    }
+    Finish(count);
+}
+
+template void SampleStore::AppendEven(double, double, std::int64_t, std::int64_t, const float*);
+template void SampleStore::AppendEven(double, double, std::int64_t, std::int64_t, const std::int32_t*);
+template void SampleStore::AppendEven(double, double, std::int64_t, std::int64_t, const double*);
+
+void SampleStore::AppendScan(double x, std::span<const float> values) {
+    const auto touched = std::span(plots).first(std::min(values.size(), plots.size()));
+    for (PlotData& plot : touched)
+        Prepare(plot, 1);
+    for (PlotData& plot : touched)
+        Place(plot, x, single, 1);
+    const float* value = values.data();
+    for (PlotData& plot : touched)
+        plot.samples.Append(*value++);
+    Finish(1);
+}
+
+void SampleStore::AppendPoint(int plot, double x, double y) {
+    PlotData& data = plots[static_cast<std::size_t>(plot)];
+    Prepare(data, 1);
+    Place(data, x, single, 1);
+    data.samples.Append(ToFloat(y));
+    Finish(1);
+}
+
+void SampleStore::Prepare(PlotData& plot, std::int64_t coming) {
+    Trim(plot, coming);
+    if (plot.samples.Grows(coming) && HeldBytes() > budget)
+        throw std::bad_alloc();
+    plot.samples.Reserve(coming);
+}
+
+void SampleStore::Trim(PlotData& plot, std::int64_t coming) const {
+    if (limit > 0)
+        plot.samples.DropBefore(plot.samples.End() + coming - limit);
+}
+
+std::shared_ptr<SampleStore::SharedTrack> SampleStore::NewTrack(TimeTrack track, std::uint64_t from) {
+    return std::make_shared<SharedTrack>(std::move(track), ++serials, from);
+}
+
+/// Sees to it that the plot's track holds the times of its next `count` samples.
+void SampleStore::Place(PlotData& plot, double start, double step, std::int64_t count) {
+    const std::int64_t end = plot.samples.End();
+    const bool empty = plot.samples.First() == end;
+    if (empty && newest && newest != plot.track &&
+        newest->Matches(newest->End() - count, start, step, count)) {
+        plot.track = newest;
+        plot.offset = newest->End() - count - end;
+        return;
+    }
+    if (!plot.track)
+        plot.track = NewTrack(TimeTrack(end + plot.offset), 0);
+    if (end + plot.offset != plot.track->End()) {
+        if (plot.track->Matches(end + plot.offset, start, step, count))
+            return;
+        const bool othersWentOn = newest && newest->splitFrom == plot.track->serial &&
+                                  newest->First() <= plot.samples.First() + plot.offset &&
+                                  newest->Matches(end + plot.offset, start, step, count);
+        if (othersWentOn) {
+            plot.track = newest;
+            return;
+        }
+        Split(plot);
+    }
+    plot.track->Reserve(step < 0 ? count : 0);
+    if (step < 0)
+        plot.track->AppendOne(start);
+    else
+        plot.track->AppendEven(start, step, count);
+    newest = plot.track;
+}
+
+void SampleStore::Split(PlotData& plot) {
+    const std::int64_t from = plot.samples.First() + plot.offset;
+    const std::int64_t to = plot.samples.End() + plot.offset;
+    plot.track = NewTrack(plot.track->Part(from, to), plot.track->serial);
+}
+
+void SampleStore::Finish(std::int64_t appended) {
+    untrimmed += appended;
+    if (untrimmed >= trackSlack)
+        TrimTracks();
+}
+
+void SampleStore::TrimTracks() {
+    untrimmed = 0;
+    for (PlotData& plot : plots) {
+        if (!plot.track)
+            continue;
+        // A plot that gets no more points must not make the others keep all their times.
+        if (limit > 0 && plot.track->End() - plot.samples.End() - plot.offset > limit + trackSlack)
+            Split(plot);
+        plot.track->needed = plot.track->End();
+    }
+    for (const PlotData& plot : plots)
+        if (plot.track)
+            plot.track->needed = std::min(plot.track->needed, plot.samples.First() + plot.offset);
+    for (const PlotData& plot : plots)
+        if (plot.track)
+            plot.track->DropBefore(plot.track->needed);
+}
+
+} // namespace tracelet

@@ -1,0 +1,235 @@
+#include "devices/display/ZelGraph.h"
+
+#include "base/Convert.h"
+#include "devices/display/ZelGraphState.h"
+
+#include <QPainter>
+
+#include <algorithm>
+#include <cmath>
+
+namespace tracelet {
+
+namespace {
+
+constexpr double wholeColumn = 1e-6; ///< columns closer than this to a whole number count as it
+constexpr double mostColumns = 1e15; ///< beyond, doubles cannot tell columns apart
+
+} // namespace
+
+// Automatic axes.
+
+void ZelGraph::State::FitAxes() {
+    if (!fitPending)
+        return;
+    fitPending = false;
+    if (axes[XAxis].ends.automatic)
+        FitTime();
+    for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
+        if (axes[static_cast<std::size_t>(axis)].ends.automatic)
+            FitValues(axis);
+}
+
+void ZelGraph::State::FitTime() {
+    double low = HUGE_VAL;
+    double high = -HUGE_VAL;
+    for (int plot = 0; plot < store.PlotCount(); ++plot) {
+        if (store.Count(plot) == 0)
+            continue;
+        low = std::min(low, store.X(plot, store.First(plot)));
+        high = std::max(high, store.X(plot, store.End(plot) - 1));
+    }
+    AxisEnds& ends = axes[XAxis].ends;
+    if (low < high && (low != ends.minimum || high != ends.maximum))
+        ends.SetBoth(low, high);
+}
+
+void ZelGraph::State::FitValues(int axis) {
+    const AxisEnds& time = axes[XAxis].ends;
+    const AxisSpan view = DrawnSpan(time.minimum, time.maximum);
+    Extent extent;
+    for (std::size_t i = 0; i < plots.size(); ++i) {
+        const int plot = static_cast<int>(i);
+        if (plots[i].visible && plots[i].attributes.axis == axis)
+            extent.Add(ExtentBetween(store, plot, view.low, view.high));
+    }
+    if (extent.Empty() || !std::isfinite(extent.low) || !std::isfinite(extent.high))
+        return;
+    AxisEnds& ends = axes[static_cast<std::size_t>(axis)].ends;
+    const AxisSpan current = DrawnSpan(ends.minimum, ends.maximum);
+    const AxisSpan fitted =
+        FittedSpan(static_cast<double>(extent.low), static_cast<double>(extent.high), current);
+    if (fitted == current)
+        return;
+    ends.SetBoth(fitted.low, fitted.high);
+    ++revision;
+}
+
+// Picture.
+
+AxisStrip ZelGraph::State::StripOf(int axis) const {
+    const Axis& source = axes[static_cast<std::size_t>(axis)];
+    AxisStrip strip;
+    strip.span = DrawnSpan(source.ends.minimum, source.ends.maximum);
+    strip.title = source.title;
+    strip.named = axis == DigitalAxis;
+    for (const PlotEntry& plot : plots)
+        if (strip.named && plot.visible && plot.attributes.axis == axis)
+            strip.names.push_back({plot.attributes.name, NAN, ResolvedColor(plot.attributes.color).rgb()});
+    return strip;
+}
+
+/// A digital line is named at the middle between its low and high level.
+void ZelGraph::State::FindLevels() {
+    for (AxisStrip& strip : frame.strips) {
+        if (!strip.named)
+            continue;
+        auto name = strip.names.begin();
+        for (std::size_t i = 0; i < plots.size(); ++i) {
+            if (!plots[i].visible || plots[i].attributes.axis != DigitalAxis)
+                continue;
+            const int plot = static_cast<int>(i);
+            const Extent extent = store.Samples(plot).Range(store.First(plot), store.End(plot));
+            name++->level = extent.Empty() ? NAN : static_cast<double>(extent.low) + 0.5;
+        }
+    }
+}
+
+void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
+    frame.SetLook(graph.font(), scale);
+    frame.time.span = timeSpan;
+    frame.time.title = axes[XAxis].title;
+    frame.timeShown = axes[XAxis].allowed;
+    frame.strips.clear();
+    for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
+        if (Shown(axis))
+            frame.strips.push_back(StripOf(axis));
+    frame.Arrange(pixelSize);
+    const QRect area = frame.PlotArea();
+    plotRect = QRect(CLng(area.left() / scale), CLng(area.top() / scale), CLng(area.width() / scale),
+                     CLng(area.height() / scale));
+}
+
+void ZelGraph::State::BuildScene() {
+    const QRect area = frame.PlotArea();
+    scene = PlotScene();
+    scene.width = area.width();
+    scene.height = area.height();
+    scene.grid = grid;
+    scene.timeStep = frame.time.step;
+    scene.gridRows = frame.GridRows();
+    scene.ground = ChartColor::ground;
+    scene.gridColor = ChartColor::grid;
+    const int thickness = std::max(1, CLng(scale));
+    for (std::size_t i = 0; i < plots.size(); ++i) {
+        const PlotAttributes& look = plots[i].attributes;
+        if (!plots[i].visible)
+            continue;
+        const bool known = look.axis > XAxis && look.axis <= TemperatureAxis;
+        const AxisEnds& ends = axes[static_cast<std::size_t>(known ? look.axis : VoltageAxis)].ends;
+        PlotScene::Trace trace;
+        trace.plot = static_cast<int>(i);
+        trace.joint = look.axis == DigitalAxis ? Joint::Step : Joint::Line;
+        trace.range = DrawnSpan(ends.minimum, ends.maximum);
+        trace.stroke = {ResolvedColor(look.color).rgb(), thickness, look.axis != DigitalAxis,
+                        DashPattern(look.lineStyle, thickness)};
+        scene.traces.push_back(std::move(trace));
+    }
+}
+
+void ZelGraph::State::PlaceGrid() {
+    const int columns = frame.PlotArea().width();
+    if (columns <= 0)
+        return;
+    ColumnGrid placed;
+    placed.width = timeSpan.Length() / columns;
+    const AxisEnds& ends = axes[XAxis].ends;
+    if (ends.span > 0 && timeSpan == AxisSpan{ends.minimum, ends.maximum})
+        placed.width = ends.span / columns; // the same for every position of the axis
+    const double largest = std::max(std::abs(timeSpan.low), std::abs(timeSpan.high));
+    if (largest / placed.width > mostColumns)
+        placed.origin = timeSpan.low;
+    if (placed == grid)
+        return;
+    grid = placed;
+    ++revision;
+}
+
+std::int64_t ZelGraph::State::FirstColumn() const {
+    const double end = std::ceil((timeSpan.high - grid.origin) / grid.width - wholeColumn);
+    return static_cast<std::int64_t>(std::clamp(end, -2 * mostColumns, 2 * mostColumns)) - scene.width;
+}
+
+void ZelGraph::State::Prepare(const ZelGraph& graph) {
+    FitAxes();
+    const double newScale = graph.devicePixelRatioF();
+    const QSize newSize(Int(graph.width() * newScale), Int(graph.height() * newScale));
+    if (newScale != scale || newSize != pixelSize) {
+        scale = newScale;
+        pixelSize = newSize;
+        ++revision;
+    }
+    timeSpan = DrawnSpan(axes[XAxis].ends.minimum, axes[XAxis].ends.maximum);
+    PlaceGrid();
+    if (!frame.TimeFits(timeSpan))
+        ++revision;
+    if (arranged == revision) {
+        frame.MoveTime(timeSpan);
+        return;
+    }
+    ArrangeFrame(graph);
+    PlaceGrid();
+    BuildScene();
+    arranged = revision;
+}
+
+void ZelGraph::paintEvent(QPaintEvent*) {
+    State& s = *state;
+    s.Prepare(*this);
+    QPainter painter(this);
+    painter.scale(1 / s.scale, 1 / s.scale); // device pixels from here on
+    const QRect area = s.frame.PlotArea();
+    s.FindLevels();
+    if (area.isEmpty()) {
+        s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, 0);
+        return;
+    }
+    const std::int64_t first = s.FirstColumn();
+    s.plotPainter.Update(s.store, s.scene, s.arranged, first);
+    s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, first);
+    s.plotPainter.Draw(painter, area.left(), area.top());
+    s.DrawOverlay(painter);
+}
+
+void ZelGraph::State::DrawOverlay(QPainter& painter) const {
+    const QRect area = frame.PlotArea();
+    const int line = std::max(1, CLng(scale));
+    painter.setBrush(Qt::NoBrush);
+    if (gesture == Gesture::Zoom) {
+        const QRectF band = Band();
+        const QRectF shown(band.topLeft() * scale, band.size() * scale);
+        painter.fillRect(shown, QColor(120, 180, 230, 45));
+        painter.setPen(QPen(QColor(140, 195, 240), line));
+        painter.drawRect(shown);
+    }
+    if (keyboardFocus) {
+        painter.setPen(QPen(QColor(ChartColor::focus), line));
+        painter.drawRect(area.adjusted(-line, -line, 0, 0));
+    }
+}
+
+QRect ZelGraph::PlotRect() const {
+    state->Prepare(*this);
+    return state->plotRect;
+}
+
+double ZelGraph::TimeAt(double x) const {
+    state->Prepare(*this);
+    const QRect area = state->frame.PlotArea();
+    if (area.isEmpty())
+        return state->timeSpan.low;
+    const double share = (x * state->scale - area.left()) / area.width();
+    return state->timeSpan.low + share * state->timeSpan.Length();
+}
+
+} // namespace tracelet
