@@ -1,65 +1,232 @@
 #include "app/MainWidgets.h"
 
 #include "app/Named.h"
+#include "devices/display/PlaybackButtons.h"
+#include "devices/display/Shading.h"
+#include "devices/display/StartButton.h"
 #include "devices/display/ZelButton.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelLED.h"
 #include "devices/display/ZelSlider.h"
 
 #include <QCheckBox>
+#include <QFontDatabase>
+#include <QGridLayout>
 #include <QGroupBox>
+#include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
+#include <QStyledItemDelegate>
 #include <QTreeWidget>
 
 namespace tracelet {
+namespace {
+
+constexpr QSize openingSize{1000, 650};
+
+// Lays a group's widgets on a grid of its own.
+QGridLayout* GridIn(QGroupBox* group) {
+    auto* grid = new QGridLayout(group);
+    grid->setContentsMargins(10, 6, 10, 8);
+    grid->setHorizontalSpacing(8);
+    grid->setVerticalSpacing(4);
+    return grid;
+}
+
+QPalette ChartPalette(QPalette palette) {
+    palette.setColor(QPalette::Window, chartGround);
+    palette.setColor(QPalette::Base, chartGround);
+    palette.setColor(QPalette::Button, chartGround.lighter(150));
+    for (const auto role :
+         {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
+        palette.setColor(role, chartText);
+    return palette;
+}
+
+/// Rows with air between them.
+class RowDelegate : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& index) const override {
+        return QStyledItemDelegate::sizeHint(option, index) + QSize(6, 5);
+    }
+};
+
+/// Draws the stroke in its own colour whether or not the row is selected.
+class StrokeDelegate : public RowDelegate {
+public:
+    using RowDelegate::RowDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+        option->font.setBold(true);
+        option->palette.setColor(QPalette::HighlightedText, option->palette.color(QPalette::Text));
+    }
+};
+
+} // namespace
 
 void MainWidgets::Build(QWidget& window) {
     ZelGraph1 = Named<ZelGraph>("ZelGraph1", &window);
+    BuildPlotList(window);
+    BuildDeviceGroup(window);
+    BuildSignalGroup(window);
+    BuildGraphGroup(window);
+    BuildPlaybackGroup(window);
+    BuildCommands(window);
+    NameForAssistance();
+    OrderTabs();
+    window.resize(openingSize);
+}
+
+void MainWidgets::BuildPlotList(QWidget& window) {
     FrameListView = Named<QWidget>("FrameListView", &window);
+    FrameListView->setPalette(ChartPalette(window.palette()));
+    FrameListView->setAutoFillBackground(true);
+
     ListView1 = Named<QTreeWidget>("ListView1", FrameListView);
+    QPalette rows = FrameListView->palette();
+    rows.setColor(QPalette::Highlight, chartGrid);
+    rows.setColor(QPalette::HighlightedText, chartText);
+    ListView1->setPalette(rows);
     ListView1->setHeaderLabels({u" Chan"_qs, u" Line"_qs});
+    ListView1->setRootIsDecorated(false);
+    ListView1->setItemsExpandable(false);
+    ListView1->setUniformRowHeights(true);
+    ListView1->setFrameShape(QFrame::NoFrame);
+    ListView1->setTextElideMode(Qt::ElideRight);
+    ListView1->setItemDelegate(new RowDelegate(ListView1));
+    ListView1->setItemDelegateForColumn(1, new StrokeDelegate(ListView1));
+    QHeaderView* header = ListView1->header();
+    header->setStretchLastSection(false);
+    header->setSectionsMovable(false);
+    header->setSectionResizeMode(0, QHeaderView::Stretch);
+    header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+
     Picture4 = Named<QWidget>("Picture4", FrameListView);
     ZelLED1 = Named<ZelLED>("ZelLED1", Picture4);
+    auto* unit = Named<QLabel>("LabelSecDiv", u"sec/div"_qs, Picture4);
+    auto* row = new QHBoxLayout(Picture4);
+    row->setContentsMargins(4, 4, 5, 4);
+    row->setSpacing(5);
+    row->addWidget(ZelLED1, 1);
+    row->addWidget(unit);
+}
 
+void MainWidgets::BuildDeviceGroup(QWidget& window) {
     FrameSet = Named<QGroupBox>("FrameSet", u"Device"_qs, &window);
     BtnSet = Named<QPushButton>("BtnSet", u"&Setting..."_qs, FrameSet);
     CkAISave2Disk = Named<QCheckBox>("CkAISave2Disk", u"AI Save2Disk"_qs, FrameSet);
     CkDISave2Disk = Named<QCheckBox>("CkDISave2Disk", u"DI Save2Disk"_qs, FrameSet);
+    QGridLayout* grid = GridIn(FrameSet);
+    grid->addWidget(BtnSet, 0, 0);
+    grid->addWidget(CkAISave2Disk, 1, 0);
+    grid->addWidget(CkDISave2Disk, 2, 0);
+}
 
+void MainWidgets::BuildSignalGroup(QWidget& window) {
     FrameCmd = Named<QGroupBox>("FrameCmd", u"Signal"_qs, &window);
     ZelButton1 = Named<ZelButton>("ZelButton1", FrameCmd);
+    ZelButton1->setText(u"AI"_qs);
     ZelButton2 = Named<ZelButton>("ZelButton2", FrameCmd);
-    LabelAI = Named<QLabel>("LabelAI", u"AI"_qs, FrameCmd);
-    LabelAIOn = Named<QLabel>("LabelAIOn", FrameCmd);
-    LabelDI = Named<QLabel>("LabelDI", u"DI"_qs, FrameCmd);
-    LabelDIOn = Named<QLabel>("LabelDIOn", FrameCmd);
+    ZelButton2->setText(u"DI"_qs);
+    LabelAIOn = Named<QLabel>("LabelAIOn", u"On"_qs, FrameCmd);
+    LabelAI = Named<QLabel>("LabelAI", u"Analog\ninput"_qs, FrameCmd);
+    LabelDIOn = Named<QLabel>("LabelDIOn", u"On"_qs, FrameCmd);
+    LabelDI = Named<QLabel>("LabelDI", u"Digital\ninput"_qs, FrameCmd);
+    QGridLayout* grid = GridIn(FrameCmd);
+    grid->setVerticalSpacing(0);
+    grid->addWidget(ZelButton1, 0, 0, 2, 1);
+    grid->addWidget(LabelAIOn, 0, 1);
+    grid->addWidget(LabelAI, 1, 1);
+    grid->addWidget(ZelButton2, 0, 2, 2, 1);
+    grid->addWidget(LabelDIOn, 0, 3);
+    grid->addWidget(LabelDI, 1, 3);
+    grid->setColumnStretch(1, 1);
+    grid->setColumnStretch(3, 1);
+}
 
+void MainWidgets::BuildGraphGroup(QWidget& window) {
     FrameGraph = Named<QGroupBox>("FrameGraph", u"Graph"_qs, &window);
     BtnGraphSet = Named<QPushButton>("BtnGraphSet", u"Setting..."_qs, FrameGraph);
     BtnClearGraph = Named<QPushButton>("BtnClearGraph", u"Clear Graph"_qs, FrameGraph);
+    BtnClearGraph->setMinimumWidth(112);
+    QGridLayout* grid = GridIn(FrameGraph);
+    grid->addWidget(BtnGraphSet, 0, 0);
+    grid->addWidget(BtnClearGraph, 1, 0);
+    LabelGraphHint =
+        Named<QLabel>("LabelGraphHint",
+                      u"Right-click the graph to choose what the mouse does: zoom or pan."_qs, FrameGraph);
+    LabelGraphHint->setWordWrap(true);
+    LabelGraphHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
+    grid->addWidget(LabelGraphHint, 0, 1, 2, 1);
+    grid->setColumnStretch(1, 1);
+    grid->setRowStretch(2, 1);
+}
 
+void MainWidgets::BuildPlaybackGroup(QWidget& window) {
     FrameHis = Named<QGroupBox>("FrameHis", u"History Playback"_qs, &window);
-    ChkPlay = Named<QCheckBox>("ChkPlay", u"4"_qs, FrameHis);
-    BtnAccelerate = Named<QPushButton>("BtnAccelerate", FrameHis);
-    BtnStop = Named<QPushButton>("BtnStop", FrameHis);
-    BtnHisConvert = Named<QPushButton>("BtnHisConvert", u"Convert"_qs, FrameHis);
+    ChkPlay = Named<PlayButton>("ChkPlay", FrameHis);
+    ChkPlay->setText(u"4"_qs);
+    BtnAccelerate = Named<GlyphButton>("BtnAccelerate", Glyph::Accelerate, FrameHis);
+    BtnStop = Named<GlyphButton>("BtnStop", Glyph::Stop, FrameHis);
     ZelSliderR = Named<ZelSlider>("ZelSliderR", Qt::Horizontal, FrameHis);
-    ZelSliderV = Named<ZelSlider>("ZelSliderV", Qt::Horizontal, FrameHis);
     Label1 = Named<QLabel>("Label1", u"0%"_qs, FrameHis);
     Label2 = Named<QLabel>("Label2", u"Position"_qs, FrameHis);
     Label6 = Named<QLabel>("Label6", u"100%"_qs, FrameHis);
-    Label14 = Named<QLabel>("Label14", u"High"_qs, FrameHis);
+    ZelSliderV = Named<ZelSlider>("ZelSliderV", Qt::Horizontal, FrameHis);
+    ZelSliderV->SetRange(1.0, 1000.0);
+    ZelSliderV->SetLogarithmic(true);
+    ZelSliderV->SetClampsProgram(false);
     Label15 = Named<QLabel>("Label15", u"Slow"_qs, FrameHis);
     Label16 = Named<QLabel>("Label16", u"Play Speed"_qs, FrameHis);
+    Label14 = Named<QLabel>("Label14", u"High"_qs, FrameHis);
+    BtnHisConvert = Named<QPushButton>("BtnHisConvert", u"Convert"_qs, FrameHis);
     FrameHis->setEnabled(false);
+}
 
-    BtnStart = Named<QPushButton>("BtnStart", u"Start"_qs, &window);
+void MainWidgets::BuildCommands(QWidget& window) {
+    BtnStart = Named<StartButton>("BtnStart", u"Start"_qs, &window);
     BtnModeSwitch = Named<QPushButton>("BtnModeSwitch", u"History Mode"_qs, &window);
     BtnModeSwitch->setEnabled(false);
     BtnSaveAs = Named<QPushButton>("BtnSaveAs", u"Save As"_qs, &window);
     BtnHistory = Named<QPushButton>("BtnHistory", u"&History..."_qs, &window);
     BtnExit = Named<QPushButton>("BtnExit", u"&Exit"_qs, &window);
+}
+
+void MainWidgets::NameForAssistance() const {
+    const std::pair<QWidget*, QString> names[] = {
+        {ZelGraph1, u"Chart"_qs},
+        {ListView1, u"Plots"_qs},
+        {ZelLED1, u"Seconds per division"_qs},
+        {ZelButton1, u"Analog input"_qs},
+        {ZelButton2, u"Digital input"_qs},
+        {BtnSet, u"Device settings"_qs},
+        {BtnGraphSet, u"Graph settings"_qs},
+        {ChkPlay, u"Play"_qs},
+        {BtnAccelerate, u"Double speed"_qs},
+        {BtnStop, u"Stop playback"_qs},
+        {ZelSliderR, u"Position in percent"_qs},
+        {ZelSliderV, u"Play speed in scans per second"_qs},
+        {BtnHisConvert, u"Convert to text"_qs},
+    };
+    for (const auto& [widget, name] : names)
+        widget->setAccessibleName(name);
+    for (QWidget* button : std::initializer_list<QWidget*>{ChkPlay, BtnAccelerate, BtnStop})
+        button->setToolTip(button->accessibleName());
+}
+
+void MainWidgets::OrderTabs() const {
+    QWidget* const order[] = {BtnStart,    BtnModeSwitch, BtnSaveAs,     BtnHistory,    BtnExit,
+                              ZelButton1,  ZelButton2,    BtnSet,        CkAISave2Disk, CkDISave2Disk,
+                              BtnGraphSet, BtnClearGraph, ChkPlay,       BtnAccelerate, BtnStop,
+                              ZelSliderR,  ZelSliderV,    BtnHisConvert, ListView1,     ZelLED1};
+    for (std::size_t at = 1; at < std::size(order); ++at)
+        QWidget::setTabOrder(order[at - 1], order[at]);
 }
 
 } // namespace tracelet

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "graph/WindowLayout.h"
+
 class QCheckBox;
 class QGroupBox;
 class QLabel;
@@ -20,8 +22,8 @@ struct MainWidgets {
 
     QWidget* FrameListView = nullptr;
     QTreeWidget* ListView1 = nullptr; ///< plot list: columns " Chan" and " Line"
-    QWidget* Picture4 = nullptr;
-    ZelLED* ZelLED1 = nullptr; ///< seconds per division
+    QWidget* Picture4 = nullptr;      ///< strip below the list, with the display
+    ZelLED* ZelLED1 = nullptr;        ///< seconds per division
 
     QGroupBox* FrameSet = nullptr; ///< "Device"
     QPushButton* BtnSet = nullptr;
@@ -39,6 +41,7 @@ struct MainWidgets {
     QGroupBox* FrameGraph = nullptr; ///< "Graph"
     QPushButton* BtnGraphSet = nullptr;
     QPushButton* BtnClearGraph = nullptr;
+    QLabel* LabelGraphHint = nullptr; ///< shown where there is room
 
     QGroupBox* FrameHis = nullptr; ///< "History Playback"
     QCheckBox* ChkPlay = nullptr;
@@ -60,8 +63,25 @@ struct MainWidgets {
     QPushButton* BtnHistory = nullptr;
     QPushButton* BtnExit = nullptr;
 
-    /// Makes the widgets as children of `window`, in the state of a window that has just opened.
+    /// Makes the widgets as children of `window`, in the state of a window that has just opened, and gives
+    /// the window the size that it opens with.
     void Build(QWidget& window);
+
+    /// Moves the widgets to their places in a window of this outer size.
+    void Place(OuterSize outer) const;
+
+private:
+    void BuildPlotList(QWidget& window);
+    void BuildDeviceGroup(QWidget& window);
+    void BuildSignalGroup(QWidget& window);
+    void BuildGraphGroup(QWidget& window);
+    void BuildPlaybackGroup(QWidget& window);
+    void BuildCommands(QWidget& window);
+    void NameForAssistance() const;
+    void OrderTabs() const;
+    [[nodiscard]] WindowPlaces DesignedPlaces() const;
+    void DesignGroups(WindowPlaces& at) const;
+    void DesignPlaybackRow(WindowPlaces& at) const;
 };
 
 } // namespace tracelet

@@ -40,6 +40,7 @@ void PlaceHorizontally(WindowPlaces& at, float width) {
     at.FrameSet.left = at.ZelGraph1.left;
     at.FrameCmd.left = at.FrameSet.Right() + g;
     at.FrameGraph.left = at.FrameCmd.Right() + g;
+    at.FrameGraph.width = std::max(at.FrameGraph.width, at.FrameHis.Right() - at.FrameGraph.left);
 }
 
 // Three labels over a slider: at its lower end, its middle and its upper end.

@@ -19,14 +19,14 @@ namespace tracelet {
 namespace {
 
 constexpr std::size_t usualPlaces = 9; // 999.999999
-constexpr double placeAspect = 0.64;   // width of a place, its gap included, to the height of its digit
+constexpr double placeAspect = 0.66;   // width of a place, its gap included, to the height of its digit
 constexpr double leastDigitHeight = 8.0;
-constexpr double margin = 5.0;
-constexpr int arrowsWidth = 20;
+constexpr double margin = 6.0;
+constexpr int arrowsWidth = 18;
 constexpr int wheelNotch = 120;
 
 constexpr QColor lit{0xFF, 0xB4, 0x4A};
-constexpr QColor unlit{0x26, 0x24, 0x20};
+constexpr QColor unlit{0x1B, 0x1A, 0x19};
 
 class ArrowButton : public QAbstractButton {
 public:
@@ -68,7 +68,7 @@ void DrawBar(QPainter& painter, QPointF from, QPointF to, double thickness) {
     const double half = thickness / 2.0;
     const QPointF along = from.y() == to.y() ? QPointF(half, 0.0) : QPointF(0.0, half);
     const QPointF across(along.y(), along.x());
-    const QPointF gap = along * 0.25;
+    const QPointF gap = along * 0.12;
     const std::array<QPointF, 6> outline = {
         from + gap, from + gap + along + across, to - gap - along + across,
         to - gap,   to - gap - along - across,   from + gap + along - across};
@@ -97,8 +97,8 @@ void DrawPlace(QPainter& painter, const QRectF& digit, const DigitPlace& place) 
     }
     if (place.point) {
         painter.setBrush(lit);
-        const double behind = digit.right() + thickness * 0.95;
-        painter.drawEllipse(QPointF(behind, bottom), thickness * 0.62, thickness * 0.62);
+        const double behind = digit.right() + digit.width() * 0.215;
+        painter.drawEllipse(QPointF(behind, bottom), thickness * 0.7, thickness * 0.7);
     }
 }
 
@@ -138,7 +138,7 @@ QString ZelLED::Text() const {
 }
 
 QSize ZelLED::sizeHint() const {
-    return {168, 34};
+    return {168, 36};
 }
 
 QSize ZelLED::minimumSizeHint() const {
@@ -151,7 +151,7 @@ void ZelLED::TellStep(bool stepsUp) {
 }
 
 QRectF ZelLED::DigitsArea() const {
-    return QRectF(rect()).adjusted(margin + 2.0, margin, -margin - arrowsWidth - 2.0, -margin);
+    return QRectF(rect()).adjusted(margin, margin, -margin - arrowsWidth + 1.0, -margin);
 }
 
 void ZelLED::ShowTextWhereDigitsCannot() {
@@ -176,7 +176,7 @@ void ZelLED::paintEvent(QPaintEvent*) {
     const double pitch =
         std::min(area.width() / static_cast<double>(places.size()), area.height() * placeAspect);
     const double height = pitch / placeAspect;
-    const double digitWidth = pitch * 0.74;
+    const double digitWidth = pitch * 0.70;
     double right = area.right();
     painter.setPen(Qt::NoPen);
     if (!isEnabled())

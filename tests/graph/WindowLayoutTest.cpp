@@ -103,13 +103,19 @@ TEST(WindowLayout, ListStartsWhereItWasDesigned) {
     EXPECT_EQ(at.ListView1.height, 3695 - 120 - 600);
 }
 
-TEST(WindowLayout, BottomRowKeepsItsWidthsFromTheLeft) {
+TEST(WindowLayout, BottomRowFillsFromTheLeftAndEndsAtTheGraphsEdge) {
     for (const float width : {11445.0F, 15000.0F, 57600.0F}) {
         const WindowPlaces at = LaidOut({7245, width}, Designed());
         EXPECT_EQ(at.FrameSet, (WidgetPlace{50, 5045, 2500, 1500}));
         EXPECT_EQ(at.FrameCmd, (WidgetPlace{2600, 5045, 3000, 1500}));
-        EXPECT_EQ(at.FrameGraph, (WidgetPlace{5650, 5045, 2200, 1500}));
+        EXPECT_EQ(at.FrameGraph, (WidgetPlace{5650, 5045, at.ZelGraph1.Right() - 5650, 1500}));
     }
+}
+
+TEST(WindowLayout, GraphGroupIsNeverNarrowerThanDesigned) {
+    WindowPlaces designed = Designed();
+    designed.FrameGraph.width = 4000;
+    EXPECT_EQ(LaidOut(smallest, designed).FrameGraph.width, 4000);
 }
 
 TEST(WindowLayout, PlayButtonsStandEdgeToEdge) {
