@@ -16,9 +16,5 @@ void frmMain::BtnHisConvert_Click() {}
 void frmMain::BtnClearGraph_Click() {}
 void frmMain::BtnGraphSet_Click() {}
 void frmMain::ConnectGraph() {}
-void frmMain::Form_Resize() {}
-void frmMain::resizeEvent(QResizeEvent*) {
-    Form_Resize();
-}
 
 } // namespace tracelet

@@ -179,9 +179,6 @@ void MainWidgets::BuildPlaybackGroup(QWidget& window) {
     Label2 = Named<QLabel>("Label2", u"Position"_qs, FrameHis);
     Label6 = Named<QLabel>("Label6", u"100%"_qs, FrameHis);
     ZelSliderV = Named<ZelSlider>("ZelSliderV", Qt::Horizontal, FrameHis);
-    ZelSliderV->SetRange(1.0, 1000.0);
-    ZelSliderV->SetLogarithmic(true);
-    ZelSliderV->SetClampsProgram(false);
     Label15 = Named<QLabel>("Label15", u"Slow"_qs, FrameHis);
     Label16 = Named<QLabel>("Label16", u"Play Speed"_qs, FrameHis);
     Label14 = Named<QLabel>("Label14", u"High"_qs, FrameHis);

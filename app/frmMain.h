@@ -34,6 +34,7 @@
 #include "graph/PlotTables.h"
 #include "history/RecordingReader.h"
 
+#include <QElapsedTimer>
 #include <QWidget>
 
 #include <cstdint>
@@ -219,6 +220,7 @@ public:
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
     void MakeControls();
@@ -289,10 +291,17 @@ private:
     [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
     [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;
 
+    void SnapToMinimum();
+    void LayOut(QSize outer);
+
     Surroundings surroundings;
     bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
     bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
     bool isDIRecordingBroken = false;
+    QSize laidOutFor;        ///< outer size, frame included, that the widgets stand for
+    QSize snappedFrom;       ///< size that the last snap to the minimum found
+    QElapsedTimer sinceSnap; ///< running since that snap
+    int snapsInARow = 0;     ///< snaps that the desktop undid at once
     std::vector<PlotLook> shownPlots;    ///< what BuildPlots put on the graph
     std::vector<std::int32_t> rawBuffer; ///< reused by every half
     std::vector<double> scanValues;

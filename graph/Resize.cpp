@@ -1,0 +1,68 @@
+#include "app/frmMain.h"
+#include "base/Convert.h"
+#include "graph/WindowLayout.h"
+
+#include <QEvent>
+
+namespace tracelet {
+namespace {
+
+// A desktop that tiles its windows, or whose screen is smaller than the minimum, gives back the size it
+// wants again and again; asking for ever would keep both busy.
+constexpr int snapsBeforeGivingIn = 8;
+constexpr qint64 quarrelMs = 500; // between two snaps of one quarrel
+
+OuterSize Twips(QSize pixels) {
+    return {static_cast<float>(pixels.height()) * twipsPerPixel,
+            static_cast<float>(pixels.width()) * twipsPerPixel};
+}
+
+QSize SmallestOuter() {
+    const auto pixels = [](float twips) { return CLng(static_cast<double>(twips / twipsPerPixel)); };
+    return {pixels(minimumWidth), pixels(minimumHeight)};
+}
+
+} // namespace
+
+void frmMain::Form_Resize() {
+    const QSize outer = frameGeometry().size();
+    switch (StepFor(Twips(outer), isMinimized())) {
+    case ResizeStep::LeaveAlone:
+        return;
+    case ResizeStep::Snap:
+        return SnapToMinimum();
+    case ResizeStep::LayOut:
+        return LayOut(outer);
+    }
+}
+
+void frmMain::SnapToMinimum() {
+    const QSize frame = frameGeometry().size() - size();
+    const bool again = size() == snappedFrom && sinceSnap.isValid() && sinceSnap.elapsed() < quarrelMs;
+    snapsInARow = again ? snapsInARow + 1 : 1;
+    snappedFrom = size();
+    sinceSnap.start();
+    if (snapsInARow > snapsBeforeGivingIn)
+        LayOut(SmallestOuter());
+    else
+        resize(SmallestOuter() - frame);
+}
+
+void frmMain::LayOut(QSize outer) {
+    laidOutFor = frameGeometry().size();
+    Place(Twips(outer));
+}
+
+void frmMain::resizeEvent(QResizeEvent*) {
+    Form_Resize();
+}
+
+// The frame is known only after the window was shown, and no resize tells of it.
+bool frmMain::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (isVisible() && frameGeometry().size() != laidOutFor)
+        Form_Resize();
+    return handled;
+}
+
+} // namespace tracelet
