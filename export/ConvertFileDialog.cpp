@@ -1,14 +1,13 @@
 #include "export/ConvertFileDialog.h"
 
 #include "app/MsgBox.h"
+#include "files/FolderDialogParts.h"
 #include "files/FolderLists.h"
 
 #include <QCheckBox>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tracelet {
@@ -32,32 +31,13 @@ void ConvertFileDialog::Build() {
     ChkDI->setObjectName(u"ChkDI"_qs);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lists, 1);
-    layout->addLayout(BuildName());
+    layout->addLayout(BuildFolderName(txtFolderName, this));
     layout->addWidget(ChkAI);
     layout->addWidget(ChkDI);
-    layout->addWidget(BuildButtons());
-}
-
-QHBoxLayout* ConvertFileDialog::BuildName() {
-    txtFolderName->setObjectName(u"txtFolderName"_qs);
-    txtFolderName->setAccessibleName(u"Folder Name"_qs);
-    auto* label = new QLabel(u"&Folder Name"_qs, this);
-    label->setBuddy(txtFolderName);
-    auto* row = new QHBoxLayout;
-    row->addWidget(label);
-    row->addWidget(txtFolderName, 1);
-    return row;
-}
-
-QDialogButtonBox* ConvertFileDialog::BuildButtons() {
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
-    ok->setObjectName(u"OKButton"_qs);
-    ok->setDefault(true); // Enter in the name presses it
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
+    auto* buttons = BuildOKAndCancel(this);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { OKButton_Click(); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
-    return buttons;
+    layout->addWidget(buttons);
 }
 
 void ConvertFileDialog::Offer(QCheckBox* box, bool recorded, bool& flag) {

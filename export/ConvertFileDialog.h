@@ -5,8 +5,6 @@
 #include <string>
 
 class QCheckBox;
-class QHBoxLayout;
-class QDialogButtonBox;
 class QLineEdit;
 
 namespace tracelet {
@@ -37,8 +35,6 @@ public:
 
 private:
     void Build();
-    [[nodiscard]] QHBoxLayout* BuildName();
-    [[nodiscard]] QDialogButtonBox* BuildButtons();
     static void Offer(QCheckBox* box, bool recorded, bool& flag);
     void OKButton_Click();
 

@@ -4,6 +4,7 @@
 #include "base/LittleEndian.h"
 #include "export/GeneralText.h"
 #include "graph/PlotTables.h"
+#include "history/RecordingReader.h"
 
 #include <algorithm>
 #include <string_view>
@@ -12,7 +13,6 @@ namespace tracelet {
 namespace {
 
 constexpr std::size_t SampleBytes = 4;
-constexpr std::int64_t DigitalHeaderBytes = 8;
 constexpr std::size_t DigitalBlockBytes = 65536; // about; blocks are whole samples, at least one
 constexpr int LinesOfPort = 8;
 
@@ -139,7 +139,7 @@ void WriteDigitalText(TextFile& file, const DigitalRecording& recording, const R
     Clock clock{recording.scanInterval};
     std::int64_t done = 0;
     while (done < recording.scanCount) {
-        const std::int64_t offset = DigitalHeaderBytes + done * recording.portCount;
+        const std::int64_t offset = DigitalOffset(done, recording.portCount);
         const std::size_t bytesRead = read(offset, block);
         const std::size_t whole = bytesRead / sampleBytes;
         const auto samples = std::min(whole, static_cast<std::size_t>(recording.scanCount - done));

@@ -1,12 +1,11 @@
 #include "files/Dialog.h"
 
+#include "files/FolderDialogParts.h"
 #include "files/FolderLists.h"
 
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
-#include <QLabel>
 #include <QLineEdit>
-#include <QPushButton>
 #include <QVBoxLayout>
 
 namespace tracelet {
@@ -24,28 +23,13 @@ void Dialog::Build() {
     setObjectName(u"Dialog"_qs);
     setWindowTitle(u"Save As"_qs);
     setModal(true);
-    txtFolderName->setObjectName(u"txtFolderName"_qs);
-    txtFolderName->setAccessibleName(u"Folder Name"_qs);
-    auto* label = new QLabel(u"&Folder Name"_qs, this);
-    label->setBuddy(txtFolderName);
-    auto* name = new QHBoxLayout;
-    name->addWidget(label);
-    name->addWidget(txtFolderName, 1);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lists, 1);
-    layout->addLayout(name);
-    layout->addWidget(BuildButtons());
-}
-
-QDialogButtonBox* Dialog::BuildButtons() {
-    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
-    QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
-    ok->setObjectName(u"OKButton"_qs);
-    ok->setDefault(true); // Enter in the name presses it
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
+    layout->addLayout(BuildFolderName(txtFolderName, this));
+    auto* buttons = BuildOKAndCancel(this);
     connect(buttons, &QDialogButtonBox::accepted, this, [this] { OKButton_Click(); });
     connect(buttons, &QDialogButtonBox::rejected, this, [this] { reject(); });
-    return buttons;
+    layout->addWidget(buttons);
 }
 
 void Dialog::OKButton_Click() {

@@ -4,9 +4,7 @@
 
 #include <string>
 
-class QDialogButtonBox;
 class QLineEdit;
-class QPushButton;
 
 namespace tracelet {
 
@@ -26,7 +24,6 @@ public:
 
 private:
     void Build();
-    [[nodiscard]] QDialogButtonBox* BuildButtons();
     void OKButton_Click();
 
     std::string& szDrive;

@@ -1,0 +1,31 @@
+#include "files/FolderDialogParts.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+namespace tracelet {
+
+QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
+    txtFolderName->setObjectName(u"txtFolderName"_qs);
+    txtFolderName->setAccessibleName(u"Folder Name"_qs);
+    auto* label = new QLabel(u"&Folder Name"_qs, dialog);
+    label->setBuddy(txtFolderName);
+    auto* row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(txtFolderName, 1);
+    return row;
+}
+
+QDialogButtonBox* BuildOKAndCancel(QWidget* dialog) {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
+    QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
+    ok->setObjectName(u"OKButton"_qs);
+    ok->setDefault(true);
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
+    return buttons;
+}
+
+} // namespace tracelet
