@@ -3,6 +3,7 @@
 #include "base/RunTimeError.h"
 
 #include <algorithm>
+#include <cstring>
 #include <exception>
 #include <new>
 #include <utility>
@@ -62,9 +63,7 @@ void StreamReader::ReadOn() {
     if (room.empty()) {
         if (plan.totalSamples != 0)
             throw Fault::OutOfMemory();
-        if (!std::exchange(losing, true))
-            NoteLoss();
-        Drop(plan.halfSamples);
+        ReadAside();
         return;
     }
     losing = false;
@@ -77,17 +76,55 @@ void StreamReader::ReadOn() {
     Heed(got.state);
 }
 
-// Reads so many samples past the queue, fewer when the board loses some meanwhile.
-void StreamReader::Drop(std::size_t samples) {
-    const std::size_t atOnce = std::min(samples, MostDroppedAtOnce / plan.SampleBytes());
-    dropped.resize(std::max(dropped.size(), atOnce * plan.SampleBytes()));
-    while (samples > 0 && !stopping && !ended) {
-        const std::size_t bytes = std::min(samples, atOnce) * plan.SampleBytes();
-        const StreamRead got = Read(std::span(dropped).first(bytes));
-        samples -= got.count;
+void StreamReader::ReadAside() {
+    const std::size_t bytes = plan.halfSamples * plan.SampleBytes();
+    if (!MakeAside())
+        Drop(plan.halfSamples);
+    else if (!ReadWhole({aside.get(), bytes}))
+        return;
+    else if (const std::span<std::byte> room = queue->Room(); !room.empty()) {
+        std::memcpy(room.data(), aside.get(), bytes);
+        losing = false;
+        announce(queue->Commit(bytes));
+        return;
+    }
+    if (!std::exchange(losing, true))
+        NoteLoss();
+}
+
+// False when there is no memory for it.
+bool StreamReader::MakeAside() {
+    if (aside)
+        return true;
+    try {
+        aside = std::make_unique_for_overwrite<std::byte[]>(plan.halfSamples * plan.SampleBytes());
+        return true;
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+}
+
+// Fills `room`; false when the input ends or the board loses samples before.
+bool StreamReader::ReadWhole(std::span<std::byte> room) {
+    while (!room.empty() && !stopping && !ended) {
+        const StreamRead got = Read(room);
+        room = room.subspan(got.count * plan.SampleBytes());
         Heed(got.state);
         if (got.state == StreamState::Overrun)
+            return false;
+    }
+    return room.empty();
+}
+
+// Reads so many samples past the queue, fewer when the input ends or the board loses some.
+void StreamReader::Drop(std::size_t samples) {
+    const std::size_t sampleBytes = plan.SampleBytes();
+    dropped.resize(std::min(plan.halfSamples * sampleBytes, MostDroppedAtOnce));
+    while (samples > 0) {
+        const std::size_t atOnce = std::min(samples, dropped.size() / sampleBytes);
+        if (!ReadWhole(std::span(dropped).first(atOnce * sampleBytes)))
             return;
+        samples -= atOnce;
     }
 }
 

@@ -25,7 +25,8 @@ struct StreamPlan {
 /// Reads a started stream of a board into a queue, on a thread of its own, until it is stopped, everything
 /// has come or the board fails.
 ///
-/// When the queue is full, whole halves are read and dropped until there is room again. When the board itself
+/// When the queue is full, the next half is read aside; if there is still no room when it is complete, it is
+/// dropped. When the board itself
 /// loses samples, the half under way is dropped and the next one begins with a scan; of an input that ends by
 /// itself nothing is dropped, since no more would come.
 class StreamReader {
@@ -43,6 +44,9 @@ private:
     void Run() noexcept;
     void ReadAll();
     void ReadOn();
+    void ReadAside();
+    [[nodiscard]] bool MakeAside();
+    [[nodiscard]] bool ReadWhole(std::span<std::byte> room);
     void Drop(std::size_t samples);
     [[nodiscard]] StreamRead Read(std::span<std::byte> room);
     void Heed(StreamState state);
@@ -55,10 +59,11 @@ private:
     const StreamPlan plan;
     const std::function<void(std::uint64_t)> announce;
 
-    std::vector<std::byte> dropped; // where samples go that nobody gets
-    std::uint64_t read = 0;         // samples since the start, lost ones not counted
-    bool losing = false;            // the queue was full at the last look
-    bool ended = false;             // the board will deliver no more
+    std::unique_ptr<std::byte[]> aside; // a half that waits for room, made when it is first needed
+    std::vector<std::byte> dropped;     // where samples go that nobody gets
+    std::uint64_t read = 0;             // samples since the start, lost ones not counted
+    bool losing = false;                // halves are being dropped
+    bool ended = false;                 // the board will deliver no more
 
     std::atomic<bool> stopping = false;
     std::thread thread; // last: uses everything above

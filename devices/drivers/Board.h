@@ -88,7 +88,7 @@ using StreamBuffer = std::variant<std::span<std::int16_t>, std::span<float>>;
 enum class StreamState {
     Running, ///< more will come
     Ended,   ///< totalSamples were delivered, or StopStream was called
-    Overrun, ///< the board lost samples behind the ones delivered; it goes on when asked again
+    Overrun, ///< the board lost whole scans behind the samples delivered; it goes on when asked again
 };
 
 struct StreamRead {
