@@ -5,6 +5,7 @@
 #include <QPointer>
 
 #include <cerrno>
+#include <chrono>
 #include <system_error>
 #include <utility>
 
@@ -13,6 +14,9 @@
 
 namespace tracelet {
 namespace {
+
+// How long halves are handed over before other events get their turn, unless one half takes longer.
+constexpr std::chrono::milliseconds Turn{5};
 
 int NewWakeUp() {
     const int descriptor = eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC);
@@ -36,7 +40,7 @@ void Add(int descriptor, std::uint64_t items) {
 BufferedInput::BufferedInput(QObject* parent)
     : QObject(parent), wakeUp(NewWakeUp()), notifier(wakeUp, QSocketNotifier::Read) {
     notifier.setEnabled(false);
-    connect(&notifier, &QSocketNotifier::activated, this, &BufferedInput::HandNextOver);
+    connect(&notifier, &QSocketNotifier::activated, this, &BufferedInput::HandOn);
 }
 
 BufferedInput::~BufferedInput() {
@@ -78,20 +82,23 @@ void BufferedInput::Stop() {
     }
 }
 
-void BufferedInput::HandNextOver() {
+void BufferedInput::HandOn() {
     if (handingOver) {
         notifier.setEnabled(false); // until the handler is done
         return;
     }
-    if (!queue || !TakeOne(wakeUp))
-        return;
     const QPointer<BufferedInput> self(this);
-    const std::shared_ptr<SampleQueue> present = queue; // the samples outlive a stop by their receiver
-    handingOver = true;
-    HandOver(present->Take());
-    if (!self)
-        return;
-    handingOver = false;
+    const auto end = std::chrono::steady_clock::now() + Turn;
+    do {
+        if (!queue || !TakeOne(wakeUp))
+            break;
+        const std::shared_ptr<SampleQueue> present = queue; // the samples outlive a stop by their receiver
+        handingOver = true;
+        HandOver(present->Take());
+        if (!self)
+            return;
+        handingOver = false;
+    } while (std::chrono::steady_clock::now() < end);
     notifier.setEnabled(queue != nullptr);
 }
 

@@ -39,7 +39,7 @@ signals:
     void Failed(const QString& text);
 
 private:
-    void HandNextOver();
+    void HandOn();
     void HandOver(const SampleQueue::Item& item);
     void HandHalfOver(std::span<const std::byte> samples);
 

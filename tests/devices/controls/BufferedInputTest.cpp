@@ -276,12 +276,15 @@ TEST_F(BufferedInputTest, AMessageBoxInsideANotificationHoldsTheOthersBack) {
 
 TEST_F(BufferedInputTest, OtherEventsGetTheirTurnBetweenHalves) {
     int turns = 0;
-    onNotification = [&] { QTimer::singleShot(0, control.get(), [&] { ++turns; }); };
-    fake->Feed(400);
+    onNotification = [&] {
+        QTimer::singleShot(0, control.get(), [&] { ++turns; });
+        std::this_thread::sleep_for(10ms); // as much as drawing takes
+    };
+    fake->Feed(80);
     control->StartBufferedAI(8, true);
-    WaitUntilRead(400);
-    WaitFor(100);
-    EXPECT_GE(turns, 90);
+    WaitUntilRead(80);
+    WaitFor(20);
+    EXPECT_GE(turns, 18);
 }
 
 TEST_F(BufferedInputTest, ANotificationMayStartAnew) {
