@@ -51,17 +51,22 @@ RunTimeError OpenFault(int error, Disposition disposition) {
     return Fault::FromErrno(error);
 }
 
-void RequireRegular(int handle) {
-    struct stat status {};
-    if (fstat(handle, &status) != 0)
-        throw Fault::FromErrno(errno);
-    if (!S_ISREG(status.st_mode))
-        throw Fault::PermissionDenied();
-}
-
 void RequireOpen(int handle) {
     if (handle == SystemFile::ClosedHandle)
         throw Fault::BadFileNumber();
+}
+
+struct stat StatusOf(int handle) {
+    RequireOpen(handle);
+    struct stat status {};
+    if (fstat(handle, &status) != 0)
+        throw Fault::FromErrno(errno);
+    return status;
+}
+
+void RequireRegular(int handle) {
+    if (!S_ISREG(StatusOf(handle).st_mode))
+        throw Fault::PermissionDenied();
 }
 
 // 0 or the value of errno that stopped the writing.
@@ -115,11 +120,7 @@ void SystemFile::Close() noexcept {
 }
 
 std::int64_t SystemFile::Size() const {
-    RequireOpen(handle);
-    struct stat status {};
-    if (fstat(handle, &status) != 0)
-        throw Fault::FromErrno(errno);
-    return status.st_size;
+    return StatusOf(handle).st_size;
 }
 
 std::int64_t SystemFile::Position() const {
@@ -163,13 +164,15 @@ void SystemFile::Write(std::span<const std::byte> bytes) {
 }
 
 void SystemFile::WriteAt(std::int64_t offset, std::span<const std::byte> bytes) {
-    const std::int64_t sizeBefore = Size();
+    const struct stat before = StatusOf(handle);
+    if (before.st_nlink == 0) // nobody would ever find what is written
+        throw Fault::FileNotFound();
     const int error = WriteAll(handle, offset, bytes);
     if (error == 0)
         return;
     if (error == EBADF) // open for reading only
         throw Fault::PermissionDenied();
-    CutTo(handle, sizeBefore);
+    CutTo(handle, before.st_size);
     throw Fault::FromErrno(error);
 }
 

@@ -122,16 +122,19 @@ TEST(BinaryFiles, OverwritesInsideAndGrowsAtTheEnd) {
     EXPECT_EQ(ContentOf(folder / "a"), "aXYdefgh");
 }
 
-TEST(BinaryFiles, SurvivesTheFileBeingDeleted) {
+TEST(BinaryFiles, TellWhenTheFileWasDeletedAndMakeItAnewWhenReopened) {
     const TemporaryFolder folder;
     BinaryFiles files;
     files.Open(1, folder / "a");
-    fs::remove(folder / "a");
     files.PutText(1, "abc");
+    fs::remove(folder / "a");
+    EXPECT_EQ(FaultOf([&] { files.PutText(1, "def"); }), "File not found");
     EXPECT_EQ(files.Length(1), 3);
+    EXPECT_EQ(files.Position(1), 3);
     files.Close(1);
     files.Open(1, folder / "a");
-    EXPECT_EQ(files.Length(1), 0);
+    files.PutText(1, "new");
+    EXPECT_EQ(ContentOf(folder / "a"), "new");
 }
 
 } // namespace
