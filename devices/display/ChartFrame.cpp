@@ -231,9 +231,10 @@ void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
     int lowestFree = plot.bottom() + lineHeight;
     for (const AxisStrip::Name& name : strip.names) {
         const double row = scaleOf.RowOf(name.level);
+        if (!(row >= 0 && row <= plot.height())) // nor has a plot without samples a level
+            continue;
         const int y = plot.top() + Int(row) - lineHeight / 2;
-        const bool inside = row >= 0 && row <= plot.height();
-        if (!inside || y + lineHeight - Px(2) > lowestFree)
+        if (y + lineHeight - Px(2) > lowestFree)
             continue;
         lowestFree = y;
         const QImage& label = Text(name.text, name.color);
