@@ -1,0 +1,484 @@
+#include "tests/history/HistoryWindowTest.h"
+
+#include "base/LittleEndian.h"
+
+#include <QTreeWidget>
+#include <unistd.h>
+
+namespace tracelet {
+namespace {
+
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+using testing::Not;
+using Box = MessageBoxes::Box;
+
+class OpenHistoryTest : public HistoryWindowTest {
+protected:
+    /// What a user sees of the mode.
+    [[nodiscard]] std::vector<bool> ModeState() const {
+        return {window->bHistoryMode,
+                window->bHisFileExist,
+                window->BtnModeSwitch->isEnabled(),
+                window->FrameHis->isEnabled(),
+                window->FrameSet->isEnabled(),
+                window->FrameCmd->isEnabled(),
+                window->BtnStart->isEnabled(),
+                window->BtnSaveAs->isEnabled(),
+                window->BtnHistory->isEnabled(),
+                window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer)};
+    }
+
+    /// Opens a project of these bytes and expects one box with the title of the command.
+    void ExpectRefused(const std::string& bytes, const std::string& text) {
+        OpenProject(saved.Write("Broken.tlp", bytes));
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{text, "BtnHistory"}));
+    }
+};
+
+TEST_F(OpenHistoryTest, CancellingLeavesEverythingAsItWas) {
+    const auto before = ModeState();
+    OnModalDialog<QFileDialog>([](QFileDialog& dialog) { dialog.reject(); });
+    Click(window->BtnHistory);
+    EXPECT_EQ(ModeState(), before);
+    EXPECT_EQ(window->BtnModeSwitch->text(), u"History Mode");
+    EXPECT_EQ(window->szHisProjectFileName, "");
+}
+
+TEST_F(OpenHistoryTest, TypedNameThatDoesNotExistChangesNothing) {
+    const auto before = ModeState();
+    OpenProject(saved / "Missing.tlp");
+    EXPECT_EQ(ModeState(), before);
+    EXPECT_EQ(window->szHisProjectFileName, "");
+    EXPECT_THAT(saved.Names(), IsEmpty());
+}
+
+TEST_F(OpenHistoryTest, LinkThatLeadsNowhereDoesNotExist) {
+    const std::string loop = saved / "Loop.tlp";
+    ASSERT_EQ(symlink(loop.c_str(), loop.c_str()), 0);
+    const auto before = ModeState();
+    OpenProject(loop);
+    EXPECT_EQ(ModeState(), before);
+}
+
+TEST_F(OpenHistoryTest, DialogOffersProjects) {
+    std::string name;
+    QStringList filters;
+    QString suffix;
+    QString typed;
+    OnModalDialog<QFileDialog>([&](QFileDialog& dialog) {
+        name = dialog.objectName().toStdString();
+        filters = dialog.nameFilters();
+        suffix = dialog.defaultSuffix();
+        typed = dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)->text();
+        dialog.reject();
+    });
+    Click(window->BtnHistory);
+    EXPECT_EQ(name, "CommonDialog1");
+    EXPECT_EQ(filters, QStringList{u"Tracelet AI data file manager(*.tlp)"_qs});
+    EXPECT_EQ(suffix, u"tlp");
+    EXPECT_EQ(typed, u"");
+}
+
+TEST_F(OpenHistoryTest, NameWithoutExtensionGetsTheDefaultOne) {
+    const std::string path = Save(Polled(3));
+    OpenProject(path.substr(0, path.size() - 4));
+    EXPECT_TRUE(window->bHistoryMode);
+    EXPECT_EQ(window->szHisProjectFileName, path);
+}
+
+TEST_F(OpenHistoryTest, NameIsFoundWhateverItsCase) {
+    Save(Polled(3));
+    OpenProject(saved / "Saved/pROJECT.TLP");
+    EXPECT_TRUE(window->bHistoryMode);
+    EXPECT_EQ(window->HisScanCount, 3);
+}
+
+TEST_F(OpenHistoryTest, EntersHistoryMode) {
+    window->BtnSaveAs->setEnabled(true);
+    OpenSaved(Polled(3));
+    EXPECT_TRUE(window->bHistoryMode);
+    EXPECT_TRUE(window->bHisFileExist);
+    EXPECT_TRUE(window->BtnModeSwitch->isEnabled());
+    EXPECT_EQ(window->BtnModeSwitch->text(), u"Acquisition");
+    for (const QWidget* control : std::initializer_list<const QWidget*>{
+             window->FrameHis, window->Label15, window->Label16, window->Label14, window->ChkPlay,
+             window->BtnAccelerate, window->BtnStop, window->Label1, window->Label2, window->Label6,
+             window->BtnHisConvert, window->FrameCmd, window->BtnHistory})
+        EXPECT_TRUE(control->isEnabled()) << control->objectName().toStdString();
+    for (const QWidget* control :
+         std::initializer_list<const QWidget*>{window->FrameSet, window->BtnStart, window->BtnSaveAs})
+        EXPECT_FALSE(control->isEnabled()) << control->objectName().toStdString();
+    EXPECT_FALSE(window->isSystemRunning);
+    EXPECT_FALSE(window->isHisPlaying);
+}
+
+TEST_F(OpenHistoryTest, ReadsTheProject) {
+    SavedRecording recording = Polled(3, 0.25);
+    AddDigital(recording, 3);
+    OpenSaved(recording);
+    EXPECT_TRUE(window->bHisAI);
+    EXPECT_TRUE(window->bHisDI);
+    EXPECT_TRUE(window->bHisAISoft);
+    EXPECT_TRUE(window->bHisAIAnalog);
+    EXPECT_EQ(window->nHisAIChanCount, 2);
+    EXPECT_EQ(window->nHisAIMaxChanNum, 4);
+    EXPECT_EQ(window->nHisDIChanCount, 3);
+    EXPECT_EQ(window->nHisDIMaxPortCount, 3);
+    EXPECT_EQ(window->HisScanCount, 3);
+    EXPECT_EQ(window->ScanInterval, 0.25);
+    EXPECT_EQ(window->AIDataPath, saved / "Saved\\AI.tld");
+    EXPECT_EQ(window->DIDataPath, saved / "Saved\\DI.tld");
+    EXPECT_EQ(window->nHisDIPortStart, 1);
+    EXPECT_EQ(window->nHisDIPortCount, 2);
+    EXPECT_EQ(window->ScanCount, 0); // the live counter is another one
+
+    const M1& tables = window->M1;
+    EXPECT_EQ(tables.HisAIPlotName.Count(), 2);
+    EXPECT_EQ(tables.HisAIPlotName[1], "µ");
+    EXPECT_EQ(tables.HisAIPlotColor[1], 0x80000016U);
+    EXPECT_EQ(tables.HisAIPlotLineStyle[1], 3);
+    EXPECT_EQ(tables.HisAIChanIsThermo.Count(), 4);
+    EXPECT_EQ(tables.HisAIChanIsThermo[1], 255);
+    EXPECT_EQ(tables.HisAIRangeLimits.Count(), 8);
+    EXPECT_EQ(tables.HisDIPlotName[2], "DI 2:4");
+    EXPECT_EQ(tables.HisDIPlotLineStyle[2], 2);
+    EXPECT_EQ(tables.HisDIPortMask.Count(), 3);
+    EXPECT_EQ(tables.HisDIPortMask[1], 0x81);
+}
+
+TEST_F(OpenHistoryTest, ShowsThePlotsOfTheRecording) {
+    SavedRecording recording = Polled(3);
+    AddDigital(recording, 3);
+    OpenSaved(recording);
+    const ZelGraph& graph = *window->ZelGraph1;
+    ASSERT_EQ(graph.PlotCount(), 5);
+    EXPECT_EQ(graph.Plot(0).name, u"Left");
+    EXPECT_EQ(graph.Plot(0).color, 0x00FF8000U);
+    EXPECT_EQ(graph.Plot(0).axis, VoltageAxis);
+    EXPECT_EQ(graph.Plot(1).axis, TemperatureAxis); // by its position in the recording
+    EXPECT_EQ(graph.Plot(4).name, u"DI 2:4");
+    EXPECT_EQ(graph.Plot(4).axis, DigitalAxis);
+    for (int plot = 0; plot < 5; ++plot)
+        EXPECT_TRUE(graph.PlotVisible(plot)) << plot;
+    ASSERT_EQ(window->ListView1->topLevelItemCount(), 5);
+    EXPECT_EQ(window->ListView1->topLevelItem(1)->text(1), u"- . - .");
+    EXPECT_EQ(graph.AxisMin(DigitalAxis), 14.0);
+    EXPECT_EQ(graph.AxisMax(DigitalAxis), 74.0);
+    EXPECT_FALSE(graph.AxisAutoScale(DigitalAxis));
+}
+
+TEST_F(OpenHistoryTest, PlotsThatFastInputHidAreShown) {
+    window->ZelGraph1->SetPlotVisible(0, false);
+    OpenSaved(Polled(3));
+    EXPECT_TRUE(window->ZelGraph1->PlotVisible(0));
+}
+
+TEST_F(OpenHistoryTest, SetsGraphTimerSlidersAndDisplay) {
+    window->ZelGraph1->SetXAxisMin(100.0);
+    window->ZelGraph1->SetXAxisMax(130.0);
+    window->ZelSliderR->SetValue(40.0);
+    window->ShowDIVValue(5.0);
+    OpenSaved(Polled(3, 0.004));
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 5000);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 0);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+    EXPECT_EQ(window->ZelLED1->Text(), u"1.000000");
+    EXPECT_TRUE(window->ZelLED1->Enabled());
+    EXPECT_FALSE(window->isNumEditEventFired);
+    ASSERT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
+    EXPECT_FALSE(TimerRuns());
+    EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 100);
+    EXPECT_EQ(window->ZelSliderR->Value(), 0.0);
+    EXPECT_EQ(window->ZelSliderV->Value(), 250.0);
+    EXPECT_EQ(window->dHisPlaySpeed, 25);
+    EXPECT_GE(window->ZelSliderV->Maximum(), 2500.0);
+    EXPECT_EQ(window->HisScanIndex, 0);
+}
+
+TEST_F(OpenHistoryTest, SpeedAppliesEvenWhenTheSliderStandsThere) {
+    OpenSaved(Polled(3, 0.5));
+    EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 500);
+    window->dHisPlaySpeed = 7;
+    OpenSaved(Polled(3, 0.5));
+    EXPECT_EQ(window->dHisPlaySpeed, 1);
+    EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 500);
+}
+
+TEST_F(OpenHistoryTest, RecordingStoppedBeforeTheFirstScanFailsByDivision) {
+    SavedRecording recording = Polled(0, 0.0);
+    window->ZelGraph1->SetXAxisMax(30.0);
+    window->dDIVValue = 25.0;
+    OpenSaved(recording);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Division by zero", "BtnHistory"}));
+    EXPECT_TRUE(window->bHistoryMode);
+    EXPECT_TRUE(window->bHisFileExist);
+    EXPECT_EQ(window->BtnModeSwitch->text(), u"Acquisition");
+    EXPECT_TRUE(window->FrameHis->isEnabled());
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 2);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+    EXPECT_FALSE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
+
+    Click(window->ChkPlay); // nothing to play
+    EXPECT_FALSE(window->ChkPlay->isChecked());
+    EXPECT_FALSE(window->isHisPlaying);
+    EXPECT_TRUE(window->BtnModeSwitch->isEnabled());
+    Click(window->BtnModeSwitch);
+    EXPECT_TRUE(window->BtnStart->isEnabled());
+}
+
+TEST_F(OpenHistoryTest, MovedAnalogDataAreCreatedEmpty) {
+    const std::string project = Save(Polled(3));
+    std::filesystem::remove(saved / "Saved/AI.tld");
+    OpenProject(project);
+    EXPECT_TRUE(window->HisAIFileHandle.IsOpen());
+    EXPECT_EQ(std::filesystem::file_size(saved / "Saved/AI.tld"), 0U);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    EXPECT_FALSE(window->isHisPlaying);
+    EXPECT_THAT(PointsOf(0), IsEmpty());
+}
+
+TEST_F(OpenHistoryTest, MissingDigitalDataAreToldAndLoadingGoesOn) {
+    SavedRecording recording = Polled(3);
+    AddDigital(recording, 3);
+    const std::string project = Save(recording);
+    std::filesystem::remove(saved / "Saved/DI.tld");
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File not found", "ReadHisAIFile"}));
+    EXPECT_FALSE(std::filesystem::exists(saved / "Saved/DI.tld"));
+    EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
+    EXPECT_EQ(window->ZelSliderV->Value(), 1 / Slow);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    EXPECT_FALSE(window->isHisPlaying);
+    EXPECT_EQ(PointsOf(0).size(), 1U); // the analog part of the tick was played
+}
+
+TEST_F(OpenHistoryTest, AnalogPathsThatCannotBeOpened) {
+    SavedRecording recording = Polled(3);
+    const std::string project = Save(recording);
+    const std::string loop = saved / "loop";
+    ASSERT_EQ(symlink(loop.c_str(), loop.c_str()), 0);
+    for (const std::string& path : {std::string(), saved.Path(), std::string("C:\\Data\\AI.tld"),
+                                    std::string("\\\\server\\share\\AI.tld"), loop,
+                                    saved / "NoFolder\\AI.tld", saved / "Saved\\Project.tlp\\AI.tld"}) {
+        recording.info.AIDataPath = path;
+        OpenProject(saved.Write("Saved/Project.tlp", ProjectBytes(recording.info)));
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"})) << path;
+        EXPECT_FALSE(window->HisAIFileHandle.IsOpen()) << path;
+        EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer)) << path;
+        Click(window->ChkPlay);
+        PlayTicks(1); // a closed file is a short read
+        EXPECT_FALSE(window->isHisPlaying) << path;
+    }
+}
+
+TEST_F(OpenHistoryTest, DigitalPathsThatCannotBeOpened) {
+    SavedRecording recording = Digital(3);
+    const std::string loop = saved / "loop";
+    ASSERT_EQ(symlink(loop.c_str(), loop.c_str()), 0);
+    for (const std::string& path :
+         {std::string(), saved.Path(), std::string("D:\\Data\\DI.tld"), loop, saved / "NoFolder\\DI.tld"}) {
+        recording.info.DIDataPath = path;
+        OpenProject(saved.Write("Project.tlp", ProjectBytes(recording.info)));
+        EXPECT_THAT(boxes.Take(), ElementsAre(AllOf(Field(&Box::title, "ReadHisAIFile"),
+                                                    Field(&Box::text, Not(IsEmpty())))))
+            << path;
+        EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB)) << path;
+        Click(window->ChkPlay);
+        PlayTicks(1);
+        EXPECT_FALSE(window->isHisPlaying) << path;
+    }
+}
+
+TEST_F(OpenHistoryTest, DigitalHeaderThatIsCutOrAbsurd) {
+    SavedRecording recording = Digital(3);
+    const std::string whole = recording.digital;
+    for (std::size_t size = 0; size < 8; ++size) {
+        recording.digital = whole.substr(0, size);
+        OpenSaved(recording);
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Unexpected end of file", "ReadHisAIFile"})) << size;
+    }
+    for (const auto& [start, count] : std::vector<std::pair<int, int>>{
+             {0, 0}, {0, -1}, {-1, 1}, {0, 2147483647}, {2147483647, 1}, {-2147483647, 2147483647}}) {
+        recording.digital = BytesOf(std::vector<std::int32_t>{start, count}) + whole.substr(8);
+        OpenSaved(recording);
+        EXPECT_THAT(boxes.Take(), ElementsAre(AllOf(Field(&Box::title, "ReadHisAIFile"),
+                                                    Field(&Box::text, Not(IsEmpty())))))
+            << start << ", " << count;
+        EXPECT_EQ(window->nHisDIPortCount, 0);
+        Click(window->ChkPlay);
+        PlayTicks(1);
+        EXPECT_FALSE(window->isHisPlaying);
+    }
+}
+
+TEST_F(OpenHistoryTest, ProjectCutAnywhereBeforeThePathsIsRefused) {
+    SavedRecording recording = Polled(1);
+    AddDigital(recording, 1);
+    const std::string fields =
+        AsText(ProjectHeader(recording.info)) + AsText(StopRecord(recording.info.ScanCount, Slow));
+    window->bHistoryMode = true;
+    window->szHisProjectFileName = saved / "Cut.tlp";
+    for (std::size_t size = 0; size < fields.size(); ++size) {
+        saved.Write("Cut.tlp", fields.substr(0, size));
+        EXPECT_NE(FaultOf([this] { window->ReadProjectInfo(); }), "") << size;
+        EXPECT_FALSE(window->bHisAI) << size; // nothing is taken of it
+        if (size % 11 != 0)
+            continue;
+        OpenProject(saved / "Cut.tlp");
+        ASSERT_THAT(boxes.Take(),
+                    ElementsAre(AllOf(Field(&Box::title, "BtnHistory"), Field(&Box::text, Not(IsEmpty())))))
+            << size;
+        EXPECT_TRUE(window->bHistoryMode);
+    }
+}
+
+TEST_F(OpenHistoryTest, ProjectWithoutPathsHasEmptyOnes) {
+    const SavedRecording recording = Polled(1);
+    OpenProject(saved.Write("Work.tlp", AsText(ProjectHeader(recording.info)) + AsText(StopRecord(1, Slow))));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"}));
+    EXPECT_EQ(window->AIDataPath, "");
+    EXPECT_EQ(window->DIDataPath, "");
+}
+
+TEST_F(OpenHistoryTest, CountsThatCannotBeTrueAreRefused) {
+    SavedRecording recording = Polled(1);
+    AddDigital(recording, 1);
+    const std::string whole = ProjectBytes(recording.info);
+    const auto with = [&](std::size_t offset, std::int32_t count) {
+        std::string bytes = whole;
+        return bytes.replace(offset, 4, BytesOf(std::vector<std::int32_t>{count}));
+    };
+    constexpr std::size_t AnalogCount = 8;
+    constexpr std::size_t DigitalCount = 12;
+    for (std::size_t offset : {AnalogCount, DigitalCount}) {
+        ExpectRefused(with(offset, 0), "Subscript out of range");
+        ExpectRefused(with(offset, -1), "Subscript out of range");
+    }
+    ExpectRefused(with(AnalogCount, 2147483647), "The project file cannot hold 2147483647 analog plots");
+    ExpectRefused(with(DigitalCount, 1000000), "The project file cannot hold 1000000 digital plots");
+    const std::size_t channels = whole.find(std::string("\x04\0\0\0\0\xFF", 6));
+    ASSERT_NE(channels, std::string::npos);
+    ExpectRefused(with(channels, 65537), "The project file cannot hold 65537 analog channels");
+    const std::size_t ports = whole.find(std::string("\x03\0\0\0\xFF\x81", 6));
+    ASSERT_NE(ports, std::string::npos);
+    ExpectRefused(with(ports, 30000), "The project file cannot hold 30000 digital ports");
+    recording.info.ScanCount = -5;
+    ExpectRefused(ProjectBytes(recording.info), "The project file has a scan count of -5");
+    recording.info.ScanCount = 5;
+    recording.info.ScanInterval = -1.0;
+    ExpectRefused(ProjectBytes(recording.info), "The project file has a scan interval of -1");
+    recording.info.ScanInterval = 1e-9;
+    EXPECT_TRUE(window->bHistoryMode);
+}
+
+TEST_F(OpenHistoryTest, ChartLengthBeyond32BitsIsAnOverflow) {
+    OpenSaved(Polled(3, 1e-9));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Overflow", "BtnHistory"}));
+    EXPECT_TRUE(window->bHistoryMode);
+}
+
+TEST_F(OpenHistoryTest, FolderOfThatNameIsEnteredNotOpened) {
+    std::filesystem::create_directory(saved / "Folder.tlp");
+    OnModalDialog<QFileDialog>([&](QFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)
+            ->setText(QString::fromStdString(saved / "Folder.tlp"));
+        Click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open));
+        EXPECT_TRUE(dialog.isVisible());
+        dialog.reject();
+    });
+    Click(window->BtnHistory);
+    EXPECT_FALSE(window->bHistoryMode);
+}
+
+TEST_F(OpenHistoryTest, RecordingThatCannotBeReadLeavesTheOneBefore) {
+    OpenSaved(Polled(4));
+    OpenProject(saved.Write("Broken.tlp", "nonsense"));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Field(&Box::title, "BtnHistory")));
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    EXPECT_THAT(PointsOf(1), ElementsAre(std::pair(0.0, 1.0), std::pair(Slow, 11.0)));
+}
+
+TEST_F(OpenHistoryTest, SecondRecordingReplacesTheFirst) {
+    SavedRecording both = Polled(4);
+    AddDigital(both, 4);
+    OpenProject(Save(both, "First"));
+    window->ZelSliderR->MoveByUser(50.0);
+    EXPECT_EQ(window->HisScanIndex, 2);
+    OpenProject(Save(Digital(6), "Second"));
+    EXPECT_FALSE(window->bHisAI);
+    EXPECT_EQ(window->nHisAIChanCount, 0);
+    EXPECT_EQ(window->HisScanCount, 6);
+    EXPECT_EQ(window->HisScanIndex, 0);
+    EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 3);
+    OpenProject(Save(Polled(2), "Third"));
+    EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB));
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 2);
+}
+
+TEST_F(OpenHistoryTest, SecondRecordingStopsThePlaybackFirst) {
+    const std::string project = Save(Polled(4));
+    OpenProject(project);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    OpenProject(project);
+    EXPECT_FALSE(window->isHisPlaying);
+    EXPECT_FALSE(window->isHisPlayPaused);
+    EXPECT_FALSE(TimerRuns());
+    EXPECT_FALSE(window->ChkPlay->isChecked());
+    EXPECT_EQ(Caption(), "4");
+    EXPECT_EQ(window->ZelSliderR->Value(), 0.0);
+    EXPECT_TRUE(window->BtnModeSwitch->isEnabled());
+    EXPECT_TRUE(window->FrameCmd->isEnabled());
+    EXPECT_TRUE(window->BtnHisConvert->isEnabled());
+    EXPECT_THAT(PointsOf(0), IsEmpty());
+}
+
+TEST_F(OpenHistoryTest, SecondRecordingOpenedInAPauseStartsFresh) {
+    const std::string project = Save(Polled(4));
+    OpenProject(project);
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    Click(window->ChkPlay);
+    OpenProject(project);
+    EXPECT_FALSE(window->isHisPlayPaused);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    EXPECT_THAT(PointsOf(0), ElementsAre(std::pair(0.0, 0.0)));
+}
+
+TEST_F(OpenHistoryTest, CancellingWhilePlayingPlaysOn) {
+    OpenSaved(Polled(4));
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    OnModalDialog<QFileDialog>([this](QFileDialog& dialog) {
+        PlayTicks(1); // under the dialog too
+        dialog.reject();
+    });
+    Click(window->BtnHistory);
+    EXPECT_TRUE(window->isHisPlaying);
+    EXPECT_TRUE(TimerRuns());
+    EXPECT_EQ(PointsOf(0).size(), 2U);
+    OpenProject(saved / "Missing.tlp");
+    EXPECT_TRUE(window->isHisPlaying);
+}
+
+TEST_F(OpenHistoryTest, BlanksAndForeignLettersInNames) {
+    const std::string project = Save(Polled(2), "Messung Übung 試料");
+    OpenProject(project);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    EXPECT_EQ(PointsOf(0).size(), 1U);
+}
+
+} // namespace
+} // namespace tracelet
