@@ -48,7 +48,8 @@ public:
     [[nodiscard]] std::size_t ReadAt(std::int64_t offset, std::span<std::byte> bytes) const;
 
     /// Writes all bytes or raises the error. After an error the file has the length that it had before, so
-    /// that what was appended earlier stays whole, and the position is unmoved.
+    /// that what was appended earlier stays whole, and the position is unmoved. A file that was deleted while
+    /// open takes nothing more: "File not found".
     void Write(std::span<const std::byte> bytes);
     void WriteAt(std::int64_t offset, std::span<const std::byte> bytes);
 

@@ -14,7 +14,7 @@ using testing::IsEmpty;
 namespace fs = std::filesystem;
 
 TEST(NativePath, TurnsBackslashesIntoSeparators) {
-    EXPECT_EQ(NativePath("/work\\AI.tld"), "/work/AI.tld");
+    EXPECT_EQ(NativePath("/data\\AI.tld"), "/data/AI.tld");
     EXPECT_EQ(NativePath("/\\name"), "//name");
     EXPECT_EQ(NativePath("\\a\\b"), "/a/b");
     EXPECT_EQ(NativePath("/home/me/Ä.tlp"), "/home/me/Ä.tlp");
