@@ -242,16 +242,13 @@ TEST_F(SoftwarePollingTest, DoubledChannelOnTheDifferentialFamily) {
     window->ZelAI1->SetScanStartChannel(2);
     window->M1.AIChanIsThermo[2] = true;
     window->BuildPlots(false, true);
+    ASSERT_EQ(window->ZelAI1->SignalConnection(), Differential);
     TurnOnAI();
     StartPolling();
+    EXPECT_EQ(window->ZelThermo1->Channel(), 4);
     Tick(1);
-    EXPECT_EQ(window->ZelThermo1->Channel(), 2);
-    window->ZelAI1->SetChannel(2);
-    window->ZelAI1->SetSignalConnection(1);
-    if (window->ZelAI1->SignalConnection() == 1) {
-        Tick(1);
-        EXPECT_EQ(window->ZelThermo1->Channel(), 4);
-    }
+    EXPECT_EQ(window->ZelThermo1->Channel(), 4);
+    EXPECT_NEAR(window->ZelGraph1->PointAt(0, 0).y(), SimulatedCelsius(4, 0, 0), 0.05);
     Click(window->BtnStart);
 }
 

@@ -30,11 +30,14 @@ TEST_F(WriteProjectInfoTest, BytesOfAnAnalogRecording) {
     const std::vector<std::uint8_t> bytes = Bytes(window->szProjectFileName);
     Click(window->BtnStart);
     const std::int32_t channels = window->ZelAI1->MaxChannelCount();
-    std::vector<std::uint8_t> expected = {0xFF, 0xFF, 0, 0, 0xFF, 0xFF, 0xFF, 0xFF, // flags
-                                          1,    0,    0, 0, 0,    0,    0,    0,    // counts
-                                          0xFF, 0,    0, 0, 0,    0,    0,    0,    // red, solid
-                                          'A',  'I',  ' ', '0', 0,
-                                          static_cast<std::uint8_t>(channels), 0, 0, 0};
+    std::vector<std::uint8_t> expected = {0xFF, 0xFF, 0,   0,   0xFF, 0xFF,
+                                          0xFF, 0xFF, // flags
+                                          1,    0,    0,   0,   0,    0,
+                                          0,    0, // counts
+                                          0xFF, 0,    0,   0,   0,    0,
+                                          0,    0, // red, solid
+                                          'A',  'I',  ' ', '0', 0,    static_cast<std::uint8_t>(channels),
+                                          0,    0,    0};
     for (std::int32_t channel = 0; channel < channels; ++channel)
         expected.push_back(channel == 2 ? 255 : 0);
     EXPECT_EQ(bytes, expected);
@@ -60,8 +63,9 @@ TEST_F(WriteProjectInfoTest, FlagsNeedSwitchAndSaveBox) {
         EXPECT_EQ(bytes[2], c.di ? 0xFF : 0);
         EXPECT_EQ(bytes[8], 1);
         EXPECT_EQ(bytes[12], 2); // lines, whatever is saved
-        if (!c.ai && !c.di)
+        if (!c.ai && !c.di) {
             EXPECT_THAT(bytes, SizeIs(16));
+        }
     }
 }
 
@@ -96,7 +100,8 @@ TEST_F(WriteProjectInfoTest, LineThatIsNotOnTheGraphComesFromTheTables) {
     Click(window->BtnStart);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
     const ProjectInfo info = ReadProjectFile(window->szProjectFileName);
-    EXPECT_THAT(info.diPlots, ElementsAre(PlotRecord{0xFFFFFF, 0, "DI 0:0"}, PlotRecord{0xFFFFFF, 0, "DI 0:1"}));
+    EXPECT_THAT(info.diPlots,
+                ElementsAre(PlotRecord{0xFFFFFF, 0, "DI 0:0"}, PlotRecord{0xFFFFFF, 0, "DI 0:1"}));
 }
 
 TEST_F(WriteProjectInfoTest, StaleLineCountAndRecordsAgree) {
