@@ -1,7 +1,7 @@
 #include "export/ConvertFileDialog.h"
 
 #include "files/FolderLists.h"
-#include "tests/export/TextFolder.h"
+#include "tests/files/TemporaryFolder.h"
 #include "tests/support/MessageBoxes.h"
 
 #include <QCheckBox>
@@ -21,7 +21,7 @@ namespace fs = std::filesystem;
 
 class ConvertFileDialogTest : public testing::Test {
 protected:
-    ConvertFileDialogTest() : program(folder.File("program")) { fs::create_directory(program); }
+    ConvertFileDialogTest() : program(folder / "program") { fs::create_directory(program); }
     ~ConvertFileDialogTest() override { fs::current_path(before); }
 
     std::unique_ptr<ConvertFileDialog> Opened(bool bHisAI = true, bool bHisDI = true) {
@@ -43,7 +43,7 @@ protected:
     }
 
     const fs::path before = fs::current_path();
-    const TextFolder folder;
+    const TemporaryFolder folder;
     std::string program;
     std::string szTextSaveDrive;
     std::string szTextSaveDir;

@@ -2,7 +2,7 @@
 
 #include "base/LittleEndian.h"
 #include "base/RunTimeError.h"
-#include "tests/export/TextFolder.h"
+#include "tests/files/TemporaryFolder.h"
 
 #include <algorithm>
 #include <cstdio>
@@ -29,20 +29,20 @@ const Progress NoProgress = [](double) {};
 
 std::string AnalogTextOf(const AnalogRecording& recording, const Bytes& data,
                          const Progress& progress = NoProgress) {
-    const TextFolder folder;
-    TextFile file(folder.File("AI.xlt"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "AI.xlt");
     WriteAnalogText(file, recording, From(data), progress);
     file.Close();
-    return folder.Content("AI.xlt");
+    return ContentOf(folder / "AI.xlt");
 }
 
 std::string DigitalTextOf(const DigitalRecording& recording, const Bytes& data,
                           const Progress& progress = NoProgress) {
-    const TextFolder folder;
-    TextFile file(folder.File("DI.xlt"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "DI.xlt");
     WriteDigitalText(file, recording, From(data), progress);
     file.Close();
-    return folder.Content("DI.xlt");
+    return ContentOf(folder / "DI.xlt");
 }
 
 template <typename Sample>
@@ -271,8 +271,8 @@ TEST(AnalogText, ReadsOnUntilABlockIsNotFull) {
         offsets.push_back(offset);
         return From(data)(offset, block);
     };
-    const TextFolder folder;
-    TextFile file(folder.File("AI.xlt"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "AI.xlt");
     WriteAnalogText(file, Channels(1), read, NoProgress);
     EXPECT_THAT(offsets, testing::ElementsAre(0, 400000, 800000));
 }
@@ -282,11 +282,11 @@ TEST(AnalogText, AReadErrorEndsTheData) {
     const ReadBytes read = [&](std::int64_t offset, std::span<std::byte> block) {
         return offset == 0 ? From(data)(offset, block) : 0;
     };
-    const TextFolder folder;
-    TextFile file(folder.File("AI.xlt"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "AI.xlt");
     WriteAnalogText(file, Channels(1), read, NoProgress);
     file.Close();
-    EXPECT_EQ(Lines(folder.Content("AI.xlt")).size(), 1U + 99999U);
+    EXPECT_EQ(Lines(ContentOf(folder / "AI.xlt")).size(), 1U + 99999U);
 }
 
 TEST(AnalogText, TellsItsProgress) {
@@ -300,12 +300,7 @@ TEST(AnalogText, TellsItsProgress) {
 TEST(AnalogText, AFullDiskEndsIt) {
     TextFile file("/dev/full");
     const Bytes data = Codes(100000);
-    try {
-        WriteAnalogText(file, Channels(1), From(data), NoProgress);
-        FAIL() << "a full disk went unnoticed";
-    } catch (const RunTimeError& error) {
-        EXPECT_STREQ(error.what(), "Disk full");
-    }
+    EXPECT_EQ(FaultOf([&] { WriteAnalogText(file, Channels(1), From(data), NoProgress); }), "Disk full");
 }
 
 Bytes DigitalData(std::int32_t portStart, std::int32_t portCount, const std::vector<int>& states) {

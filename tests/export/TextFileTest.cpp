@@ -1,11 +1,10 @@
 #include "export/TextFile.h"
 
 #include "base/RunTimeError.h"
-#include "tests/export/TextFolder.h"
+#include "tests/export/FileSizeLimit.h"
+#include "tests/files/TemporaryFolder.h"
 
-#include <csignal>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 
 namespace tracelet {
 namespace {
@@ -15,67 +14,39 @@ void AddLine(TextFile& file, const std::string& line) {
     file.EndLine(std::copy(line.begin(), line.end(), out));
 }
 
-std::string Description(const std::function<void()>& action) {
-    try {
-        action();
-    } catch (const RunTimeError& error) {
-        return error.what();
-    }
-    return "no error";
-}
-
-// Makes writes beyond `bytes` fail as on a full disk, while it lives.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t bytes) {
-        handlerBefore = std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{bytes, before.rlim_max};
-        EXPECT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, handlerBefore);
-    }
-
-private:
-    rlimit before{};
-    void (*handlerBefore)(int) = nullptr;
-};
-
 TEST(TextFile, HoldsTheLinesInOrder) {
-    const TextFolder folder;
-    TextFile file(folder.File("a"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "a");
     AddLine(file, "Time");
     AddLine(file, "\r\n1");
     AddLine(file, "\r\n2");
     file.Close();
-    EXPECT_EQ(folder.Content("a"), "Time\r\n1\r\n2");
+    EXPECT_EQ(ContentOf(folder / "a"), "Time\r\n1\r\n2");
 }
 
 TEST(TextFile, EmptiesAnExistingFile) {
-    const TextFolder folder;
-    folder.Fill("a", "what was there before");
-    TextFile file(folder.File("a"));
+    const TemporaryFolder folder;
+    folder.Write("a", "what was there before");
+    TextFile file(folder / "a");
     AddLine(file, "new");
     file.Close();
-    EXPECT_EQ(folder.Content("a"), "new");
+    EXPECT_EQ(ContentOf(folder / "a"), "new");
 }
 
 TEST(TextFile, TakesLinesLongerThanItsBuffer) {
-    const TextFolder folder;
-    TextFile file(folder.File("a"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "a");
     const std::string longLine(3000000, 'x');
     AddLine(file, "short");
     AddLine(file, longLine);
     AddLine(file, "short");
     file.Close();
-    EXPECT_EQ(folder.Content("a"), "short" + longLine + "short");
+    EXPECT_EQ(ContentOf(folder / "a"), "short" + longLine + "short");
 }
 
 TEST(TextFile, KeepsEveryByteOfManyLines) {
-    const TextFolder folder;
-    TextFile file(folder.File("a"));
+    const TemporaryFolder folder;
+    TextFile file(folder / "a");
     std::string expected;
     for (int i = 0; i < 100000; ++i) {
         const std::string line = "\r\n" + std::to_string(i * 7919);
@@ -83,24 +54,24 @@ TEST(TextFile, KeepsEveryByteOfManyLines) {
         expected += line;
     }
     file.Close();
-    EXPECT_TRUE(folder.Content("a") == expected);
+    EXPECT_TRUE(ContentOf(folder / "a") == expected);
 }
 
 TEST(TextFile, SaysWhyItCannotBeCreated) {
-    const TextFolder folder;
-    EXPECT_EQ(Description([&] { TextFile file(folder.File("missing/a")); }), "File not found");
-    EXPECT_EQ(Description([&] { TextFile file(folder.File("")); }), "Permission denied"); // a directory
+    const TemporaryFolder folder;
+    EXPECT_EQ(FaultOf([&] { TextFile file(folder / "missing/a"); }), "File not found");
+    EXPECT_EQ(FaultOf([&] { TextFile file(folder / ""); }), "Permission denied"); // a directory
 }
 
 TEST(TextFile, ReportsAFullDisk) {
     TextFile file("/dev/full");
     AddLine(file, "Time");
-    EXPECT_EQ(Description([&] { file.Close(); }), "Disk full");
+    EXPECT_EQ(FaultOf([&] { file.Close(); }), "Disk full");
 }
 
 TEST(TextFile, ReportsAFullDiskAsSoonAsItsBufferIsFull) {
     TextFile file("/dev/full");
-    EXPECT_EQ(Description([&] {
+    EXPECT_EQ(FaultOf([&] {
                   for (int i = 0; i < 1000000; ++i)
                       AddLine(file, "\r\n0.1\t0.2");
               }),
@@ -114,15 +85,15 @@ TEST(TextFile, LeavesWholeLinesWhenAWriteFails) {
     for (const std::size_t limit :
          {std::size_t{2}, std::size_t{4}, std::size_t{5}, std::size_t{6}, std::size_t{30},
           4 + 10 * line.size(), 4 + 10 * line.size() + 1, std::size_t{1048576}, std::size_t{2500001}}) {
-        const TextFolder folder;
+        const TemporaryFolder folder;
         std::string expected = limit < 4 ? "" : "Time";
         while (!expected.empty() && expected.size() + line.size() <= limit)
             expected += line;
-        TextFile file(folder.File("a"));
+        TextFile file(folder / "a");
         std::string description;
         {
             const FileSizeLimit full(limit);
-            description = Description([&] {
+            description = FaultOf([&] {
                 AddLine(file, "Time");
                 for (int i = 0; i < 200000; ++i)
                     AddLine(file, line);
@@ -130,8 +101,8 @@ TEST(TextFile, LeavesWholeLinesWhenAWriteFails) {
             });
         }
         EXPECT_EQ(description, "File too large");
-        EXPECT_TRUE(folder.Content("a") == expected)
-            << "limit " << limit << ": " << folder.Content("a").size() << " bytes instead of "
+        EXPECT_TRUE(ContentOf(folder / "a") == expected)
+            << "limit " << limit << ": " << ContentOf(folder / "a").size() << " bytes instead of "
             << expected.size();
     }
 }

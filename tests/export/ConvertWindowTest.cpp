@@ -1,0 +1,282 @@
+#include "export/ConvertFileDialog.h"
+#include "tests/export/FileSizeLimit.h"
+#include "tests/history/HistoryWindowTest.h"
+
+#include <QLineEdit>
+#include <QListWidget>
+
+#include <algorithm>
+#include <filesystem>
+
+namespace tracelet {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const MessageBoxes::Box CreateDirectoryFail{"Create Directory Fail", "Tracelet"};
+
+class ConvertWindowTest : public HistoryWindowTest {
+protected:
+    ~ConvertWindowTest() override { fs::current_path(before); }
+
+    static void Press(const ConvertFileDialog& dialog, const char* button) {
+        Click(dialog.findChild<QPushButton*>(QLatin1String(button)));
+    }
+
+    static void Toggle(const ConvertFileDialog& dialog, const char* box) {
+        dialog.findChild<QCheckBox*>(QLatin1String(box))->click();
+    }
+
+    /// Presses Convert and lets `answer` deal with the dialog.
+    void Convert(std::function<void(ConvertFileDialog&)> answer) {
+        bool shown = false;
+        OnModalDialog<ConvertFileDialog>([&](ConvertFileDialog& dialog) {
+            shown = true;
+            answer(dialog);
+        });
+        Click(window->BtnHisConvert);
+        EXPECT_TRUE(shown);
+    }
+
+    static void Accept(const ConvertFileDialog& dialog, const QString& name) {
+        dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
+        Press(dialog, "OKButton");
+    }
+
+    void ConvertInto(const QString& name) {
+        Convert([&](ConvertFileDialog& dialog) { Accept(dialog, name); });
+    }
+
+    [[nodiscard]] std::string Text(const std::string& name) const {
+        EXPECT_TRUE(Exists(name)) << name;
+        return ContentOf(fs::path(window->szProgramPath) / name);
+    }
+
+    [[nodiscard]] bool Exists(const std::string& name) const {
+        return fs::exists(fs::path(window->szProgramPath) / name);
+    }
+
+    /// Names of what lies in the program's folder, the work folder left out.
+    [[nodiscard]] std::vector<std::string> Made() const {
+        std::vector<std::string> names;
+        for (const auto& entry : fs::directory_iterator(window->szProgramPath))
+            if (entry.path().extension() != ".tmp")
+                names.push_back(entry.path().filename());
+        return names;
+    }
+
+    [[nodiscard]] static SavedRecording PolledWithDigital(std::int32_t scans, double interval) {
+        SavedRecording recording = Polled(scans, interval);
+        AddDigital(recording, scans);
+        return recording;
+    }
+
+    const fs::path before = fs::current_path();
+};
+
+TEST_F(ConvertWindowTest, NeedsARecording) {
+    EXPECT_FALSE(window->BtnHisConvert->isEnabled());
+    OpenSaved(Polled(4));
+    EXPECT_TRUE(window->BtnHisConvert->isEnabled());
+}
+
+TEST_F(ConvertWindowTest, WritesBothTexts) {
+    OpenSaved(PolledWithDigital(3, 0.1));
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11");
+    EXPECT_EQ(Text("texts/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.1\t0\t0\t1\r\n0.2\t1\t0\t1\r\n0.3\t0\t0\t1");
+    EXPECT_EQ(window->szTextSaveDir, window->szProgramPath);
+    EXPECT_EQ(window->szTextSaveFolder, "texts");
+}
+
+TEST_F(ConvertWindowTest, WritesWhatIsTicked) {
+    OpenSaved(PolledWithDigital(3, 0.1));
+    Convert([](ConvertFileDialog& dialog) {
+        Toggle(dialog, "ChkDI");
+        Accept(dialog, u"ai"_qs);
+    });
+    EXPECT_TRUE(Exists("ai/AI.xlt"));
+    EXPECT_FALSE(Exists("ai/DI.xlt"));
+    Convert([](ConvertFileDialog& dialog) {
+        Toggle(dialog, "ChkAI");
+        Accept(dialog, u"di"_qs);
+    });
+    EXPECT_FALSE(Exists("di/AI.xlt"));
+    EXPECT_TRUE(Exists("di/DI.xlt"));
+    Convert([](ConvertFileDialog& dialog) {
+        Toggle(dialog, "ChkAI");
+        Toggle(dialog, "ChkDI");
+        Accept(dialog, u"none"_qs);
+    });
+    EXPECT_FALSE(Exists("none"));
+    EXPECT_THAT(boxes.Take(), IsEmpty());
+}
+
+TEST_F(ConvertWindowTest, OffersOnlyWhatWasRecorded) {
+    OpenSaved(Polled(3));
+    Convert([](ConvertFileDialog& dialog) {
+        EXPECT_TRUE(dialog.findChild<QCheckBox*>(u"ChkAI"_qs)->isEnabled());
+        EXPECT_FALSE(dialog.findChild<QCheckBox*>(u"ChkDI"_qs)->isEnabled());
+        Accept(dialog, u"ai"_qs);
+    });
+    EXPECT_TRUE(Exists("ai/AI.xlt"));
+    EXPECT_FALSE(Exists("ai/DI.xlt"));
+
+    OpenProject(Save(Digital(2, 0.25), "Digital"));
+    ConvertInto(u"di"_qs);
+    EXPECT_FALSE(Exists("di/AI.xlt"));
+    EXPECT_EQ(Text("di/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.25\t0\t0\t1\r\n0.5\t1\t0\t1");
+}
+
+TEST_F(ConvertWindowTest, AnExistingFolderIsRefused) {
+    OpenSaved(Polled(3));
+    fs::create_directory(fs::path(window->szProgramPath) / "there");
+    ConvertInto(u"there"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
+    EXPECT_TRUE(fs::is_empty(fs::path(window->szProgramPath) / "there"));
+    ConvertInto(u"missing/there"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
+    EXPECT_THAT(Made(), ElementsAre("there"));
+}
+
+TEST_F(ConvertWindowTest, CancelFailsOnTheBaseFolderWhileSomethingIsTicked) {
+    const std::function<void(ConvertFileDialog&)> ways[] = {
+        [](ConvertFileDialog& dialog) { Press(dialog, "BtnCancel"); },
+        [](ConvertFileDialog& dialog) { dialog.close(); },
+    };
+    OpenSaved(PolledWithDigital(3, 0.1));
+    for (const auto& cancel : ways) {
+        Convert(cancel);
+        EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
+        EXPECT_EQ(window->szTextSaveFolder, "");
+        EXPECT_THAT(Made(), IsEmpty());
+        Convert([&](ConvertFileDialog& dialog) {
+            Toggle(dialog, "ChkAI");
+            Toggle(dialog, "ChkDI");
+            cancel(dialog);
+        });
+        EXPECT_THAT(boxes.Take(), IsEmpty());
+    }
+}
+
+TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
+    OpenSaved(Polled(3));
+    Convert([this](ConvertFileDialog& dialog) {
+        Press(dialog, "OKButton");
+        EXPECT_THAT(boxes.Take(),
+                    ElementsAre(MessageBoxes::Box{"Folder Name should not be null", "Tracelet"}));
+        EXPECT_TRUE(dialog.isVisible());
+        Accept(dialog, u"texts"_qs);
+    });
+    EXPECT_TRUE(Exists("texts/AI.xlt"));
+}
+
+TEST_F(ConvertWindowTest, RawCodesStayCodes) {
+    SavedRecording recording = Polled(3, 0.5);
+    recording.info.bHisAISoft = false;
+    recording.info.bHisAIAnalog = false;
+    recording.analog = BytesOf(std::vector<std::int32_t>{-2048, 2047, 4095, 0, 1, 2});
+    OpenSaved(recording);
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.5\t-2048\t2047\r\n1\t4095\t0");
+}
+
+TEST_F(ConvertWindowTest, AFullBlockLacksItsLastScan) {
+    SavedRecording recording = Polled(0, 0.001);
+    recording.info.nHisAIChanCount = 1;
+    recording.info.aiPlots.pop_back();
+    recording.info.ScanCount = 100000;
+    recording.analog = BytesOf(std::vector<float>(100000, 1.5F));
+    OpenSaved(recording);
+    ConvertInto(u"texts"_qs);
+    const std::string text = Text("texts/AI.xlt");
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 99999);
+    EXPECT_TRUE(text.starts_with("Time\tLeft\r\n0.001\t1.5\r\n0.002\t1.5\r\n"));
+}
+
+TEST_F(ConvertWindowTest, NamesAreThoseOfTheGraph) {
+    OpenSaved(Polled(2, 1.0));
+    PlotAttributes plot = window->ZelGraph1->Plot(1);
+    plot.name = u"Right"_qs;
+    window->ZelGraph1->SetPlot(1, plot);
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tRight\r\n1\t0\t1");
+}
+
+TEST_F(ConvertWindowTest, AFailedWriteEndsItWithWholeLines) {
+    OpenSaved(PolledWithDigital(100, 0.1));
+    {
+        const FileSizeLimit full(45);
+        ConvertInto(u"texts"_qs);
+    }
+    EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"File too large", "Convert"}));
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11\r\n0.3\t20\t21");
+    EXPECT_FALSE(Exists("texts/DI.xlt"));
+}
+
+TEST_F(ConvertWindowTest, MissingDataGiveHeaders) {
+    const std::string project = Save(PolledWithDigital(3, 0.1));
+    fs::remove(saved / "Saved/AI.tld");
+    fs::remove(saved / "Saved/DI.tld");
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"File not found", "ReadHisAIFile"}));
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ");
+    EXPECT_EQ(Text("texts/DI.xlt"), "Time");
+}
+
+TEST_F(ConvertWindowTest, ClosedFilesGiveHeaders) {
+    OpenSaved(PolledWithDigital(3, 0.1));
+    window->BtnModeSwitch_Click();
+    EXPECT_FALSE(window->BtnHisConvert->isEnabled());
+    window->BtnModeSwitch_Click();
+    EXPECT_TRUE(window->BtnHisConvert->isEnabled());
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ");
+    EXPECT_EQ(Text("texts/DI.xlt"), "Time\t1:0\t1:7\t2:4");
+}
+
+TEST_F(ConvertWindowTest, DigitalDataEndWithTheScanCountOrTheFile) {
+    SavedRecording recording = Digital(4, 1.0);
+    recording.info.ScanCount = 2;
+    OpenSaved(recording);
+    ConvertInto(u"fewer"_qs);
+    EXPECT_EQ(Text("fewer/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n1\t0\t0\t1\r\n2\t1\t0\t1");
+    recording.info.ScanCount = 1000;
+    recording.digital.pop_back(); // half of the last sample
+    OpenProject(Save(recording, "Longer"));
+    ConvertInto(u"longer"_qs);
+    EXPECT_EQ(Text("longer/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n1\t0\t0\t1\r\n2\t1\t0\t1\r\n3\t0\t0\t1");
+}
+
+TEST_F(ConvertWindowTest, PlaysFromTheStartAfterwards) {
+    OpenSaved(Polled(5));
+    ConvertInto(u"texts"_qs);
+    EXPECT_EQ(window->HisScanIndex, 0);
+    PlayByTheTick(1);
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    EXPECT_EQ(PointsOf(0).size(), 2U);
+    EXPECT_FALSE(window->BtnHisConvert->isEnabled());
+    Click(window->BtnStop);
+    EXPECT_TRUE(window->BtnHisConvert->isEnabled());
+}
+
+TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
+    OpenSaved(Polled(3));
+    fs::create_directory(fs::path(window->szProgramPath) / "base");
+    Convert([this](ConvertFileDialog& dialog) {
+        auto* list = dialog.findChild<QListWidget*>(u"Dir1"_qs);
+        list->setCurrentItem(list->findItems(u"base"_qs, Qt::MatchExactly).value(0));
+        QTest::keyClick(list, Qt::Key_Return);
+        Accept(dialog, u"one"_qs);
+    });
+    ConvertInto(u"two"_qs);
+    EXPECT_TRUE(Exists("base/one/AI.xlt"));
+    EXPECT_TRUE(Exists("base/two/AI.xlt"));
+}
+
+} // namespace
+} // namespace tracelet
