@@ -111,7 +111,7 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
 }
 
 void frmGraphSet::ConnectWidgets() {
-    connect(lstPlots, &QListWidget::currentRowChanged, this,
+    connect(lstPlots, &QListWidget::itemSelectionChanged, this,
             [this] { QuietHandler([&] { LstPlots_Click(); }); });
     connect(CmbLineStyle, &QComboBox::activated, this,
             [this] { QuietHandler([&] { CmbLineStyle_Click(); }); });

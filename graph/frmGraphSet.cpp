@@ -74,8 +74,13 @@ void frmGraphSet::LoadAxes() {
     ChkYAutoS_Click();
 }
 
+int frmGraphSet::SelectedPlot() const {
+    const QModelIndexList selected = lstPlots->selectionModel()->selectedIndexes();
+    return selected.isEmpty() ? -1 : selected.first().row();
+}
+
 void frmGraphSet::LstPlots_Click() {
-    const int i = lstPlots->currentRow();
+    const int i = SelectedPlot();
     if (i < 0)
         return;
     PaintColor(PlotColors[i]);
@@ -84,13 +89,13 @@ void frmGraphSet::LstPlots_Click() {
 }
 
 void frmGraphSet::CmbLineStyle_Click() {
-    const int i = lstPlots->currentRow();
+    const int i = SelectedPlot();
     if (i >= 0)
         PlotLineStyles[i] = CmbLineStyle->currentIndex();
 }
 
 void frmGraphSet::BtnColor_Click() {
-    const int i = lstPlots->currentRow();
+    const int i = SelectedPlot();
     if (i < 0)
         return;
     QColorDialog chooser(ResolvedColor(PlotColors[i]), this);

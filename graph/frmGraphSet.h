@@ -45,6 +45,7 @@ private:
 
     void LoadPlots();
     void LoadAxes();
+    [[nodiscard]] int SelectedPlot() const; ///< -1 when none is
     void LstPlots_Click();
     void CmbLineStyle_Click();
     void BtnColor_Click();

@@ -40,9 +40,15 @@ protected:
         return widget;
     }
     [[nodiscard]] QString TextOf(const char* name) const { return Find<QLineEdit>(name)->text(); }
+    /// Gives a box the focus, as if the user had come to it.
+    void Enter(const char* name) {
+        dialog->activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+        Find<QLineEdit>(name)->setFocus(Qt::OtherFocusReason);
+    }
     void Type(const char* name, const char* text) {
+        Enter(name);
         auto* box = Find<QLineEdit>(name);
-        box->setFocus(Qt::OtherFocusReason);
         box->selectAll();
         QTest::keyClicks(box, QString::fromLatin1(text));
     }
@@ -218,7 +224,7 @@ TEST_F(GraphSetTest, RangeChecksOnLeavingABox) {
             const bool isX = std::string_view(c.box).find('X') != std::string_view::npos;
             Find<QLineEdit>(isX ? "txtXMin" : "txtYMin")->setText(QString::fromLatin1(c.minimum));
             Find<QLineEdit>(isX ? "txtXMax" : "txtYMax")->setText(QString::fromLatin1(c.maximum));
-            Find<QLineEdit>(c.box)->setFocus(Qt::OtherFocusReason);
+            Enter(c.box);
             Tab();
             const auto shown = boxes.Take();
             if (c.message == nullptr)
