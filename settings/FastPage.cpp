@@ -60,7 +60,7 @@ void frmSetting::BuildFastSetting() {
     LabelSampleRate = AddRow(grid, u"LabelSampleRate"_qs, u"Sample Rate"_qs, txtSampleRate);
     LabelHz = AddUnit(grid, u"LabelHz"_qs, u"Hz"_qs);
     LabelDataReturnType = AddRow(grid, u"LabelDataReturnType"_qs, u"Data Type"_qs, cmbDataReturnType);
-    grid->addWidget(chkCylic, grid->rowCount(), FieldColumn);
+    grid->addWidget(chkCylic, grid->rowCount(), FieldColumn, Qt::AlignLeft);
     LabelPacerSource = AddRow(grid, u"LabelPacerSource"_qs, u"Pacer Source"_qs, cmbPacerSource);
     grid->setRowStretch(grid->rowCount(), 1);
     grid->setColumnStretch(FieldColumn, 1);

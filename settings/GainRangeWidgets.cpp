@@ -64,8 +64,8 @@ QGroupBox* dlgGainRange::BuildKind() {
     LabelScale = AddRow(scale, u"LabelScale"_qs, u"Scale"_qs, ComboScale);
     scale->setColumnStretch(FieldColumn, 1);
     auto* grid = new QGridLayout(FrameAIorThermo);
-    grid->addWidget(OptAI, 0, 0);
-    grid->addWidget(OptThermo, 0, 1);
+    grid->addWidget(OptAI, 0, 0, Qt::AlignLeft);
+    grid->addWidget(OptThermo, 0, 1, Qt::AlignLeft);
     grid->addWidget(FrameScale, 1, 0, 1, 2);
     return FrameAIorThermo;
 }
@@ -96,8 +96,8 @@ QGroupBox* dlgGainRange::BuildConnection() {
     optSingle = Named<QRadioButton>("optSingle", u"Single-Ended"_qs);
     optDifferent = Named<QRadioButton>("optDifferent", u"Differential"_qs);
     auto* grid = new QGridLayout(FrameSignalConnection);
-    grid->addWidget(optSingle, 0, 0);
-    grid->addWidget(optDifferent, 0, 1);
+    grid->addWidget(optSingle, 0, 0, Qt::AlignLeft);
+    grid->addWidget(optDifferent, 0, 1, Qt::AlignLeft);
     return FrameSignalConnection;
 }
 

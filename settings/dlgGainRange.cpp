@@ -77,19 +77,18 @@ void dlgGainRange::ProbeThermocouples() {
 // the pair, so that of channel 1 is put back.
 void dlgGainRange::ProbeConnection() {
     constexpr std::int32_t Neighbour = 1;
-    const bool hasNeighbour = ZelAI1.MaxChannelCount() > Neighbour;
     const std::int32_t saved = ZelAI1.SignalConnection();
     std::int32_t code = 0;
     double first = 0.0;
     double second = 0.0;
-    if (hasNeighbour)
+    if (ZelAI1.MaxChannelCount() > Neighbour)
         ZelAI1.GetChannelRange(code, first, second, Neighbour);
     const std::int32_t opposite = saved == SingleEnded ? Differential : SingleEnded;
     ZelAI1.SetSignalConnection(opposite);
     if (IsUnpairedFamily(DeviceName()) || ZelAI1.SignalConnection() != opposite)
         EnableSignalConnectionFrame(false);
     ZelAI1.SetSignalConnection(saved);
-    if (hasNeighbour)
+    if (first != 0.0 || second != 0.0)
         ZelAI1.SetChannelRange(first, second, Neighbour);
 }
 
