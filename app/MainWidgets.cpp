@@ -43,6 +43,12 @@ QPalette ChartPalette(QPalette palette) {
     return palette;
 }
 
+QFont StrokeFont() {
+    QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
+    font.setBold(true);
+    return font;
+}
+
 /// Rows with air between them.
 class RowDelegate : public QStyledItemDelegate {
 public:
@@ -62,8 +68,7 @@ public:
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
-        option->font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
-        option->font.setBold(true);
+        option->font = StrokeFont();
         option->palette.setColor(QPalette::HighlightedText, option->palette.color(QPalette::Text));
     }
 };
@@ -105,7 +110,8 @@ void MainWidgets::BuildPlotList(QWidget& window) {
     header->setStretchLastSection(false);
     header->setSectionsMovable(false);
     header->setSectionResizeMode(0, QHeaderView::Stretch);
-    header->setSectionResizeMode(1, QHeaderView::ResizeToContents);
+    header->setSectionResizeMode(1, QHeaderView::Fixed);
+    header->resizeSection(1, QFontMetrics(StrokeFont()).horizontalAdvance(u"-------"_qs) + 14);
 
     Picture4 = Named<QWidget>("Picture4", FrameListView);
     ZelLED1 = Named<ZelLED>("ZelLED1", Picture4);

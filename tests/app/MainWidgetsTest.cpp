@@ -54,10 +54,11 @@ protected:
             const QSize needed = hasCaption ? widget->minimumSizeHint() : QSize(0, 0);
             EXPECT_GE(widget->width(), needed.width()) << name;
             EXPECT_GE(widget->height(), needed.height()) << name;
-            for (QWidget* other : NamedWidgets())
-                if (other != widget && other->parentWidget() == widget->parentWidget() && other->isVisible())
-                    EXPECT_FALSE(other->geometry().intersects(widget->geometry()))
-                        << name << " and " << other->objectName().toStdString();
+            for (QWidget* other : NamedWidgets()) {
+                const bool beside = other != widget && other->parentWidget() == widget->parentWidget();
+                EXPECT_FALSE(beside && other->isVisible() && other->geometry().intersects(widget->geometry()))
+                    << name << " and " << other->objectName().toStdString();
+            }
         }
     }
 
