@@ -56,7 +56,10 @@ TEST(GlyphButton, SignsDifferAndFadeWhenDisabled) {
 
 TEST(StartButton, GreenToStartRedToStopGreyWhenDisabled) {
     StartButton button(QStringLiteral("Start"));
-    const auto face = [&] { return Picture(button).pixelColor(6, button.height() / 2); };
+    const auto face = [&] {
+        const QImage picture = Picture(button);
+        return picture.pixelColor(6, picture.height() / 2);
+    };
     const QColor starts = face();
     EXPECT_GT(starts.green(), starts.red() + 60);
     button.setText(QStringLiteral("Stop"));
