@@ -1,10 +1,13 @@
 #include "devices/display/StartButton.h"
 
+#include "base/Convert.h"
 #include "devices/display/Glyphs.h"
 #include "devices/display/Shading.h"
 
 #include <QLinearGradient>
 #include <QPainter>
+
+#include <cmath>
 
 namespace tracelet {
 
@@ -12,6 +15,7 @@ namespace {
 
 constexpr QColor starts{0x2A, 0x94, 0x55};
 constexpr QColor stops{0xD0, 0x36, 0x36};
+constexpr double gapShare = 0.8; // between sign and caption, of the sign's size
 
 } // namespace
 
@@ -20,6 +24,15 @@ StartButton::StartButton(const QString& caption, QWidget* parent) : QPushButton(
     large.setBold(true);
     large.setPointSizeF(large.pointSizeF() * 1.35);
     setFont(large);
+}
+
+QSize StartButton::sizeHint() const {
+    const int sign = CLng(std::ceil(SignSize() * (1.0 + gapShare)));
+    return QPushButton::sizeHint() + QSize(sign, 0);
+}
+
+double StartButton::SignSize() const {
+    return QFontMetricsF(font()).capHeight() * 1.15;
 }
 
 QColor StartButton::FaceColor() const {
@@ -57,8 +70,8 @@ void StartButton::PaintFace(QPainter& painter, const QColor& face) const {
 
 void StartButton::PaintCaption(QPainter& painter, const QColor& ink) const {
     const QFontMetricsF metrics(font());
-    const double sign = metrics.capHeight() * 1.15;
-    const double gap = sign * 0.8;
+    const double sign = SignSize();
+    const double gap = sign * gapShare;
     const double captionWidth = metrics.horizontalAdvance(text());
     const double left = (width() - sign - gap - captionWidth) / 2.0;
     const double middle = height() / 2.0;

@@ -12,11 +12,15 @@ class StartButton : public QPushButton {
 public:
     explicit StartButton(const QString& caption, QWidget* parent = nullptr);
 
+    [[nodiscard]] QSize sizeHint() const override;
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
     [[nodiscard]] bool Starts() const { return text() == u"Start"; }
+    [[nodiscard]] double SignSize() const;
     [[nodiscard]] QColor FaceColor() const;
     void PaintFace(QPainter& painter, const QColor& face) const;
     void PaintCaption(QPainter& painter, const QColor& ink) const;
