@@ -2,8 +2,11 @@
 #include "tests/export/FileSizeLimit.h"
 #include "tests/history/HistoryWindowTest.h"
 
+#include <QElapsedTimer>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QProgressBar>
+#include <QTimer>
 
 #include <algorithm>
 #include <filesystem>
@@ -276,6 +279,57 @@ TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     ConvertInto(u"two"_qs);
     EXPECT_TRUE(Exists("base/one/AI.xlt"));
     EXPECT_TRUE(Exists("base/two/AI.xlt"));
+}
+
+// Sixteen channels of zeros, the file without blocks on the disk.
+SavedRecording Zeros(std::int32_t scans) {
+    SavedRecording recording;
+    recording.info = {.bHisAI = true,
+                      .bHisAISoft = true,
+                      .bHisAIAnalog = true,
+                      .nHisAIChanCount = 16,
+                      .aiPlots = std::vector<PlotRecord>(16),
+                      .HisAIChanIsThermo = std::vector<std::uint8_t>(16),
+                      .ScanCount = scans,
+                      .ScanInterval = 1.0};
+    return recording;
+}
+
+TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
+    std::vector<int> values;
+    QTimer user;
+    QObject::connect(&user, &QTimer::timeout, &user, [&] {
+        QWidget* shown = QApplication::activeModalWidget();
+        if (shown == nullptr || shown->objectName() != u"ConvertProgress")
+            return;
+        values.push_back(shown->findChild<QProgressBar*>()->value());
+        QTest::keyClick(shown, Qt::Key_Escape);
+        shown->close();
+        window->close();
+        QTest::mouseClick(window->ChkPlay, Qt::LeftButton);
+    });
+    // Twice the work until it takes long enough on this machine.
+    for (std::int32_t scans = 100000; values.size() < 2 && scans < 10000000; scans *= 2) {
+        const std::string project = Save(Zeros(scans));
+        fs::resize_file(saved / "Saved/AI.tld", static_cast<std::uintmax_t>(scans) * 64);
+        OpenProject(project);
+        fs::remove_all(fs::path(window->szProgramPath) / "texts");
+        values.clear();
+        QElapsedTimer elapsed;
+        Convert([&](ConvertFileDialog& dialog) {
+            user.start(1);
+            elapsed.start();
+            Accept(dialog, u"texts"_qs);
+        });
+        user.stop();
+        if (elapsed.elapsed() <= 500)
+            EXPECT_THAT(values, IsEmpty());
+    }
+    EXPECT_GT(values.size(), 1U);
+    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+    EXPECT_TRUE(window->isVisible());
+    EXPECT_FALSE(window->ChkPlay->isChecked());
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 } // namespace
