@@ -11,7 +11,7 @@
 
 namespace tracelet {
 
-Pictures::Pictures(const QString& path) : folder(path) {
+Pictures::Pictures(const QString& path) : folder(QDir(path).absolutePath()) {
     if (!folder.mkpath(u"."_qs))
         throw RunTimeError("The folder for the pictures cannot be made: " + path.toStdString());
 }

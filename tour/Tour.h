@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/frmMain.h"
+#include "base/RunTimeError.h"
 #include "tour/Pictures.h"
 
 #include <QString>
@@ -8,41 +9,51 @@
 #include <functional>
 #include <memory>
 
+class QAbstractButton;
+class QDialog;
+
 namespace tracelet {
 
-/// Drives the real window on simulated boards as a user would, and takes pictures on the way. A step that does
-/// not go as it should raises RunTimeError with what went wrong.
+/// Drives the real window on simulated boards as a user would, and takes pictures on the way. A step that
+/// does not go as it should raises RunTimeError with what went wrong.
 class Tour {
 public:
-    Tour(const QString& pictureFolder, const QString& projectFolder);
+    /// Pictures go to `pictureFolder`, saved and converted recordings to `recordingFolder`.
+    Tour(const QString& pictureFolder, const QString& recordingFolder);
 
-    /// Records analog and digital input by polling and saves it: folder "Polled".
+    /// The window as it opens, its settings and its range table.
+    void LookAtSettings();
+    /// Records analog and digital input by polling and saves it as "Polled".
     void RecordPolled();
-    /// Sixteen channels of fast input at 1 MS/s, drawn live and saved: folder "Fast".
+    /// Sixteen channels of fast input at 1 MS/s, drawn live and saved as "Fast".
     void RecordFast();
-    /// Opens, plays, pauses, seeks and converts the polled recording.
-    void ReplayAndConvert();
-    /// Menu, zooms, the graph settings, temperatures beside voltages, dense plots, other sizes and a dark palette.
-    void LookAround();
+    /// Opens, plays, pauses, seeks and converts the recording of that name.
+    void Replay(const QString& name);
+    /// Menu, zooms, graph settings, temperatures beside voltages, other sizes and a dark palette.
+    void LookAtGraph();
+    /// Pictures of the main window only, for other scale factors.
+    void LookAtWindow(const QString& name);
 
     [[nodiscard]] int PictureCount() const { return pictures.Count(); }
 
 private:
-    /// Presses `opener`, runs `action` on the dialog it opens, which must close it.
-    template <typename Dialog>
-    void InDialog(QAbstractButton* opener, std::function<void(Dialog&)> action);
-    void Run(int milliseconds);
+    /// A new window on new simulated boards.
+    void OpenWindow();
+    /// Presses `opener`, runs `action` on the dialog that it opens and closes that if it is still open.
+    void InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>& action);
+    /// Lets the window live for a while.
+    static void Run(int milliseconds);
     void Picture(const QString& name) { pictures.Take(*window, name); }
-    void SaveAs(const QString& folderName, bool picture);
-    void ChooseBoard(const QString& namePart);
-    void PictureSettings();
-    void PictureRangeTable();
-    void Zoom(const char* entry, const QString& name);
+    void SaveAs(const QString& name);
+    void ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines);
+    void SetUpThermocouples(QDialog& settings);
+    void Zoom(const char* entry, QPointF from, QPointF to);
+    void PictureMenu();
     void PictureSizes();
     void PictureDarkPalette();
 
     Pictures pictures;
-    QString projectFolder;
+    QString recordings;
     std::unique_ptr<frmMain> window;
 };
 

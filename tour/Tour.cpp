@@ -1,0 +1,288 @@
+#include "tour/Tour.h"
+
+#include "devices/display/ZelButton.h"
+#include "devices/display/ZelGraph.h"
+#include "devices/display/ZelSlider.h"
+#include "devices/drivers/simulated/SimulatedBoards.h"
+#include "tests/support/OnModalDialog.h"
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDialog>
+#include <QElapsedTimer>
+#include <QEventLoop>
+#include <QFileDialog>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QTabWidget>
+#include <QTimer>
+#include <QTreeWidget>
+
+namespace tracelet {
+namespace {
+
+template <typename Widget>
+Widget* Find(QObject& parent, const QString& name) {
+    if (auto* widget = parent.findChild<Widget*>(name))
+        return widget;
+    throw RunTimeError("There is no widget " + name.toStdString());
+}
+
+void Expect(bool condition, const char* what) {
+    if (!condition)
+        throw RunTimeError(std::string("This did not happen: ") + what);
+}
+
+void Press(QDialog& dialog, const char* button) {
+    Find<QPushButton>(dialog, QString::fromLatin1(button))->click();
+}
+
+void Type(QDialog& dialog, const char* box, const QString& text) {
+    Find<QLineEdit>(dialog, QString::fromLatin1(box))->setText(text);
+}
+
+void SendMouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButton button,
+               Qt::MouseButtons held) {
+    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+    QApplication::sendEvent(&widget, &event);
+}
+
+} // namespace
+
+Tour::Tour(const QString& pictureFolder, const QString& recordingFolder)
+    : pictures(pictureFolder), recordings(QDir(recordingFolder).absolutePath()) {
+    Expect(QDir().mkpath(recordings), "the folder for the recordings was made");
+    OpenWindow();
+}
+
+void Tour::OpenWindow() {
+    window.reset();
+    frmMain::Surroundings surroundings;
+    surroundings.boards = SimulatedBoards();
+    window = std::make_unique<frmMain>(std::move(surroundings));
+    window->show();
+    Run(100);
+}
+
+void Tour::Run(int milliseconds) {
+    QEventLoop loop;
+    QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+void Tour::InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>& action) {
+    std::exception_ptr failure;
+    OnModalDialog<QDialog>([&](QDialog& dialog) {
+        try {
+            action(dialog);
+        } catch (...) { // an exception must not cross the event loop
+            failure = std::current_exception();
+        }
+        if (dialog.isVisible())
+            dialog.reject();
+    });
+    opener->click();
+    if (failure)
+        std::rethrow_exception(failure);
+}
+
+void Tour::ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines) {
+    Find<QComboBox>(settings, u"ComboDIPort"_qs)->setCurrentIndex(port);
+    for (const int line : lines)
+        Find<QCheckBox>(settings, u"CheckDIChannel_%1"_qs.arg(line))->click();
+}
+
+void Tour::LookAtSettings() {
+    Picture(u"first-window"_qs);
+    InDialog(window->BtnSet, [this](QDialog& settings) {
+        auto* pages = Find<QTabWidget>(settings, u"SSTab1"_qs);
+        pages->setCurrentIndex(0);
+        pictures.Take(settings, u"settings-fast"_qs);
+        pages->setCurrentIndex(1);
+        ChooseLines(settings, 0, {0, 1, 2, 7});
+        ChooseLines(settings, 1, {0, 4});
+        pictures.Take(settings, u"settings-polled"_qs);
+        InDialog(Find<QPushButton>(settings, u"cmdAISelectDevice_1"_qs), [this](QDialog& picker) {
+            pictures.Take(picker, u"board-picker"_qs);
+            auto* list = Find<QTreeWidget>(picker, u"lstBoards"_qs);
+            list->setCurrentItem(list->topLevelItem(3)); // a board with thermocouple inputs
+            Press(picker, "OKButton");
+        });
+        SetUpThermocouples(settings);
+    });
+}
+
+void Tour::SetUpThermocouples(QDialog& settings) {
+    InDialog(Find<QPushButton>(settings, u"cmdRange_1"_qs), [this](QDialog& ranges) {
+        auto* table = Find<QTreeWidget>(ranges, u"lstViewGain"_qs);
+        for (const int channel : {1, 2}) {
+            table->setCurrentItem(table->topLevelItem(channel));
+            Find<QRadioButton>(ranges, u"OptThermo"_qs)->click();
+            auto* types = Find<QComboBox>(ranges, u"ComboTCType"_qs);
+            types->setCurrentIndex(channel);
+            emit types->activated(channel);
+        }
+        pictures.Take(ranges, u"ranges-and-thermocouples"_qs);
+        Press(ranges, "OKButton");
+    });
+    Type(settings, "txtAIScanNumber_1", u"3"_qs);
+    Type(settings, "txtAITimeInterval", u"20"_qs);
+    Press(settings, "cmdDIOK");
+}
+
+void Tour::RecordPolled() {
+    window->ZelButton1->click();
+    window->ZelButton2->click();
+    Expect(window->bAIEnabled && window->bDIEnabled, "both switches went on");
+    window->CkAISave2Disk->click();
+    window->CkDISave2Disk->click();
+    Picture(u"ready-to-record"_qs);
+    window->BtnStart->click();
+    Expect(window->isSystemRunning, "the polled session started");
+    Run(4000);
+    Picture(u"polled-session"_qs);
+    window->BtnStart->click();
+    Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
+    SaveAs(u"Polled"_qs);
+}
+
+void Tour::SaveAs(const QString& name) {
+    window->szDrive = "/";
+    window->szDir = recordings.toStdString();
+    InDialog(window->BtnSaveAs, [&](QDialog& dialog) {
+        Type(dialog, "txtFolderName", name);
+        pictures.Take(dialog, u"save-as"_qs);
+        Press(dialog, "OKButton");
+    });
+    Expect(QFile::exists(recordings + u'/' + name + u"/Project.tlp"_qs), "the recording was saved");
+}
+
+void Tour::RecordFast() {
+    OpenWindow();
+    InDialog(window->BtnSet, [](QDialog& settings) {
+        Find<QTabWidget>(settings, u"SSTab1"_qs)->setCurrentIndex(0);
+        Type(settings, "txtAIScanNumber_0", u"16"_qs);
+        Type(settings, "txtSampleRate", u"1,000,000"_qs);
+        auto* cyclic = Find<QCheckBox>(settings, u"chkCylic"_qs);
+        if (!cyclic->isChecked())
+            cyclic->click();
+        Press(settings, "cmdFAIOK");
+    });
+    Expect(window->bAIEnabled && !window->M1.SoftMode, "fast input was accepted");
+    Expect(window->bFAICyclic, "fast input is cyclic");
+    window->CkAISave2Disk->click();
+    window->BtnStart->click();
+    Expect(window->isSystemRunning, "the fast session started");
+    Run(3000);
+    Picture(u"fast-session"_qs);
+    window->BtnStart->click();
+    Expect(window->OverrunCount == 0, "the fast session lost nothing");
+    SaveAs(u"Fast"_qs);
+}
+
+void Tour::Replay(const QString& name) {
+    InDialog(window->BtnHistory, [&](QDialog& dialog) {
+        auto& chooser = dynamic_cast<QFileDialog&>(dialog);
+        chooser.selectFile(recordings + u'/' + name + u"/Project.tlp"_qs);
+        Find<QLineEdit>(chooser, u"fileNameEdit"_qs)->setText(recordings + u'/' + name + u"/Project.tlp"_qs);
+        static_cast<QDialog&>(chooser).accept();
+    });
+    Expect(window->bHistoryMode, "the recording was opened");
+    Picture(u"history-opened"_qs);
+    window->ChkPlay->click();
+    Run(2000);
+    Picture(u"history-playing"_qs);
+    window->ChkPlay->click();
+    window->ZelSliderR->SetValue(60.0);
+    window->ChkPlay->click();
+    Run(500);
+    window->ChkPlay->click();
+    Picture(u"history-sought-and-paused"_qs);
+    window->BtnStop->click();
+    window->szTextSaveDrive = "/";
+    window->szTextSaveDir = recordings.toStdString();
+    InDialog(window->BtnHisConvert, [&](QDialog& dialog) {
+        Type(dialog, "txtFolderName", name + u"Text"_qs);
+        pictures.Take(dialog, u"convert"_qs);
+        Press(dialog, "OKButton");
+    });
+    Expect(QFile::exists(recordings + u'/' + name + u"Text/AI.xlt"_qs), "the recording was converted");
+    window->BtnModeSwitch->click();
+    Expect(!window->bHistoryMode, "the window went back to acquisition");
+}
+
+void Tour::Zoom(const char* entry, QPointF from, QPointF to) {
+    ZelGraph& graph = *window->ZelGraph1;
+    Find<QAction>(*window->Menufile, QString::fromLatin1(entry))->trigger();
+    const QPointF start(from.x() * graph.width(), from.y() * graph.height());
+    const QPointF end(to.x() * graph.width(), to.y() * graph.height());
+    SendMouse(graph, QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
+    SendMouse(graph, QEvent::MouseMove, (start + end) / 2, Qt::NoButton, Qt::LeftButton);
+    SendMouse(graph, QEvent::MouseMove, end, Qt::NoButton, Qt::LeftButton);
+    Picture(QString::fromLatin1(entry) + u"-band"_qs);
+    SendMouse(graph, QEvent::MouseButtonRelease, end, Qt::LeftButton, Qt::NoButton);
+    Picture(QString::fromLatin1(entry) + u"-done"_qs);
+}
+
+void Tour::PictureMenu() {
+    ZelGraph& graph = *window->ZelGraph1;
+    SendMouse(graph, QEvent::MouseButtonPress, {240, 120}, Qt::RightButton, Qt::RightButton);
+    Run(50);
+    Picture(u"graph-menu"_qs);
+    window->Menufile->close();
+    SendMouse(graph, QEvent::MouseButtonRelease, {240, 120}, Qt::RightButton, Qt::NoButton);
+}
+
+void Tour::LookAtGraph() {
+    PictureMenu();
+    Zoom("xz", {0.5, 0.3}, {0.7, 0.6});
+    Zoom("xyz", {0.3, 0.2}, {0.6, 0.5});
+    Zoom("xp", {0.5, 0.5}, {0.6, 0.5});
+    InDialog(window->BtnGraphSet, [this](QDialog& dialog) {
+        Find<QListWidget>(dialog, u"lstPlots"_qs)->setCurrentRow(0);
+        pictures.Take(dialog, u"graph-settings"_qs);
+    });
+    PictureSizes();
+    PictureDarkPalette();
+}
+
+void Tour::PictureSizes() {
+    const QSize opened = window->size();
+    const struct {
+        QSize size;
+        const char* name;
+    } sizes[] = {{{763, 483}, "smallest"}, {{1920, 1080}, "wide"}, {{3840, 2160}, "4k"}};
+    for (const auto& [size, name] : sizes) {
+        window->resize(size);
+        Run(100);
+        Picture(QString::fromLatin1(name));
+    }
+    window->resize(opened);
+}
+
+void Tour::PictureDarkPalette() {
+    const QPalette light = QApplication::palette();
+    QPalette dark(QColor(0x35, 0x38, 0x3C), QColor(0x2A, 0x2D, 0x31));
+    dark.setColor(QPalette::Base, QColor(0x1E, 0x20, 0x23));
+    dark.setColor(QPalette::Highlight, QColor(0x2F, 0x6F, 0xB5));
+    QApplication::setPalette(dark);
+    Run(100);
+    Picture(u"dark-palette"_qs);
+    InDialog(window->BtnSet, [this](QDialog& settings) { pictures.Take(settings, u"dark-settings"_qs); });
+    QApplication::setPalette(light);
+}
+
+void Tour::LookAtWindow(const QString& name) {
+    window->ZelButton1->click();
+    window->BtnStart->click();
+    Run(2500);
+    Picture(name);
+    window->BtnStart->click();
+}
+
+} // namespace tracelet

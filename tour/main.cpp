@@ -1,0 +1,39 @@
+// tour FOLDER: drives the window through a day's work and leaves pictures in FOLDER, recordings in
+// FOLDER/recordings. tour FOLDER NAME: only the running main window, as picture NAME.
+
+#include "tour/Tour.h"
+
+#include <QApplication>
+
+#include <cstdio>
+
+int main(int argc, char** argv) {
+    QApplication application(argc, argv);
+    QApplication::setStyle(u"Fusion"_qs);
+    const QStringList arguments = QApplication::arguments();
+    if (arguments.size() < 2) {
+        std::fprintf(stderr, "usage: tour FOLDER [NAME]\n");
+        return 2;
+    }
+    try {
+        const QString folder = arguments.at(1);
+        const QString recordings = folder + u"/recordings"_qs;
+        if (arguments.size() > 2) {
+            tracelet::Tour(folder, recordings).LookAtWindow(arguments.at(2));
+            return 0;
+        }
+        QDir(recordings).removeRecursively(); // of an earlier tour
+        tracelet::Tour tour(folder, recordings);
+        tour.LookAtSettings();
+        tour.RecordPolled();
+        tour.Replay(u"Polled"_qs);
+        tour.RecordFast();
+        tour.LookAtGraph();
+        tour.Replay(u"Fast"_qs);
+        std::printf("%d pictures\n", tour.PictureCount());
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "The tour stopped: %s\n", error.what());
+        return 1;
+    }
+}
