@@ -159,11 +159,8 @@ void frmMain::SoftDIScan() {
     const double time = (surroundings.ticks() - StartTicks) / 1000.0;
     int plot = ZelAI1->ScanChannelCount();
     for (const std::int32_t index : SelectedLines(M1.DIPortMask, nDIPortStart, nDIPortCount)) {
-        const std::int32_t port = index / 8;
-        const std::int32_t line = index % 8;
-        const bool high = (portStates.at(static_cast<std::size_t>(port - nDIPortStart)) >> line & 1) != 0;
         if (plot < ZelGraph1->PlotCount())
-            ZelGraph1->AddPoint(plot++, time, DigitalLevel(port, line, high));
+            ZelGraph1->AddPoint(plot++, time, LineLevel(index, portStates, nDIPortStart));
     }
     if (bDISaveToDisk)
         RecordPorts();

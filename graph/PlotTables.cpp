@@ -72,6 +72,15 @@ double DigitalLevel(std::int32_t port, std::int32_t line, bool high) {
     return (high ? 1.0 : 0.0) + 1.5 * (double{8} * port + line) + 3.0 * port;
 }
 
+double LineLevel(std::int32_t index, std::span<const std::uint8_t> states, std::int32_t portStart) {
+    const std::int32_t port = index / LinesPerPort;
+    const std::int32_t line = index % LinesPerPort;
+    const std::int64_t at = std::int64_t{port} - portStart;
+    if (at < 0 || at >= static_cast<std::int64_t>(states.size()))
+        throw Fault::SubscriptOutOfRange();
+    return DigitalLevel(port, line, (states[static_cast<std::size_t>(at)] >> line & 1) != 0);
+}
+
 AxisRange DigitalAxisRange(std::int32_t portStart, std::int32_t portCount) {
     const double first = 15.0 * portStart;
     return {first - 1.0, first + 30.0 * portCount - 1.0};

@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -59,6 +60,11 @@ void FillDigitalDefaults(const AttributeTables& tables, std::int32_t portCount);
 
 /// Level of a digital line on the digital axis: 1.5 apart within a port, 3 more between ports; `high` adds 1.
 [[nodiscard]] double DigitalLevel(std::int32_t port, std::int32_t line, bool high);
+
+/// Level of line `index` (port × 8 + line) in a scan of ports from `portStart` on. "Subscript out of range"
+/// for a port that `states` does not hold.
+[[nodiscard]] double LineLevel(std::int32_t index, std::span<const std::uint8_t> states,
+                               std::int32_t portStart);
 
 /// Range of the digital axis that shows `portCount` ports from `portStart` on.
 struct AxisRange {

@@ -17,7 +17,6 @@ const QString PlayCaption = u"4"_qs;
 const QString PauseCaption = u";"_qs;
 
 constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
-constexpr std::int32_t LinesPerPort = 8;
 
 // Values of this block for the first plots of the graph.
 template <typename T>
@@ -170,10 +169,7 @@ void frmMain::PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan)
     for (const std::int32_t index : hisLines) {
         if (plot >= ZelGraph1->PlotCount())
             return;
-        const std::int32_t port = index / LinesPerPort;
-        const std::int32_t line = index % LinesPerPort;
-        const bool high = (states[static_cast<std::size_t>(port - nHisDIPortStart)] >> line & 1) != 0;
-        ZelGraph1->AddPoint(plot++, time, DigitalLevel(port, line, high));
+        ZelGraph1->AddPoint(plot++, time, LineLevel(index, states, nHisDIPortStart));
     }
 }
 

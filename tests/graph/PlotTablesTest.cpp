@@ -96,6 +96,17 @@ TEST(LineStyleGlyph, FiveCodesHaveOne) {
     EXPECT_EQ(LineStyleGlyph(-1), "");
 }
 
+TEST(LineLevel, TakesTheLinesBitFromItsPort) {
+    const std::vector<std::uint8_t> states = {0x81, 0x7F}; // ports 2 and 3
+    EXPECT_EQ(LineLevel(16, states, 2), 31.0);
+    EXPECT_EQ(LineLevel(17, states, 2), 31.5);
+    EXPECT_EQ(LineLevel(23, states, 2), 41.5);
+    EXPECT_EQ(LineLevel(24, states, 2), 46.0);
+    EXPECT_EQ(LineLevel(31, states, 2), 55.5);
+    for (const std::int32_t outside : {0, 15, 32, 2147483647})
+        EXPECT_THROW((void)LineLevel(outside, states, 2), RunTimeError) << outside;
+}
+
 TEST(DigitalLevel, LinesAndPortsAreSetApart) {
     EXPECT_EQ(DigitalLevel(0, 0, false), 0.0);
     EXPECT_EQ(DigitalLevel(0, 0, true), 1.0);
