@@ -322,8 +322,9 @@ TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
             Accept(dialog, u"texts"_qs);
         });
         user.stop();
-        if (elapsed.elapsed() <= 500)
+        if (elapsed.elapsed() <= 500) {
             EXPECT_THAT(values, IsEmpty());
+        }
     }
     EXPECT_GT(values.size(), 1U);
     EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
