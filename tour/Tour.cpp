@@ -92,7 +92,9 @@ void Tour::InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>
 }
 
 void Tour::ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines) {
-    Find<QComboBox>(settings, u"ComboDIPort"_qs)->setCurrentIndex(port);
+    auto* ports = Find<QComboBox>(settings, u"ComboDIPort"_qs);
+    ports->setCurrentIndex(port);
+    emit ports->activated(port);
     for (const int line : lines)
         Find<QCheckBox>(settings, u"CheckDIChannel_%1"_qs.arg(line))->click();
 }
