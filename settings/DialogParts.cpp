@@ -2,12 +2,25 @@
 
 #include "base/Convert.h"
 
+#include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QStyle>
 
 namespace tracelet {
+
+QGridLayout* FrameGrid(QWidget* frame, const QString& widestCaption) {
+    constexpr int Gap = 10;
+    auto* grid = new QGridLayout(frame);
+    grid->setHorizontalSpacing(Gap);
+    grid->setVerticalSpacing(QApplication::style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    grid->setColumnMinimumWidth(CaptionColumn,
+                                QFontMetrics(QApplication::font()).horizontalAdvance(widestCaption));
+    grid->setColumnStretch(FieldColumn, 1);
+    return grid;
+}
 
 QLabel* AddRow(QGridLayout* grid, const QString& labelName, const QString& caption, QWidget* field) {
     const int row = grid->rowCount();

@@ -21,6 +21,10 @@ namespace tracelet {
 /// Columns of the grid inside a frame: caption, field, unit.
 enum FrameColumn { CaptionColumn, FieldColumn, UnitColumn };
 
+/// The grid inside a frame (or of a layout of its own, when `frame` is null) whose captions take the room
+/// that the widest caption of the dialog needs: fields then stand in one line across frames.
+[[nodiscard]] QGridLayout* FrameGrid(QWidget* frame, const QString& widestCaption);
+
 /// Puts `field` with its caption into the next row of the grid; the caption also names the field to assistive
 /// technology. Returns the caption.
 QLabel* AddRow(QGridLayout* grid, const QString& labelName, const QString& caption, QWidget* field);

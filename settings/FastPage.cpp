@@ -14,6 +14,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
+#include <QStyle>
 
 namespace tracelet {
 namespace {
@@ -55,7 +56,7 @@ void frmSetting::BuildFastSetting() {
     chkCylic = Named<QCheckBox>(u"chkCylic"_qs, u"Cyclic"_qs);
     cmbPacerSource = Named<QComboBox>(u"cmbPacerSource"_qs);
 
-    auto* grid = new QGridLayout(NonSoftSetting);
+    auto* grid = FrameGrid(NonSoftSetting, WidestCaption);
     LabelCount = AddRow(grid, u"LabelCount"_qs, u"Data Count"_qs, txtCount);
     LabelSampleRate = AddRow(grid, u"LabelSampleRate"_qs, u"Sample Rate"_qs, txtSampleRate);
     LabelHz = AddUnit(grid, u"LabelHz"_qs, u"Hz"_qs);
@@ -63,18 +64,21 @@ void frmSetting::BuildFastSetting() {
     grid->addWidget(chkCylic, grid->rowCount(), FieldColumn, Qt::AlignLeft);
     LabelPacerSource = AddRow(grid, u"LabelPacerSource"_qs, u"Pacer Source"_qs, cmbPacerSource);
     grid->setRowStretch(grid->rowCount(), 1);
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::BuildTrigger() {
     FrameFAITrigger = Named<QGroupBox>(u"FrameFAITrigger"_qs, u"Trigger Setting"_qs);
     auto* columns = new QHBoxLayout(FrameFAITrigger);
-    auto* lists = new QGridLayout;
-    auto* levels = new QGridLayout;
+    auto* lists = FrameGrid(nullptr, WidestCaption);
+    auto* levels = FrameGrid(nullptr, WidestCaption);
     BuildTriggerLists(lists);
     BuildTriggerLevels(levels);
+    // The halves stand under the two frames above.
+    const QMargins margins = columns->contentsMargins();
+    columns->setSpacing(0);
     columns->addLayout(lists, 1);
-    columns->addSpacing(2 * columns->spacing());
+    columns->addSpacing(margins.left() + margins.right() +
+                        style()->pixelMetric(QStyle::PM_LayoutHorizontalSpacing));
     columns->addLayout(levels, 1);
 }
 
@@ -85,7 +89,6 @@ void frmSetting::BuildTriggerLists(QGridLayout* grid) {
     LabelTriggerMode = AddRow(grid, u"LabelTriggerMode"_qs, u"Trigger Mode"_qs, cmbTriggerMode);
     LabelTriggerEdge = AddRow(grid, u"LabelTriggerEdge"_qs, u"Trigger Edge"_qs, cmbTriggerEdge);
     LabelTriggerSource = AddRow(grid, u"LabelTriggerSource"_qs, u"Trigger Source"_qs, cmbTriggerSource);
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::BuildTriggerLevels(QGridLayout* grid) {
@@ -99,7 +102,6 @@ void frmSetting::BuildTriggerLevels(QGridLayout* grid) {
     LabelAfterTimeUnit = AddUnit(grid, u"LabelAfterTimeUnit"_qs, u"ms"_qs);
     LabelBeforeTime = AddRow(grid, u"LabelBeforeTime"_qs, u"BeforeTime"_qs, txtTriggerAfterTimeinAboveMode);
     LabelBeforeTimeUnit = AddUnit(grid, u"LabelBeforeTimeUnit"_qs, u"ms"_qs);
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::EnableFAISetting(bool enable) {

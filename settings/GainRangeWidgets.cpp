@@ -14,6 +14,11 @@
 #include <QTreeWidget>
 
 namespace tracelet {
+namespace {
+
+const QString WidestCaption = u"ExpChan"_qs;
+
+} // namespace
 
 void dlgGainRange::Build() {
     BuildTable();
@@ -59,10 +64,9 @@ QGroupBox* dlgGainRange::BuildKind() {
     FrameScale = Named<QFrame>("FrameScale");
     ComboScale = Named<QComboBox>("ComboScale");
 
-    auto* scale = new QGridLayout(FrameScale);
+    auto* scale = FrameGrid(FrameScale, WidestCaption);
     scale->setContentsMargins(0, 0, 0, 0);
     LabelScale = AddRow(scale, u"LabelScale"_qs, u"Scale"_qs, ComboScale);
-    scale->setColumnStretch(FieldColumn, 1);
     auto* grid = new QGridLayout(FrameAIorThermo);
     grid->addWidget(OptAI, 0, 0, Qt::AlignLeft);
     grid->addWidget(OptThermo, 0, 1, Qt::AlignLeft);
@@ -74,10 +78,9 @@ QGroupBox* dlgGainRange::BuildThermo() {
     FrameThermo = Named<QGroupBox>("FrameThermo", u"Thermo Setting"_qs);
     ComboTCType = Named<QComboBox>("ComboTCType");
     ComboExpChan = Named<QComboBox>("ComboExpChan");
-    auto* grid = new QGridLayout(FrameThermo);
+    auto* grid = FrameGrid(FrameThermo, WidestCaption);
     LabelTCType = AddRow(grid, u"LabelTCType"_qs, u"TC Type"_qs, ComboTCType);
     LabelExpChan = AddRow(grid, u"LabelExpChan"_qs, u"ExpChan"_qs, ComboExpChan);
-    grid->setColumnStretch(FieldColumn, 1);
     return FrameThermo;
 }
 

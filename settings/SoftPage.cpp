@@ -30,10 +30,11 @@ QWidget* frmSetting::BuildSoftPage() {
     txtAITimeInterval = NumberBox(u"txtAITimeInterval"_qs, u"100"_qs);
     cmdDIOK = Named<QPushButton>(u"cmdDIOK"_qs, u"OK"_qs);
 
-    auto* interval = new QGridLayout;
+    const QMargins margins = SoftSetting[1]->layout()->contentsMargins();
+    auto* interval = FrameGrid(nullptr, WidestCaption);
+    interval->setContentsMargins(margins.left(), 0, margins.right(), 0);
     AddRow(interval, u"LabelAITimeInterval"_qs, u"Interval"_qs, txtAITimeInterval);
     AddUnit(interval, u"LabelAITimeIntervalUnit"_qs, u"ms"_qs);
-    interval->setColumnStretch(FieldColumn, 1);
 
     auto* page = new QWidget;
     auto* grid = new QGridLayout(page);
@@ -56,20 +57,18 @@ void frmSetting::BuildDigitalDevice() {
     LabelDIDevName->setMinimumWidth(labAIDeviceName[1]->minimumWidth());
     DISelectDevice = Named<QPushButton>(u"DISelectDevice"_qs, u"Select Device"_qs);
 
-    auto* grid = new QGridLayout(FrameDIDevice);
+    auto* grid = FrameGrid(FrameDIDevice, WidestCaption);
     AddRow(grid, u"LabelDIDevNumCaption"_qs, u"Device Number"_qs, LabelDIDevNum);
     AddRow(grid, u"LabelDIDevNameCaption"_qs, u"Device Name"_qs, LabelDIDevName);
     grid->setRowStretch(grid->rowCount(), 1);
     grid->addWidget(DISelectDevice, grid->rowCount(), FieldColumn);
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::BuildPorts() {
     FrameDIScan = Named<QGroupBox>(u"FrameDIScan"_qs, u"DI Port Setting"_qs);
     ComboDIPort = Named<QComboBox>(u"ComboDIPort"_qs);
-    auto* grid = new QGridLayout(FrameDIScan);
+    auto* grid = FrameGrid(FrameDIScan, WidestCaption);
     LabelDIPort = AddRow(grid, u"LabelDIPort"_qs, u"Port"_qs, ComboDIPort);
-    grid->setColumnStretch(FieldColumn, 1);
 
     auto* lines = new QGridLayout;
     for (int line = 0; line < Lines; ++line) {
@@ -80,7 +79,7 @@ void frmSetting::BuildPorts() {
         lines->addWidget(LabelDIChannel[line], 0, line, Qt::AlignHCenter);
         lines->addWidget(CheckDIChannel[line], 1, line, Qt::AlignHCenter);
     }
-    grid->addLayout(lines, grid->rowCount(), CaptionColumn, 1, UnitColumn + 1);
+    grid->addLayout(lines, grid->rowCount(), CaptionColumn, 1, UnitColumn);
     grid->setRowStretch(grid->rowCount(), 1);
 }
 

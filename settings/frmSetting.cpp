@@ -35,6 +35,8 @@ QString OnPage(const char* name, int page) {
 
 } // namespace
 
+const QString frmSetting::WidestCaption = u"DataValueRange"_qs;
+
 frmSetting::frmSetting(frmMain& mainWindow)
     : QDialog(&mainWindow), main(mainWindow), ZelAI1(*mainWindow.ZelAI1), ZelDIO1(*mainWindow.ZelDIO1) {
     setObjectName(u"frmSetting"_qs);
@@ -70,12 +72,11 @@ void frmSetting::BuildAnalogDevice(int page, const QString& caption) {
     labAIResolution[page] = FactLabel(OnPage("labAIResolution", page));
     cmdAISelectDevice[page] = Named<QPushButton>(OnPage("cmdAISelectDevice", page), u"Select Device"_qs);
 
-    auto* grid = new QGridLayout(FrameAIDevice[page]);
+    auto* grid = FrameGrid(FrameAIDevice[page], WidestCaption);
     AddRow(grid, OnPage("LabelAIDeviceNumberCaption", page), u"Device Number"_qs, LabelAIDeviceNumber[page]);
     AddRow(grid, OnPage("labAIDeviceNameCaption", page), u"Device Name"_qs, labAIDeviceName[page]);
     AddRow(grid, OnPage("labAIResolutionCaption", page), u"Resolution"_qs, labAIResolution[page]);
     grid->addWidget(cmdAISelectDevice[page], grid->rowCount(), FieldColumn);
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::BuildChannelSetting(int page, const QString& caption) {
@@ -84,14 +85,13 @@ void frmSetting::BuildChannelSetting(int page, const QString& caption) {
     txtAIScanNumber[page] = NumberBox(OnPage("txtAIScanNumber", page), u"1"_qs);
     cmdRange[page] = Named<QPushButton>(OnPage("cmdRange", page), u"Set &Range"_qs);
 
-    auto* grid = new QGridLayout(SoftSetting[page]);
+    auto* grid = FrameGrid(SoftSetting[page], WidestCaption);
     LabelAIScanStart[page] =
         AddRow(grid, OnPage("LabelAIScanStart", page), u"ChanStart"_qs, txtAIScanStart[page]);
     LabelAIScanNumber[page] =
         AddRow(grid, OnPage("LabelAIScanNumber", page), u"ChanCount"_qs, txtAIScanNumber[page]);
     LabelRange[page] = AddRow(grid, OnPage("LabelRange", page), u"DataValueRange"_qs, cmdRange[page]);
     cmdRange[page]->setAccessibleName({}); // its own caption says more
-    grid->setColumnStretch(FieldColumn, 1);
 }
 
 void frmSetting::WatchBoxes() {

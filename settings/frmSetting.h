@@ -35,7 +35,8 @@ class frmSetting : public QDialog {
     Q_OBJECT
 
 public:
-    static constexpr int Lines = 8; ///< of a digital port
+    static constexpr int Lines = 8;     ///< of a digital port
+    static const QString WidestCaption; ///< of a field
 
     explicit frmSetting(frmMain& mainWindow);
 

@@ -146,6 +146,25 @@ TEST_F(Opening, ShowsFastSettings) {
     });
 }
 
+TEST_F(Opening, NumbersDoNotFollowTheLocale) {
+    const QLocale before;
+    QLocale::setDefault(QLocale(QLocale::German, QLocale::Germany));
+    window->nAISampleCnt = 1234567;
+    window->nTimerInterval = 20000;
+    window->ZelAI1->SetSampleRate(2500.5);
+    InSettings([&](frmSetting& dialog) {
+        EXPECT_EQ(dialog.txtCount->text(), u"1,234,567"_qs);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"2500.5"_qs);
+        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"20000"_qs);
+        ShowPage(dialog, 0);
+        Type(dialog.txtSampleRate, "1,250.5");
+        Click(dialog.cmdFAIOK);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+    QLocale::setDefault(before);
+    EXPECT_EQ(window->ZelAI1->SampleRate(), 1250.5);
+}
+
 TEST_F(Opening, CyclicBoxOnlyEverEnablesTheCount) {
     window->bFAICyclic = true;
     InSettings([&](frmSetting& dialog) {
