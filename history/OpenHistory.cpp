@@ -18,9 +18,12 @@
 namespace tracelet {
 namespace {
 
-// The chosen path; empty after a cancel. A name that does not exist may be typed.
-std::string ChosenProject(QWidget* owner) {
+// The chosen path; empty after a cancel. A name that does not exist may be typed. `folder` is a hint where to
+// start; empty, the dialog starts where it was last.
+std::string ChosenProject(QWidget* owner, const std::string& folder) {
     QFileDialog dialog(owner);
+    if (!folder.empty())
+        QuietHandler([&] { dialog.setDirectory(QString::fromStdString(NativePath(folder))); });
     dialog.setObjectName(u"CommonDialog1"_qs);
     dialog.setFileMode(QFileDialog::AnyFile);
     dialog.setNameFilter(u"Tracelet AI data file manager(*.tlp)"_qs);
@@ -52,7 +55,8 @@ void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& p
 
 void frmMain::BtnHistory_Click() {
     Handler(this, u"BtnHistory"_qs, [this] {
-        const std::string path = ChosenProject(this);
+        const std::string lastSaved = szHisProjectFileName.empty() ? szDir : std::string();
+        const std::string path = ChosenProject(this, lastSaved);
         if (FileExists(path))
             OpenRecording(path);
     });

@@ -79,7 +79,10 @@ void frmMain::ZelSliderV_Change(double value) {
     if (!ZelSliderV->Enabled() || !IsPlaybackSpeed(value))
         return;
     dHisPlaySpeed = ScansPerTick(value);
-    ZelHiResTimerCtl1->SetTimerInterval(PlayTimer, TickInterval(value));
+    const std::int32_t interval = TickInterval(value);
+    // Writing it starts the period anew: a drag along the slider would keep the next tick away.
+    if (ZelHiResTimerCtl1->TimerInterval(PlayTimer) != interval)
+        ZelHiResTimerCtl1->SetTimerInterval(PlayTimer, interval);
 }
 
 void frmMain::ZelSliderR_Change(double value) {

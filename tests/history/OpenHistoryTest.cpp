@@ -82,6 +82,26 @@ TEST_F(OpenHistoryTest, DialogOffersProjects) {
     EXPECT_EQ(typed, u"");
 }
 
+TEST_F(OpenHistoryTest, DialogStartsWhereTheLastRecordingWasSaved) {
+    const auto startFolder = [this] {
+        std::string path;
+        OnModalDialog<QFileDialog>([&](QFileDialog& dialog) {
+            path = dialog.directory().path().toStdString();
+            dialog.reject();
+        });
+        Click(window->BtnHistory);
+        return path;
+    };
+    window->szDir = "C:\\elsewhere"; // no folder of this system
+    const std::string usual = startFolder();
+    window->szDir = saved.Path();
+    EXPECT_EQ(startFolder(), saved.Path());
+    EXPECT_NE(usual, saved.Path());
+    OpenSaved(Polled(1));
+    window->szDir = folder.path().toStdString();
+    EXPECT_NE(startFolder(), folder.path().toStdString()); // an opened one is nearer
+}
+
 TEST_F(OpenHistoryTest, NameWithoutExtensionGetsTheDefaultOne) {
     const std::string path = Save(Polled(3));
     OpenProject(path.substr(0, path.size() - 4));
