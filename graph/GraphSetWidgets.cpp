@@ -98,12 +98,14 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
     group.automatic->setChecked(true);
     group.minimum = Named(u"txt%1Min"_qs.arg(axisName), new QLineEdit);
     group.maximum = Named(u"txt%1Max"_qs.arg(axisName), new QLineEdit);
-    group.minimum->setEnabled(false);
-    group.maximum->setEnabled(false);
+    for (QLineEdit* box : {group.minimum, group.maximum}) {
+        box->setEnabled(false);
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u"-0.000000000000000000"_qs));
+    }
     const bool isX = group.axis == XAxis;
 
     auto* layout = new QGridLayout(group.frame);
-    layout->addWidget(group.automatic, 0, 0, 1, 2);
+    layout->addWidget(group.automatic, 0, 0, 1, 2, Qt::AlignLeft);
     layout->addWidget(Caption(isX ? u"Label4"_qs : u"LabelYMin"_qs, u"Min:"_qs, group.minimum), 1, 0);
     layout->addWidget(group.minimum, 1, 1);
     layout->addWidget(Caption(isX ? u"Label5"_qs : u"LabelYMax"_qs, u"Max:"_qs, group.maximum), 2, 0);

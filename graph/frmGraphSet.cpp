@@ -106,7 +106,9 @@ void frmGraphSet::BtnColor_Click() {
 }
 
 void frmGraphSet::PaintColor(std::uint32_t color) {
-    BtnColor->setStyleSheet(u"background-color: %1;"_qs.arg(ResolvedColor(color).name()));
+    BtnColor->setStyleSheet(
+        u"background-color: %1; border: 1px solid palette(mid); border-radius: 2px;"_qs.arg(
+            ResolvedColor(color).name()));
 }
 
 void frmGraphSet::FillRange(const AxisGroup& group, double minimum, double maximum) {

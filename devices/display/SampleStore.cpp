@@ -56,9 +56,6 @@ SampleStore::Point SampleStore::At(int plot, std::int64_t position) const {
 
 void SampleStore::SetLimit(std::int64_t points) {
     limit = std::max<std::int64_t>(points, 0);
-    for (PlotData& plot : plots)
-        Trim(plot, 0);
-    TrimTracks();
 }
 
 std::size_t SampleStore::HeldBytes() const {

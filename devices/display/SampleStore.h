@@ -29,7 +29,8 @@ public:
     /// Point `position` of the held ones, 0 the oldest.
     [[nodiscard]] Point At(int plot, std::int64_t position) const;
 
-    /// Newest points kept a plot, 0: all. Fewer than are held drops the oldest.
+    /// Newest points kept a plot, 0: all. Points beyond it go when the next ones come, so that what is drawn
+    /// can be looked at closely.
     void SetLimit(std::int64_t points);
     [[nodiscard]] std::int64_t Limit() const { return limit; }
 

@@ -93,7 +93,8 @@ public:
     void SetXAxisMax(double seconds) { SetAxisMax(XAxis, seconds); }
     void SetXAxisTitle(const QString& title) { SetAxisTitle(XAxis, title); }
 
-    /// Newest points kept a plot; 0 keeps everything. Memory follows what is held, not this number.
+    /// Newest points kept a plot; 0 keeps everything. Surplus points go when new ones come to their plot: a
+    /// zoom into what was drawn loses nothing. Memory follows what is held, not this number.
     [[nodiscard]] std::int32_t ChartLength() const;
     void SetChartLength(std::int32_t points);
 

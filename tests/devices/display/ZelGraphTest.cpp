@@ -94,7 +94,9 @@ TEST(ZelGraph, ChartLengthKeepsTheNewestPoints) {
         graph.AddPoint(0, i, i);
     EXPECT_EQ(PointsOf(graph, 0), (std::vector<QPointF>{{7, 7}, {8, 8}, {9, 9}}));
     graph.SetChartLength(2);
-    EXPECT_EQ(PointsOf(graph, 0), (std::vector<QPointF>{{8, 8}, {9, 9}}));
+    EXPECT_EQ(graph.PointCount(0), 3); // what is drawn stays until more comes
+    graph.AddPoint(0, 10, 10);
+    EXPECT_EQ(PointsOf(graph, 0), (std::vector<QPointF>{{9, 9}, {10, 10}}));
 }
 
 TEST(ZelGraph, RangeOfEqualReversedOrEndlessEndsIsRefused) {

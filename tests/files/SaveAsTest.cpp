@@ -1,0 +1,196 @@
+#include "tests/support/MainWindowTest.h"
+
+#include "files/Dialog.h"
+#include "files/ProjectInfo.h"
+
+#include <QDir>
+#include <QFile>
+#include <QLineEdit>
+
+namespace tracelet {
+namespace {
+
+using testing::ElementsAre;
+using testing::EndsWith;
+using testing::IsEmpty;
+using testing::UnorderedElementsAre;
+using Box = MessageBoxes::Box;
+
+class SaveAsTest : public MainWindowTest {
+protected:
+    SaveAsTest() {
+        window->szDrive = "/";
+        window->szDir = target.path().toStdString();
+    }
+
+    void Record(int scans) {
+        if (!window->bAIEnabled)
+            TurnOnAI();
+        if (!window->CkAISave2Disk->isChecked())
+            Click(window->CkAISave2Disk);
+        StartPolling();
+        Tick(scans);
+        Click(window->BtnStart);
+    }
+
+    /// Presses Save As, types the name and presses a button of the dialog.
+    void SaveAs(const QString& name, const char* button = "OKButton") {
+        OnModalDialog<Dialog>([&](Dialog& dialog) {
+            dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
+            Click(dialog.findChild<QPushButton*>(QString::fromLatin1(button)));
+        });
+        Click(window->BtnSaveAs);
+    }
+
+    [[nodiscard]] QStringList Saved(const QString& name = {}) const {
+        return QDir(target.filePath(name)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    }
+    [[nodiscard]] std::vector<std::uint8_t> SavedBytes(const QString& file) const {
+        return Bytes(target.filePath(file).toStdString());
+    }
+
+    QTemporaryDir target;
+};
+
+TEST_F(SaveAsTest, CopiesProjectAndDataAndAppendsThePaths) {
+    SelectPorts(0, {0x01});
+    TurnOnAI();
+    TurnOnDI();
+    Click(window->CkDISave2Disk);
+    Record(3);
+    const std::vector<std::uint8_t> work = Bytes(window->szProjectFileName);
+    SaveAs(u"run 1"_qs);
+    EXPECT_THAT(Saved(u"run 1"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"DI.tld"_qs, u"Project.tlp"_qs));
+    EXPECT_EQ(SavedBytes(u"run 1/AI.tld"_qs), Bytes(window->szAIFileName));
+    EXPECT_EQ(SavedBytes(u"run 1/DI.tld"_qs), Bytes(window->szDIFileName));
+    const std::string folderText = target.path().toStdString() + "\\run 1";
+    std::string tail = folderText + "\\AI.tld";
+    tail += '\0';
+    tail += folderText + "\\DI.tld";
+    std::vector<std::uint8_t> expected = work;
+    expected.insert(expected.end(), tail.begin(), tail.end());
+    EXPECT_EQ(SavedBytes(u"run 1/Project.tlp"_qs), expected);
+    EXPECT_EQ(Bytes(window->szProjectFileName), work);
+    EXPECT_FALSE(window->Files.IsOpen(frmMain::ProjectFileNum));
+}
+
+TEST_F(SaveAsTest, AnalogAloneStillNamesTheDigitalPath) {
+    Record(1);
+    SaveAs(u"a"_qs);
+    EXPECT_THAT(Saved(u"a"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
+    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString());
+    EXPECT_THAT(info.DIDataPath, EndsWith("\\a\\DI.tld"));
+}
+
+TEST_F(SaveAsTest, CancelAndEmptyNameCreateNothing) {
+    Record(1);
+    SaveAs(u"x"_qs, "BtnCancel");
+    SaveAs({});
+    EXPECT_THAT(Saved(), IsEmpty());
+    EXPECT_EQ(window->szNewFolder, "");
+    EXPECT_TRUE(window->Files.IsOpen(frmMain::ProjectFileNum));
+}
+
+TEST_F(SaveAsTest, ExistingFolderIsOverwrittenAndStaleDataStay) {
+    ASSERT_TRUE(QDir(target.path()).mkdir(u"a"_qs));
+    QFile stale(target.filePath(u"a/DI.tld"_qs));
+    ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
+    stale.write("old");
+    stale.close();
+    QFile longer(target.filePath(u"a/Project.tlp"_qs));
+    ASSERT_TRUE(longer.open(QIODevice::WriteOnly));
+    longer.write(QByteArray(5000, 'x'));
+    longer.close();
+    Record(2);
+    SaveAs(u"a"_qs);
+    EXPECT_EQ(SavedBytes(u"a/DI.tld"_qs).size(), 3U);
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_qs).size(), 8U);
+    EXPECT_LT(SavedBytes(u"a/Project.tlp"_qs).size(), 5000U);
+}
+
+TEST_F(SaveAsTest, EachCopyHasOnePairOfPaths) {
+    Record(2);
+    SaveAs(u"a"_qs);
+    SaveAs(u"a"_qs);
+    SaveAs(u"b"_qs);
+    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_qs).size(), SavedBytes(u"b/Project.tlp"_qs).size());
+    EXPECT_THAT(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).AIDataPath,
+                EndsWith("\\a\\AI.tld"));
+}
+
+TEST_F(SaveAsTest, NextStartReopensTheProject) {
+    Record(2);
+    SaveAs(u"a"_qs);
+    Record(4);
+    EXPECT_EQ(ReadProjectFile(window->szProjectFileName).ScanCount, 4);
+    SaveAs(u"b"_qs);
+    EXPECT_EQ(SavedBytes(u"b/AI.tld"_qs).size(), 16U);
+}
+
+TEST_F(SaveAsTest, FastDataReplaceThePolledCopy) {
+    Record(2);
+    window->FAIWritten = true; // both kinds in one session cannot come from the window
+    SaveAs(u"a"_qs);
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_qs), Bytes(window->szFAIFileName));
+}
+
+TEST_F(SaveAsTest, FastRecordingIsSavedAsAnalogData) {
+    window->M1.SoftMode = false;
+    AnalogBoardInUse().SetPaced(false);
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    Click(window->BtnStart);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
+    SaveAs(u"fast"_qs);
+    EXPECT_EQ(SavedBytes(u"fast/AI.tld"_qs).size(), 4096U * 4U);
+}
+
+TEST_F(SaveAsTest, FolderWhoseParentIsMissingIsToldAndNothingIsMade) {
+    Record(1);
+    SaveAs(u"none/run"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
+    EXPECT_THAT(Saved(), IsEmpty());
+    SaveAs(u"good"_qs);
+    EXPECT_THAT(Saved(u"good"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
+}
+
+TEST_F(SaveAsTest, NameMayGoThroughFoldersThatExist) {
+    ASSERT_TRUE(QDir(target.path()).mkdir(u"day"_qs));
+    Record(1);
+    SaveAs(u"day/run"_qs);
+    EXPECT_THAT(Saved(u"day/run"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
+    SaveAs(u"day/.."_qs);
+    EXPECT_THAT(Saved(), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs, u"day"_qs));
+}
+
+TEST_F(SaveAsTest, TargetThatIsAFileIsTold) {
+    QFile file(target.filePath(u"taken"_qs));
+    ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+    file.close();
+    Record(1);
+    SaveAs(u"taken"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
+}
+
+TEST_F(SaveAsTest, FileSystemThatCannotBeWrittenIsTold) {
+    window->szDir = "/proc";
+    Record(1);
+    SaveAs(u"run"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(testing::Field(&Box::title, "BtnSaveAs")));
+}
+
+TEST_F(SaveAsTest, DialogReopensWhereTheUserLeftIt) {
+    Record(1);
+    SaveAs(u"a"_qs);
+    EXPECT_EQ(window->szDir, target.path().toStdString());
+    EXPECT_EQ(window->szNewFolder, "a");
+    OnModalDialog<Dialog>([&](Dialog& dialog) {
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->text(), QString());
+        dialog.reject();
+    });
+    Click(window->BtnSaveAs);
+    EXPECT_EQ(window->szNewFolder, "");
+}
+
+} // namespace
+} // namespace tracelet
