@@ -79,8 +79,8 @@ void frmMain::ConnectWidgets() {
     on(BtnGraphSet, &frmMain::BtnGraphSet_Click);
     on(BtnClearGraph, &frmMain::BtnClearGraph_Click);
     on(ChkPlay, &frmMain::ChkPlay_Click);
-    on(CkAISave2Disk, &frmMain::CkAISave2Disk_Click);
-    on(CkDISave2Disk, &frmMain::CkDISave2Disk_Click);
+    connect(CkAISave2Disk, &QCheckBox::toggled, this, &frmMain::CkAISave2Disk_Click);
+    connect(CkDISave2Disk, &QCheckBox::toggled, this, &frmMain::CkDISave2Disk_Click);
     connect(ZelButton1, &ZelButton::ValueChanged, this,
             [this] { QuietHandler([&] { ZelButton1_Change(); }); });
     connect(ZelButton2, &ZelButton::ValueChanged, this,

@@ -118,8 +118,8 @@ void frmGraphSet::ConnectWidgets() {
     connect(CmbLineStyle, &QComboBox::activated, this,
             [this] { QuietHandler([&] { CmbLineStyle_Click(); }); });
     connect(BtnColor, &QPushButton::clicked, this, [this] { QuietHandler([&] { BtnColor_Click(); }); });
-    connect(x.automatic, &QCheckBox::clicked, this, [this] { ChkXAutoS_Click(); });
-    connect(y.automatic, &QCheckBox::clicked, this, [this] { ChkYAutoS_Click(); });
+    connect(x.automatic, &QCheckBox::toggled, this, [this] { ChkXAutoS_Click(); });
+    connect(y.automatic, &QCheckBox::toggled, this, [this] { ChkYAutoS_Click(); });
     connect(BtnApply, &QPushButton::clicked, this, [this] { BtnApply_Click(); });
     connect(BtnCancel, &QPushButton::clicked, this, &QDialog::reject);
     for (AxisGroup* group : {&x, &y}) {

@@ -2,12 +2,17 @@
 
 #include "base/Convert.h"
 
+#include <QAbstractButton>
 #include <QApplication>
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QSignalBlocker>
 #include <QStyle>
+
+#include <memory>
+#include <utility>
 
 namespace tracelet {
 
@@ -62,9 +67,32 @@ double DoubleIn(const QLineEdit* box) {
 }
 
 void Refill(QComboBox* list, const QStringList& items) {
+    const QSignalBlocker quiet(list);
     list->clear();
     list->addItems(items);
     list->setCurrentIndex(-1);
+}
+
+void Show(QComboBox* list, int position) {
+    const QSignalBlocker quiet(list);
+    list->setCurrentIndex(position);
+}
+
+void Show(QAbstractButton* button, bool checked) {
+    const QSignalBlocker quiet(button);
+    button->setChecked(checked);
+}
+
+void OnChosen(QComboBox* list, const std::function<void()>& handler) {
+    const auto ran = std::make_shared<bool>(false);
+    QObject::connect(list, &QComboBox::currentIndexChanged, list, [ran, handler] {
+        *ran = true;
+        handler();
+    });
+    QObject::connect(list, &QComboBox::activated, list, [ran, handler] {
+        if (!std::exchange(*ran, false)) // the item that was selected already
+            handler();
+    });
 }
 
 void EnableAll(std::initializer_list<QWidget*> widgets, bool enable) {

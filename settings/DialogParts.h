@@ -6,8 +6,10 @@
 #include <QStringList>
 
 #include <cstdint>
+#include <functional>
 #include <initializer_list>
 
+class QAbstractButton;
 class QComboBox;
 class QGridLayout;
 class QLabel;
@@ -42,8 +44,15 @@ QLabel* AddUnit(QGridLayout* grid, const QString& labelName, const QString& unit
 [[nodiscard]] std::int32_t LongIn(const QLineEdit* box);
 [[nodiscard]] double DoubleIn(const QLineEdit* box);
 
-/// Replaces the items of a list; nothing is selected.
+/// Replaces the items of a list; nothing is selected, no handler runs.
 void Refill(QComboBox* list, const QStringList& items);
+
+/// Shows a position of a list, or the state of a box or option, without running its handler.
+void Show(QComboBox* list, int position);
+void Show(QAbstractButton* button, bool checked);
+
+/// Runs `handler` once for each choice made in the list, of the item that is selected already too.
+void OnChosen(QComboBox* list, const std::function<void()>& handler);
 
 void EnableAll(std::initializer_list<QWidget*> widgets, bool enable);
 

@@ -122,8 +122,8 @@ void frmSetting::GetFAIProperties() {
     txtCount->setText(QString::fromStdString(GroupedText(main.nAISampleCnt)));
     txtSampleRate->setText(GeneralText(ZelAI1.SampleRate()));
     Refill(cmbDataReturnType, {u"Digital "_qs, u"Analog "_qs});
-    cmbDataReturnType->setCurrentIndex(ZelAI1.DataType() == RawCounts ? 0 : 1);
-    chkCylic->setChecked(main.bFAICyclic);
+    Show(cmbDataReturnType, ZelAI1.DataType() == RawCounts ? 0 : 1);
+    Show(chkCylic, main.bFAICyclic);
     txtCount->setEnabled(!main.bFAICyclic);
     ProbePacer();
     ProbeTrigger();
@@ -142,7 +142,7 @@ void frmSetting::ProbePacer() {
     Refill(cmbPacerSource, {u"Internal"_qs, u"External clock 0"_qs});
     if (ZelAI1.PacerSource() == ExternalPacerProbe)
         ZelAI1.SetPacerSource(ExternalPacer);
-    cmbPacerSource->setCurrentIndex(ZelAI1.PacerSource());
+    Show(cmbPacerSource, ZelAI1.PacerSource());
 }
 
 void frmSetting::ProbeTrigger() {
@@ -157,9 +157,9 @@ void frmSetting::ProbeTrigger() {
     Refill(cmbTriggerMode, {u"None"_qs, u"Post"_qs, u"Delay"_qs, u"About"_qs});
     Refill(cmbTriggerEdge, {u"Rising edge"_qs, u"Falling edge"_qs});
     Refill(cmbTriggerSource, {u"Digital"_qs, u"AI or AI0"_qs, u"AI1"_qs, u"AI2"_qs, u"AI3"_qs});
-    cmbTriggerMode->setCurrentIndex(ZelAI1.TriggerMode());
-    cmbTriggerEdge->setCurrentIndex(ZelAI1.TriggerEdge());
-    cmbTriggerSource->setCurrentIndex(ZelAI1.TriggerSource());
+    Show(cmbTriggerMode, ZelAI1.TriggerMode());
+    Show(cmbTriggerEdge, ZelAI1.TriggerEdge());
+    Show(cmbTriggerSource, ZelAI1.TriggerSource());
     txtTriggerDelayTime->setText(GeneralText(ZelAI1.TriggerDelayTime()));
     txtTriggerAfterTimeinAboveMode->setText(GeneralText(ZelAI1.TriggerAfterTime()));
     txtTriggerVoltage->setText(GeneralText(ZelAI1.TriggerVoltage()));

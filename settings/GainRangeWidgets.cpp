@@ -104,22 +104,28 @@ QGroupBox* dlgGainRange::BuildConnection() {
     return FrameSignalConnection;
 }
 
-// `activated` and `clicked` tell what the user chooses, not what code selects or checks.
+// What code shows by Show is told to no handler.
 void dlgGainRange::ConnectWidgets() {
     const auto quietly = [this](void (dlgGainRange::*handler)()) {
         return [this, handler] { QuietHandler([&] { (this->*handler)(); }); };
     };
+    const auto chosen = [this, quietly](QRadioButton* option, void (dlgGainRange::*handler)()) {
+        connect(option, &QRadioButton::toggled, this, [run = quietly(handler)](bool on) {
+            if (on)
+                run();
+        });
+    };
     connect(lstViewGain, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
         QuietHandler([&] { lstViewGain_ItemClick(lstViewGain->indexOfTopLevelItem(item)); });
     });
-    connect(ComboRange, &QComboBox::activated, this, quietly(&dlgGainRange::ComboRange_Click));
-    connect(ComboTCType, &QComboBox::activated, this, quietly(&dlgGainRange::ComboTCType_Click));
-    connect(ComboScale, &QComboBox::activated, this, quietly(&dlgGainRange::ComboScale_Click));
-    connect(ComboExpChan, &QComboBox::activated, this, quietly(&dlgGainRange::ComboExpChan_Click));
-    connect(OptAI, &QRadioButton::clicked, this, quietly(&dlgGainRange::OptAI_Click));
-    connect(OptThermo, &QRadioButton::clicked, this, quietly(&dlgGainRange::OptThermo_Click));
-    connect(optSingle, &QRadioButton::clicked, this, quietly(&dlgGainRange::optSingle_Click));
-    connect(optDifferent, &QRadioButton::clicked, this, quietly(&dlgGainRange::optDifferent_Click));
+    OnChosen(ComboRange, quietly(&dlgGainRange::ComboRange_Click));
+    OnChosen(ComboTCType, quietly(&dlgGainRange::ComboTCType_Click));
+    OnChosen(ComboScale, quietly(&dlgGainRange::ComboScale_Click));
+    OnChosen(ComboExpChan, quietly(&dlgGainRange::ComboExpChan_Click));
+    chosen(OptAI, &dlgGainRange::OptAI_Click);
+    chosen(OptThermo, &dlgGainRange::OptThermo_Click);
+    chosen(optSingle, &dlgGainRange::optSingle_Click);
+    chosen(optDifferent, &dlgGainRange::optDifferent_Click);
     connect(OKButton, &QPushButton::clicked, this, &dlgGainRange::OKButton_Click);
 }
 

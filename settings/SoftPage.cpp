@@ -107,14 +107,14 @@ void frmSetting::GetDIProperties() {
         EnableDIControls(false);
         return;
     }
-    ComboDIPort->setCurrentIndex(0);
+    Show(ComboDIPort, 0);
     ComboDIPort_Click();
 }
 
 void frmSetting::ComboDIPort_Click() {
     const std::uint8_t mask = main.M1.DIPortMask[ComboDIPort->currentIndex()];
     for (int line = 0; line < Lines; ++line)
-        CheckDIChannel[line]->setChecked((mask & BitOf(line)) > 0);
+        Show(CheckDIChannel[line], (mask & BitOf(line)) > 0);
 }
 
 void frmSetting::CheckDIChannel_Click(int line) {

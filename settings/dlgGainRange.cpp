@@ -159,11 +159,11 @@ void dlgGainRange::RefreshGainTable() {
 }
 
 void dlgGainRange::ShowConnection(std::int32_t code) {
-    (code != SingleEnded ? optDifferent : optSingle)->setChecked(true);
+    Show(code != SingleEnded ? optDifferent : optSingle, true);
 }
 
 void dlgGainRange::ShowKind(std::int32_t channel) {
-    (tables.isThermo[channel] ? OptThermo : OptAI)->setChecked(true);
+    Show(tables.isThermo[channel] ? OptThermo : OptAI, true);
 }
 
 // Shows what is stored for a channel; nothing is chosen by that.
@@ -172,9 +172,9 @@ void dlgGainRange::ShowChannel(std::int32_t channel) {
     ShowKind(channel);
     EnableThermoSetting(thermo);
     EnableRange(!thermo);
-    ComboExpChan->setCurrentIndex(tables.expChan[channel]);
-    ComboTCType->setCurrentIndex(tables.type[channel]);
-    ComboScale->setCurrentIndex(tables.scale[channel]);
+    Show(ComboExpChan, tables.expChan[channel]);
+    Show(ComboTCType, tables.type[channel]);
+    Show(ComboScale, tables.scale[channel]);
     if (!thermo)
         SelectRangeOf(channel);
 }

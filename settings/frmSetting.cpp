@@ -124,14 +124,13 @@ void frmSetting::ConnectWidgets() {
                 [this, page] { cmdAISelectDevice_Click(page); });
         connect(cmdRange[page], &QPushButton::clicked, this, [this, page] { cmdRange_Click(page); });
     }
-    connect(chkCylic, &QCheckBox::clicked, this, &frmSetting::chkCylic_Click);
+    connect(chkCylic, &QCheckBox::toggled, this, &frmSetting::chkCylic_Click);
     connect(cmdFAIOK, &QPushButton::clicked, this, &frmSetting::cmdFAIOK_Click);
     connect(DISelectDevice, &QPushButton::clicked, this, &frmSetting::DISelectDevice_Click);
-    // Only what the user chooses is told by `activated` and `clicked`, not what code selects or checks.
-    connect(ComboDIPort, &QComboBox::activated, this,
-            [this] { QuietHandler([this] { ComboDIPort_Click(); }); });
+    // What code shows by Show is told to no handler.
+    OnChosen(ComboDIPort, [this] { QuietHandler([this] { ComboDIPort_Click(); }); });
     for (int line = 0; line < Lines; ++line)
-        connect(CheckDIChannel[line], &QCheckBox::clicked, this,
+        connect(CheckDIChannel[line], &QCheckBox::toggled, this,
                 [this, line] { QuietHandler([&] { CheckDIChannel_Click(line); }); });
     connect(cmdDIOK, &QPushButton::clicked, this, &frmSetting::cmdDIOK_Click);
 }

@@ -92,9 +92,7 @@ void Tour::InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>
 }
 
 void Tour::ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines) {
-    auto* ports = Find<QComboBox>(settings, u"ComboDIPort"_qs);
-    ports->setCurrentIndex(port);
-    emit ports->activated(port);
+    Find<QComboBox>(settings, u"ComboDIPort"_qs)->setCurrentIndex(port);
     for (const int line : lines)
         Find<QCheckBox>(settings, u"CheckDIChannel_%1"_qs.arg(line))->click();
 }
@@ -125,9 +123,7 @@ void Tour::SetUpThermocouples(QDialog& settings) {
         for (const int channel : {1, 2}) {
             table->setCurrentItem(table->topLevelItem(channel));
             Find<QRadioButton>(ranges, u"OptThermo"_qs)->click();
-            auto* types = Find<QComboBox>(ranges, u"ComboTCType"_qs);
-            types->setCurrentIndex(channel);
-            emit types->activated(channel);
+            Find<QComboBox>(ranges, u"ComboTCType"_qs)->setCurrentIndex(channel);
         }
         pictures.Take(ranges, u"ranges-and-thermocouples"_qs);
         Press(ranges, "OKButton");
