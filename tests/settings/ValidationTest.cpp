@@ -198,8 +198,9 @@ TEST_F(Validation, EnterNeitherChecksNorPressesOK) {
             QLineEdit* box = page == 0 ? dialog.txtCount : dialog.txtAITimeInterval;
             Type(box, "0");
             QTest::keyClick(box, Qt::Key_Return);
+            ASSERT_TRUE(dialog.isVisible());
             QTest::keyClick(box, Qt::Key_Enter);
-            EXPECT_TRUE(dialog.isVisible());
+            ASSERT_TRUE(dialog.isVisible());
             EXPECT_EQ(box->text(), u"0"_qs);
             box->setText(u"5000"_qs);
         }
