@@ -74,6 +74,7 @@ void DevicePicker::BuildList(const QStringList& columns, const std::vector<Row>&
     lstBoards->setAllColumnsShowFocus(true);
     lstBoards->header()->setSectionsMovable(false);
     lstBoards->header()->setStretchLastSection(false);
+    lstBoards->header()->setMinimumSectionSize(fontMetrics().averageCharWidth() * 14);
     lstBoards->header()->setSectionResizeMode(QHeaderView::ResizeToContents);
     lstBoards->header()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
     for (int column = NameColumn + 1; column < lstBoards->columnCount(); ++column)
@@ -92,11 +93,14 @@ void DevicePicker::AddRow(const Row& row) {
     auto* item = new QTreeWidgetItem(lstBoards, row.texts);
     for (int column = NameColumn + 1; column < lstBoards->columnCount(); ++column)
         item->setTextAlignment(column, Qt::AlignRight | Qt::AlignVCenter);
-    if (row.reason.isEmpty())
-        return;
-    item->setText(NameColumn, item->text(NameColumn) + QStringLiteral(": ") + row.reason);
-    item->setToolTip(NameColumn, row.reason);
-    item->setDisabled(true);
+    if (!row.reason.isEmpty()) {
+        item->setText(NameColumn, item->text(NameColumn) + QStringLiteral(": ") + row.reason);
+        item->setToolTip(NameColumn, row.reason);
+        item->setDisabled(true);
+    }
+    const QFontMetrics metrics = fontMetrics();
+    item->setSizeHint(NameColumn,
+                      {metrics.horizontalAdvance(item->text(NameColumn)) + 12, metrics.height() + 8});
 }
 
 void DevicePicker::BuildButtons() {
@@ -119,7 +123,8 @@ void DevicePicker::FitToList() {
     const QAbstractItemView& list = *lstBoards;
     int width = NameMargin;
     for (int column = 0; column < lstBoards->columnCount(); ++column)
-        width += std::max(list.sizeHintForColumn(column), lstBoards->header()->sectionSizeHint(column));
+        width += std::max({list.sizeHintForColumn(column), lstBoards->header()->sectionSizeHint(column),
+                           lstBoards->header()->minimumSectionSize()});
     const int rows = std::clamp(lstBoards->topLevelItemCount(), 4, MostRows);
     const int rowHeight = std::max(list.sizeHintForRow(0), fontMetrics().height());
     const int height = lstBoards->header()->sizeHint().height() + (rows + 1) * rowHeight;
