@@ -1,5 +1,8 @@
 #include "devices/drivers/BoardList.h"
 
+#ifdef TRACELET_COMEDI
+#include "devices/drivers/comedi/ComediBoards.h"
+#endif
 #include "devices/drivers/simulated/SimulatedBoards.h"
 
 #include <algorithm>
@@ -41,6 +44,9 @@ std::int32_t BoardList::DefaultDigital() const {
 BoardList FindBoards() {
     BoardList list;
     // Drivers of real boards append theirs here.
+#ifdef TRACELET_COMEDI
+    FindComediBoards(list);
+#endif
     Append(list, SimulatedBoards());
     return list;
 }
