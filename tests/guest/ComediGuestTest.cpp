@@ -199,6 +199,28 @@ TEST(ComediBoardsInGuest, AnOverrunIsToldAndTheStreamGoesOn) {
     EXPECT_GT(comedi_set_max_buffer_size(beside.get(), 0, static_cast<unsigned int>(largest)), 0);
 }
 
+// The driver makes 8 ms of samples at a time, which are more than this buffer holds.
+TEST(ComediBoardsInGuest, OverrunsReachTheControlAndDoNotEndTheInput) {
+    const ComediHandle beside = OpenBeside("/dev/comedi0");
+    const int largest = comedi_get_max_buffer_size(beside.get(), 0);
+    ASSERT_GT(comedi_set_max_buffer_size(beside.get(), 0, 16384), 0);
+    ZelAI control;
+    control.SetBoards(RealBoards());
+    control.SetDeviceNumber(0);
+    control.SetScanChannelCount(8);
+    control.SetSampleRate(1e9);
+    EXPECT_DOUBLE_EQ(control.SampleRate(), 8e6);
+    int overruns = 0;
+    int failures = 0;
+    QObject::connect(&control, &ZelAI::OnOverrunNotice, [&] { ++overruns; });
+    QObject::connect(&control, &ZelAI::OnInputFailed, [&] { ++failures; });
+    control.StartBufferedAI(8192, true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return overruns >= 3; }, LongestWait));
+    control.StopBufferedAI(0);
+    EXPECT_EQ(failures, 0) << control.ErrorText().toStdString();
+    EXPECT_GT(comedi_set_max_buffer_size(beside.get(), 0, static_cast<unsigned int>(largest)), 0);
+}
+
 TEST(ComediBoardsInGuest, ABoardInUseSaysSo) {
     const auto board = Waveform();
     const auto other = Waveform();
