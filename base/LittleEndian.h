@@ -34,8 +34,9 @@ template <FileNumber T>
 template <FileNumber T>
 void AppendLittleEndian(std::vector<std::byte>& bytes, T value) {
     value = FromOrToLittleEndian(value);
-    const auto* first = reinterpret_cast<const std::byte*>(&value);
-    bytes.insert(bytes.end(), first, first + sizeof(T));
+    const std::size_t end = bytes.size();
+    bytes.resize(end + sizeof(T));
+    std::memcpy(bytes.data() + end, &value, sizeof(T));
 }
 
 /// Reads the number at `offset` bytes; the caller has checked that the bytes are there.

@@ -7,7 +7,14 @@
 
 #include <cstdio>
 
+// The offscreen platform tells of what it lacks at every window; that is no news to who takes the tour.
+static void ShowFaultsOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtCriticalMsg || type == QtFatalMsg)
+        std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
 int main(int argc, char** argv) {
+    qInstallMessageHandler(ShowFaultsOnly);
     QApplication application(argc, argv);
     QApplication::setStyle(u"Fusion"_qs);
     const QStringList arguments = QApplication::arguments();

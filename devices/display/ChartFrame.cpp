@@ -78,7 +78,8 @@ void ChartFrame::ArrangeStrips(QSize size) {
     for (std::size_t i = 0; i < strips.size(); ++i) {
         AxisStrip& strip = strips[i];
         const int step = Px(stripStep);
-        const int width = (WidestLabel(strip) + Px(gap + tickLength) + step - 1) / step * step;
+        const int widest = std::max(WidestLabel(strip), TitleWidth(strip));
+        const int width = (widest + Px(gap + tickLength) + step - 1) / step * step;
         strip.left = i == 0;
         if (strip.left) {
             strip.area = QRect(left, plot.top(), width, plot.height());
@@ -243,8 +244,16 @@ void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
     }
 }
 
+bool ChartFrame::HasTitles() const {
+    return plot.top() >= lineHeight + Px(padding);
+}
+
+int ChartFrame::TitleWidth(const AxisStrip& strip) {
+    return HasTitles() && !strip.title.isEmpty() ? Text(strip.title, ChartColor::title).width() : 0;
+}
+
 void ChartFrame::DrawTitles(QPainter& painter) {
-    if (plot.top() < lineHeight + Px(padding))
+    if (!HasTitles())
         return;
     for (const AxisStrip& strip : strips) {
         if (strip.title.isEmpty())

@@ -87,6 +87,8 @@ private:
     void DrawStrip(QPainter& painter, const AxisStrip& strip);
     void DrawNames(QPainter& painter, const AxisStrip& strip);
     void DrawTitles(QPainter& painter);
+    [[nodiscard]] bool HasTitles() const;
+    [[nodiscard]] int TitleWidth(const AxisStrip& strip);
     void DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn);
     const QImage& Label(std::int64_t number, TickStep step);
     const QImage& Text(const QString& text, QRgb color);

@@ -6,6 +6,8 @@
 
 #include <QFile>
 
+#include <thread>
+
 namespace tracelet {
 namespace {
 
@@ -171,6 +173,26 @@ TEST_F(FastAnalogInputTest, CyclicRunsUntilStopped) {
     ASSERT_THAT(recorded, SizeIs(static_cast<std::size_t>(scans)));
     for (std::size_t i = 0; i < recorded.size(); ++i)
         ASSERT_EQ(recorded[i], Expected(i, 1)) << i;
+}
+
+TEST_F(FastAnalogInputTest, WindowThatHangsLosesNothing) {
+    constexpr int HangSeconds = 1;
+    AnalogBoardInUse().SetPaced(true);
+    UseChannels(16);
+    window->ZelAI1->SetSampleRate(1e6);
+    window->nAISampleCnt = 500000;
+    window->bFAICyclic = true;
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    Click(window->BtnStart);
+    std::this_thread::sleep_for(std::chrono::seconds(HangSeconds));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= HangSeconds * 62500; }, 60000));
+    Click(window->BtnStart);
+    EXPECT_EQ(window->OverrunCount, 0);
+    const std::vector<float> recorded = Recorded();
+    ASSERT_EQ(recorded.size(), static_cast<std::size_t>(window->ScanCount) * 16);
+    for (std::size_t i = 0; i < recorded.size(); i += 997) // every channel in turn
+        ASSERT_EQ(recorded[i], Expected(i, 16)) << i;
 }
 
 TEST_F(FastAnalogInputTest, OnlyTheScannedPlotsShow) {
