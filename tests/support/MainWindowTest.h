@@ -21,7 +21,6 @@
 
 #include <bit>
 #include <fstream>
-#include <iterator>
 #include <memory>
 
 namespace tracelet {
@@ -88,8 +87,11 @@ protected:
     }
 
     [[nodiscard]] static std::vector<std::uint8_t> Bytes(const std::string& path) {
-        std::ifstream file(NativePath(path), std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
+        std::ifstream file(NativePath(path), std::ios::binary | std::ios::ate);
+        std::vector<std::uint8_t> bytes(file ? static_cast<std::size_t>(file.tellg()) : 0);
+        file.seekg(0);
+        file.read(reinterpret_cast<char*>(bytes.data()), static_cast<std::streamsize>(bytes.size()));
+        return bytes;
     }
 
     QTemporaryDir folder;
