@@ -29,8 +29,10 @@ QString ToText(std::int64_t number, TickStep step) {
 } // namespace
 
 void ChartFrame::SetLook(const QFont& newFont, double newScale) {
+    if (newScale == scale && newFont == baseFont)
+        return;
     scale = newScale;
-    font = newFont;
+    font = baseFont = newFont;
     const int logical = std::max(9, QFontInfo(newFont).pixelSize() - 1);
     font.setPixelSize(CLng(logical * scale));
     lineHeight = QFontMetrics(font).height();

@@ -94,8 +94,9 @@ private:
     const QImage& Text(const QString& text, QRgb color);
     [[nodiscard]] QImage Rendered(const QString& text, QRgb color) const;
 
+    QFont baseFont; ///< as it was given
     QFont font;
-    double scale = 1;
+    double scale = 0;
     int lineHeight = 12;
     QRect plot;
     double timeLimit = 0; ///< times up to it have room for their labels

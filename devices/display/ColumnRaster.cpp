@@ -7,8 +7,6 @@ namespace tracelet {
 
 namespace {
 
-constexpr double margin = 64; ///< rows beyond the image that are told apart
-
 std::uint32_t Mixed(std::uint32_t under, std::uint32_t over, unsigned share) {
     // share of `over` in 256ths; red and blue in one go, then green
     const std::uint32_t redBlue =
@@ -38,6 +36,8 @@ RowSpan RowsOf(const Extent& extent, const RowScale& scale, int thickness) {
     return {upper >> 8, (lower >> 8) + thickness - 1, 128 - (upper & 255), (lower & 255) - 128};
 }
 
+constexpr int dimShare = 90; ///< 256ths of the colour that parts left out of a crowded trace keep
+
 class SpanPainter {
 public:
     SpanPainter(const Pixels& image, const Stroke& line) : pixels(image), stroke(line) {}
@@ -65,14 +65,21 @@ public:
         }
     }
 
+    void Dimmed(int x, const RowSpan& rows) const {
+        const int bottom = std::min(rows.bottom, pixels.height - 1);
+        for (int row = std::max(rows.top, 0); row <= bottom; ++row)
+            Tint(x, row, dimShare);
+    }
+
 private:
     [[nodiscard]] std::uint32_t* At(int x, int row) const { return pixels.bits + row * pixels.stride + x; }
 
     void Tint(int x, int row, int share) const {
-        if (share <= 0 || row < 0 || row >= pixels.height)
+        if (row < 0 || row >= pixels.height)
             return;
+        // Half of all shares are 0: a branch on them would be guessed wrong as often.
         std::uint32_t* cell = At(x, row);
-        *cell = Mixed(*cell, stroke.color, static_cast<unsigned>(share));
+        *cell = Mixed(*cell, stroke.color, static_cast<unsigned>(std::max(share, 0)));
     }
 
     const Pixels& pixels;
@@ -90,11 +97,6 @@ std::size_t Phase(std::int64_t column, std::size_t period) {
 RowScale::RowScale(double low, double high, int rows)
     : top(high), perUnit((rows - 1) / (high - low)), rowCount(rows) {}
 
-double RowScale::RowOf(double value) const {
-    const double row = (top - value) * perUnit + 0.5;
-    return std::clamp(row, -margin, rowCount + margin);
-}
-
 std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
     static const std::vector<std::vector<int>> lengths = {
         {}, {9, 5}, {2, 4}, {9, 4, 2, 4}, {9, 4, 2, 4, 2, 4}}; // drawn, left out, drawn, ...
@@ -110,24 +112,39 @@ std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
 }
 
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
-               const RowScale& scale, const Stroke& stroke) {
+               std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke) {
     const SpanPainter painter(pixels, stroke);
     const int flat = 2 * stroke.thickness; // rows of a span that still counts as flat
-    for (const Extent& extent : spans) {
-        const int x = at++;
-        const std::int64_t here = column++;
-        if (extent.Empty())
+    for (std::size_t i = 0; i < spans.size(); ++i) {
+        const int x = at + static_cast<int>(i);
+        const RowSpan rows = RowsOf(spans[i], scale, stroke.thickness);
+        if (rows.bottom < 0 || rows.top >= pixels.height) // of an empty span too
             continue;
-        const RowSpan rows = RowsOf(extent, scale, stroke.thickness);
-        if (rows.bottom < 0 || rows.top >= pixels.height)
-            continue;
-        if (stroke.pattern.empty())
+        if (stroke.pattern.empty()) {
             painter.Solid(x, rows);
-        else if (rows.bottom - rows.top >= flat)
+            continue;
+        }
+        const std::size_t phase = Phase(column + static_cast<std::int64_t>(i), stroke.pattern.size());
+        const bool steep = rows.bottom - rows.top >= flat;
+        if (steep && crowded[i] == 0)
             painter.Steep(x, rows);
-        else if (stroke.pattern[Phase(here, stroke.pattern.size())] != 0)
+        else if (stroke.pattern[phase] != 0)
             painter.Solid(x, rows);
+        else if (steep)
+            painter.Dimmed(x, rows);
     }
+}
+
+void DrawMark(const Pixels& pixels, int x, int from, int to, float value, const RowScale& scale,
+              const Stroke& stroke) {
+    const RowSpan rows = RowsOf({value, value}, scale, stroke.thickness);
+    const int left = std::max(x - stroke.thickness, from);
+    const int right = std::min(x + stroke.thickness, to - 1);
+    const int top = std::max(rows.top - stroke.thickness, 0);
+    const int bottom = std::min(rows.bottom + stroke.thickness, pixels.height - 1);
+    for (int row = top; row <= bottom; ++row)
+        std::fill(pixels.bits + row * pixels.stride + left, pixels.bits + row * pixels.stride + right + 1,
+                  stroke.color);
 }
 
 } // namespace tracelet

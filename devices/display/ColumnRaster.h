@@ -20,8 +20,12 @@ struct Pixels {
 struct RowScale {
     RowScale(double low, double high, int rows);
     /// Distance from the upper edge of row 0; kept near the image.
-    [[nodiscard]] double RowOf(double value) const;
+    [[nodiscard]] double RowOf(double value) const {
+        const double row = (top - value) * perUnit + 0.5;
+        return row < -margin ? -margin : row > rowCount + margin ? rowCount + margin : row;
+    }
 
+    static constexpr double margin = 64; ///< rows beyond the image that are told apart
     double top = 0;
     double perUnit = 1;
     double rowCount = 1;
@@ -30,10 +34,11 @@ struct RowScale {
 /// How a trace is drawn.
 struct Stroke {
     std::uint32_t color = 0xffffffff; ///< 0xffRRGGBB
-    int thickness = 1;                ///< pixels
+    int thickness = 1;                ///< pixels, at most 4
     bool soft = true;                 ///< neighbours of the outermost pixels are tinted
-    /// Dash pattern by pixel, repeated; empty: solid. Flat parts of a trace follow it along the columns,
-    /// steep ones along the rows, with their ends always drawn.
+    /// Dash pattern by pixel, repeated; empty: solid. Flat parts of a trace follow it along the columns.
+    /// Steep parts follow it along the rows, with their ends always drawn; where samples crowd, along the
+    /// columns, and what the pattern leaves out is dimmed instead, so that no peak gets lost.
     std::vector<std::uint8_t> pattern;
 };
 
@@ -41,8 +46,13 @@ struct Stroke {
 /// pixels a unit.
 [[nodiscard]] std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale);
 
-/// Draws one trace: span i of the columns from `column` on into the pixel column `at` + i.
+/// Draws one trace: span i of the columns from `column` on into the pixel column `at` + i. `crowded` tells of
+/// each column whether more samples fall into it than a single line shows.
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
-               const RowScale& scale, const Stroke& stroke);
+               std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke);
+
+/// Draws the mark of a single sample, a square about its pixel; `from` and `to` bound the columns drawn.
+void DrawMark(const Pixels& pixels, int x, int from, int to, float value, const RowScale& scale,
+              const Stroke& stroke);
 
 } // namespace tracelet

@@ -8,30 +8,18 @@ namespace tracelet {
 
 namespace {
 
-double Finite(float value) {
-    constexpr float most = std::numeric_limits<float>::max();
-    return static_cast<double>(std::isnan(value) ? value : std::clamp(value, -most, most));
+constexpr float none = std::numeric_limits<float>::quiet_NaN();
+constexpr std::int64_t crowd = 3;    ///< samples that crowd a column
+constexpr std::size_t lookAhead = 6; ///< columns between fetching samples and using them
+
+void AddSamples(const Envelope& samples, std::int64_t first, std::int64_t end, Extent& extent) {
+    constexpr std::int64_t few = 4;
+    if (end - first > few)
+        extent.Add(samples.Range(first, end));
+    else
+        for (std::int64_t i = first; i < end; ++i)
+            extent.Add(samples[i]);
 }
-
-/// The straight line between two neighbouring samples.
-class Segment {
-public:
-    Segment(double startX, double startY, double endX, double endY)
-        : x(startX), y(startY), lastX(endX), lastY(endY), slope((endY - startY) / (endX - startX)) {}
-
-    [[nodiscard]] float At(double time) const {
-        const double value = time >= lastX ? lastY : y + (time - x) * slope;
-        return static_cast<float>(lastY >= y ? std::clamp(value, y, lastY) : std::clamp(value, lastY, y));
-    }
-    [[nodiscard]] bool Broken() const { return !std::isfinite(slope); }
-
-private:
-    double x;
-    double y;
-    double lastX;
-    double lastY;
-    double slope;
-};
 
 } // namespace
 
@@ -69,13 +57,13 @@ void ColumnSpans::Find(const SampleStore& store, int plot, const ColumnGrid& new
         return;
     const std::int64_t offset = store.TrackOffset(plot);
     Locate(store.Track(plot), first + offset, end + offset, newGrid, newColumn, spans.size());
-    const std::int64_t* next = bounds.data();
-    for (const TimeTrack::Stretch& stretch : stretches) {
+    const Crossing* next = crossings.data() + reach;
+    for (std::size_t i = 0; i < stretches.size(); ++i) {
         if (joint == Joint::Line)
-            JoinLine(store.Samples(plot), offset, stretch, next, spans);
+            JoinLine(store.Samples(plot), offset, next, spans);
         else
-            JoinStep(store.Samples(plot), offset, stretch, next, spans);
-        next += spans.size() + 1;
+            JoinStep(store.Samples(plot), offset, next, spans);
+        next += columnCount + 1 + 2 * reach;
     }
 }
 
@@ -93,54 +81,99 @@ void ColumnSpans::Locate(const TimeTrack& times, std::int64_t first, std::int64_
     columnCount = count;
     times.Stretches(first, end, all);
     stretches.clear();
-    bounds.clear();
-    const double left = grid.Edge(column);
-    const double right = grid.Edge(column + static_cast<std::int64_t>(count));
+    crossings.clear();
+    crowded.assign(count, 0);
+    apartDistance = 0;
+    // Some columns more on either side, for the marks of samples there.
+    const std::int64_t leftmost = column - reach;
+    const auto edges = static_cast<std::int64_t>(count) + 1 + 2 * reach;
+    const double left = grid.Edge(leftmost);
+    const double right = grid.Edge(leftmost + edges - 1);
     for (const TimeTrack::Stretch& stretch : all) {
         if (times.X(stretch.first) > right || times.X(stretch.end - 1) < left)
             continue;
         stretches.push_back(stretch);
-        std::int64_t bound = stretch.first;
-        for (std::size_t i = 0; i <= count; ++i) {
-            bound = times.LowerBoundFrom(bound, stretch, grid.Edge(column + static_cast<std::int64_t>(i)));
-            bounds.push_back(bound);
+        std::int64_t hint = stretch.first;
+        for (std::int64_t i = 0; i < edges; ++i) {
+            crossings.push_back(CrossingAt(stretch, hint, grid.Edge(leftmost + i)));
+            hint = crossings.back().behind;
         }
+        const Crossing* at = &crossings[crossings.size() - static_cast<std::size_t>(edges - reach)];
+        for (std::size_t i = 0; i < count; ++i)
+            crowded[i] |= at[i + 1].behind - at[i].behind >= crowd ? 1 : 0;
     }
 }
 
-void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const TimeTrack::Stretch& stretch,
-                           const std::int64_t* bound, std::span<Extent> spans) const {
-    Segment segment(0, 0, 1, 0);
-    std::int64_t segmentEnd = -1;
-    for (std::size_t i = 0; i <= spans.size(); ++i) {
-        const std::int64_t here = bound[i];
-        if (i < spans.size() && bound[i + 1] > here)
-            spans[i].Add(samples.Range(here - offset, bound[i + 1] - offset));
-        if (here <= stretch.first || here >= stretch.end)
-            continue;
-        if (here != segmentEnd) {
-            segmentEnd = here;
-            segment = Segment(track->X(here - 1), Finite(samples[here - 1 - offset]), track->X(here),
-                              Finite(samples[here - offset]));
-        }
-        if (segment.Broken())
-            continue;
-        const float value = segment.At(grid.Edge(column + static_cast<std::int64_t>(i)));
-        if (i > 0)
-            spans[i - 1].Add(value);
-        if (i < spans.size())
-            spans[i].Add(value);
+std::span<const ColumnSpans::Apart> ColumnSpans::Separate(double distance) {
+    if (track == nullptr || distance == apartDistance)
+        return apart;
+    apartDistance = distance;
+    apart.clear();
+    const Crossing* next = crossings.data();
+    for (const TimeTrack::Stretch& stretch : stretches) {
+        FindApart(stretch, next);
+        next += columnCount + 1 + 2 * reach;
+    }
+    return apart;
+}
+
+void ColumnSpans::FindApart(const TimeTrack::Stretch& stretch, const Crossing* crossing) {
+    const auto count = static_cast<std::int64_t>(columnCount) + 2 * reach;
+    for (std::int64_t i = 0; i < count; ++i) {
+        const std::int64_t index = crossing[i].behind;
+        const bool alone = crossing[i + 1].behind - index == 1;
+        if (alone && StandsApart(stretch, index))
+            apart.push_back({index, i - reach});
     }
 }
 
-void ColumnSpans::JoinStep(const Envelope& samples, std::int64_t offset, const TimeTrack::Stretch& stretch,
-                           const std::int64_t* bound, std::span<Extent> spans) const {
+bool ColumnSpans::StandsApart(const TimeTrack::Stretch& stretch, std::int64_t index) const {
+    const double least = apartDistance * grid.width;
+    const double x = track->X(index);
+    if (index > stretch.first && x - track->X(index - 1) < least)
+        return false;
+    return index + 1 >= stretch.end || track->X(index + 1) - x >= least;
+}
+
+ColumnSpans::Crossing ColumnSpans::CrossingAt(const TimeTrack::Stretch& stretch, std::int64_t hint,
+                                              double edge) const {
+    Crossing crossing;
+    crossing.behind = track->LowerBoundFrom(hint, stretch, edge);
+    if (crossing.behind > stretch.first && crossing.behind < stretch.end) {
+        const double before = track->X(crossing.behind - 1);
+        crossing.share = (edge - before) / (track->X(crossing.behind) - before);
+    }
+    return crossing;
+}
+
+void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const Crossing* crossing,
+                           std::span<Extent> spans) {
+    // Where the trace crosses an edge between columns it belongs to both.
+    const auto valueAt = [&](const Crossing& edge) {
+        if (!edge.Inside())
+            return none;
+        const auto before = static_cast<double>(samples[edge.behind - 1 - offset]);
+        const auto behind = static_cast<double>(samples[edge.behind - offset]);
+        return static_cast<float>(before + (behind - before) * edge.share);
+    };
+    const std::size_t count = spans.size();
+    float edge = valueAt(crossing[0]);
+    for (std::size_t i = 0; i < count; ++i) {
+        samples.Prefetch(crossing[std::min(i + lookAhead, count)].behind - offset);
+        Extent& span = spans[i];
+        span.Add(edge);
+        edge = valueAt(crossing[i + 1]);
+        span.Add(edge);
+        AddSamples(samples, crossing[i].behind - offset, crossing[i + 1].behind - offset, span);
+    }
+}
+
+void ColumnSpans::JoinStep(const Envelope& samples, std::int64_t offset, const Crossing* crossing,
+                           std::span<Extent> spans) {
     for (std::size_t i = 0; i < spans.size(); ++i) {
-        const std::int64_t here = bound[i];
-        if (bound[i + 1] > here)
-            spans[i].Add(samples.Range(here - offset, bound[i + 1] - offset));
-        if (here > stretch.first && here < stretch.end)
-            spans[i].Add(samples[here - 1 - offset]);
+        if (crossing[i].Inside())
+            spans[i].Add(samples[crossing[i].behind - 1 - offset]);
+        AddSamples(samples, crossing[i].behind - offset, crossing[i + 1].behind - offset, spans[i]);
     }
 }
 

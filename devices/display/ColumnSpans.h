@@ -33,22 +33,47 @@ enum class Joint { Line, Step };
 /// until the next one. Samples that are no numbers, and times that go back, interrupt the trace.
 class ColumnSpans {
 public:
+    static constexpr std::int64_t reach = 4;
+
     /// Fills `spans` for the columns from `column` on. Plots that share their times share most of the work
     /// when they are asked for one after the other.
     void Find(const SampleStore& store, int plot, const ColumnGrid& grid, std::int64_t column, Joint joint,
               std::span<Extent> spans);
+    /// By column of the last Find: whether more samples fall into it than a single line shows.
+    [[nodiscard]] std::span<const std::uint8_t> Crowded() const { return crowded; }
+
+    /// A sample that stands apart from its neighbours.
+    struct Apart {
+        std::int64_t index = 0;  ///< of the track
+        std::int64_t column = 0; ///< counted from the first one of the last Find
+    };
+    /// Samples of the last Find's plot, in its columns and `reach` more on either side, that are at least
+    /// `distance` columns away from both neighbours.
+    [[nodiscard]] std::span<const Apart> Separate(double distance);
+
     /// Tells that samples came or went since the last Find.
     void Forget() { track = nullptr; }
 
 private:
+    /// Where a stretch crosses the edge of a column.
+    struct Crossing {
+        std::int64_t behind = 0; ///< first sample not before the edge
+        double share = -1;       ///< of the way from the sample before it; below 0: there is none on one side
+
+        [[nodiscard]] bool Inside() const { return share >= 0; }
+    };
+    void FindApart(const TimeTrack::Stretch& stretch, const Crossing* crossings);
+    [[nodiscard]] bool StandsApart(const TimeTrack::Stretch& stretch, std::int64_t index) const;
     void Locate(const TimeTrack& times, std::int64_t first, std::int64_t end, const ColumnGrid& newGrid,
                 std::int64_t newColumn, std::size_t count);
-    void JoinLine(const Envelope& samples, std::int64_t offset, const TimeTrack::Stretch& stretch,
-                  const std::int64_t* bounds, std::span<Extent> spans) const;
-    void JoinStep(const Envelope& samples, std::int64_t offset, const TimeTrack::Stretch& stretch,
-                  const std::int64_t* bounds, std::span<Extent> spans) const;
+    [[nodiscard]] Crossing CrossingAt(const TimeTrack::Stretch& stretch, std::int64_t hint,
+                                      double edge) const;
+    static void JoinLine(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
+                         std::span<Extent> spans);
+    static void JoinStep(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
+                         std::span<Extent> spans);
 
-    // What the bounds were found for.
+    // What the crossings were found for.
     const TimeTrack* track = nullptr;
     std::int64_t trackFirst = 0;
     std::int64_t trackEnd = 0;
@@ -58,7 +83,10 @@ private:
 
     std::vector<TimeTrack::Stretch> all;       ///< of the samples asked for
     std::vector<TimeTrack::Stretch> stretches; ///< those that reach into the columns
-    std::vector<std::int64_t> bounds; ///< a stretch after the other: first sample behind each column edge
+    std::vector<std::uint8_t> crowded;
+    std::vector<Apart> apart;
+    double apartDistance = 0;        ///< that `apart` was found for; 0: not yet
+    std::vector<Crossing> crossings; ///< at each edge, a stretch after the other
 };
 
 } // namespace tracelet

@@ -8,41 +8,59 @@ namespace tracelet {
 namespace {
 
 constexpr std::int64_t bucketSize = std::int64_t{1} << Envelope::bucketBits;
+constexpr std::int64_t plainCount = 3 * bucketSize; ///< so few samples are read one by one
 constexpr std::int64_t fan = std::int64_t{1} << Envelope::fanBits;
 
-// Independent lanes let the compiler keep them in one vector register.
-constexpr std::size_t laneCount = 8;
+// Four lanes fill the vector registers that every machine has; two sets of them hide the latency.
+constexpr std::size_t laneCount = 4;
+constexpr std::size_t stride = 2 * laneCount;
 using Lanes [[gnu::vector_size(laneCount * sizeof(float))]] = float;
 
-Extent ExtentOfLanes(const float* values, std::size_t vectors) {
-    const Extent none;
-    Lanes low = Lanes{} + none.low;
-    Lanes high = Lanes{} + none.high;
-    for (std::size_t i = 0; i < vectors; ++i) {
-        Lanes value;
-        std::memcpy(&value, values + i * laneCount, sizeof value);
-        low = value < low ? value : low;
-        high = value > high ? value : high;
-    }
-    Extent extent;
-    for (std::size_t lane = 0; lane < laneCount; ++lane)
-        extent.Add(Extent{low[lane], high[lane]});
-    return extent;
+Lanes Load(const float* values) {
+    Lanes lanes;
+    std::memcpy(&lanes, values, sizeof lanes);
+    return lanes;
+}
+
+// What is no number compares false and leaves the bound as it is.
+Lanes Lower(Lanes value, Lanes bound) {
+    return value < bound ? value : bound;
+}
+Lanes Higher(Lanes value, Lanes bound) {
+    return value > bound ? value : bound;
 }
 
 } // namespace
 
 Extent ExtentOf(std::span<const float> values) {
-    const std::size_t vectors = values.size() / laneCount;
     Extent extent;
-    if (vectors > 0)
-        extent = ExtentOfLanes(values.data(), vectors);
-    for (std::size_t i = vectors * laneCount; i < values.size(); ++i)
-        extent.Add(values[i]);
+    if (values.size() < stride) {
+        for (const float value : values)
+            extent.Add(value);
+        return extent;
+    }
+    Lanes low[2] = {Lanes{} + extent.low, Lanes{} + extent.low};
+    Lanes high[2] = {Lanes{} + extent.high, Lanes{} + extent.high};
+    const auto add = [&](const float* next) {
+        const Lanes one = Load(next);
+        const Lanes two = Load(next + laneCount);
+        low[0] = Lower(one, low[0]);
+        high[0] = Higher(one, high[0]);
+        low[1] = Lower(two, low[1]);
+        high[1] = Higher(two, high[1]);
+    };
+    const float* last = values.data() + values.size() - stride;
+    for (const float* next = values.data(); next < last; next += stride)
+        add(next);
+    add(last); // may take some values twice, which changes nothing
+    low[0] = Lower(low[1], low[0]);
+    high[0] = Higher(high[1], high[0]);
+    for (std::size_t lane = 0; lane < laneCount; ++lane)
+        extent.Add(Extent{low[0][lane], high[0][lane]});
     return extent;
 }
 
-void Envelope::Reserve(std::int64_t count) {
+void Envelope::ReserveAll(std::int64_t count) {
     samples.Reserve(count);
     for (Level& level : levels) {
         count = (count >> fanBits) + 1;
@@ -97,30 +115,42 @@ Extent Envelope::Range(std::int64_t first, std::int64_t end) const {
     end = std::min(end, End());
     const std::int64_t firstBucket = (first + bucketSize - 1) >> bucketBits;
     const std::int64_t endBucket = end >> bucketBits;
-    if (firstBucket >= endBucket) {
+    if (end - first <= plainCount || firstBucket >= endBucket) {
         JoinSamples(first, end, extent);
         return extent;
     }
-    JoinSamples(first, firstBucket << bucketBits, extent);
-    Join(0, firstBucket, endBucket, extent);
-    JoinSamples(endBucket << bucketBits, end, extent);
+    // Whole buckets first: where they already hold what the cut ones could add, those samples are not read.
+    JoinBuckets(0, firstBucket, endBucket, extent);
+    if (!Within(first, extent))
+        JoinSamples(first, firstBucket << bucketBits, extent);
+    if (!Within(end, extent))
+        JoinSamples(endBucket << bucketBits, end, extent);
     return extent;
 }
 
-void Envelope::Join(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {
-    const Level& here = levels[level];
+void Envelope::JoinBuckets(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {
     const std::int64_t firstAbove = (first + fan - 1) >> fanBits;
     const std::int64_t endAbove = end >> fanBits;
     if (level + 1 == levelCount || firstAbove >= endAbove) {
-        for (std::int64_t i = first; i < end; ++i)
-            extent.Add(here[i]);
+        JoinLevel(level, first, end, extent);
         return;
     }
-    for (std::int64_t i = first; i < firstAbove << fanBits; ++i)
-        extent.Add(here[i]);
-    Join(level + 1, firstAbove, endAbove, extent);
-    for (std::int64_t i = endAbove << fanBits; i < end; ++i)
-        extent.Add(here[i]);
+    const Level& above = levels[level + 1];
+    JoinBuckets(level + 1, firstAbove, endAbove, extent);
+    if (!extent.Holds(above[first >> fanBits]))
+        JoinLevel(level, first, firstAbove << fanBits, extent);
+    if (endAbove == above.End() || !extent.Holds(above[endAbove]))
+        JoinLevel(level, endAbove << fanBits, end, extent);
+}
+
+void Envelope::JoinLevel(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {
+    while (first < end) {
+        const Extent* bucket = levels[level].From(first);
+        const std::int64_t count = std::min(end - first, Level::Run(first));
+        for (std::int64_t i = 0; i < count; ++i)
+            extent.Add(bucket[i]);
+        first += count;
+    }
 }
 
 void Envelope::JoinSamples(std::int64_t first, std::int64_t end, Extent& extent) const {

@@ -24,6 +24,7 @@ struct Extent {
         low = other.low < low ? other.low : low;
         high = other.high > high ? other.high : high;
     }
+    [[nodiscard]] bool Holds(const Extent& other) const { return other.low >= low && other.high <= high; }
     bool operator==(const Extent&) const = default;
 };
 
@@ -34,6 +35,9 @@ struct Extent {
 /// closed when full and found by the absolute index of their samples. Appending costs O(1) a sample, the
 /// extent of any range O(log). Holds 4.2 bytes a sample.
 class Envelope {
+    using Samples = ChunkRing<float, 12>;
+    using Level = ChunkRing<Extent, 6>;
+
 public:
     static constexpr int bucketBits = 6;
     static constexpr int fanBits = 4;
@@ -45,7 +49,12 @@ public:
 
     /// Makes sure that `count` further samples fit without allocating; throws std::bad_alloc, the samples
     /// held unchanged.
-    void Reserve(std::int64_t count);
+    void Reserve(std::int64_t count) {
+        const std::int64_t end = samples.End();
+        const bool fits = end % Samples::chunkSize != 0 && end >> bucketBits == (end + count) >> bucketBits;
+        if (!fits)
+            ReserveAll(count);
+    }
     /// Whether Reserve would allocate for the samples themselves.
     [[nodiscard]] bool Grows(std::int64_t count) const { return samples.Grows(count); }
     /// Where the next samples go, `room` of them (at most `wanted`): Reserve, fill, then tell Appended.
@@ -59,15 +68,31 @@ public:
 
     /// Extent of the held samples first <= index < end.
     [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const;
+    /// Fetches the samples around `index` into the processor's cache ahead of their use.
+    [[gnu::always_inline]] void Prefetch(std::int64_t index) const {
+        if (index < First() || index >= End())
+            return;
+        constexpr std::int64_t bucketMask = (std::int64_t{1} << bucketBits) - 1;
+        constexpr std::int64_t line = 16;
+        const float* bucket = samples.From(index & ~bucketMask);
+        for (std::int64_t i = 0; i <= bucketMask; i += line)
+            __builtin_prefetch(bucket + i);
+        if (index >> bucketBits < levels[0].End())
+            __builtin_prefetch(levels[0].From(index >> bucketBits));
+    }
 
     [[nodiscard]] std::size_t HeldBytes() const;
 
 private:
-    using Samples = ChunkRing<float, 12>;
-    using Level = ChunkRing<Extent, 6>;
-
+    /// Whether the samples around `index` are known to lie within `extent`, without reading them.
+    [[nodiscard]] bool Within(std::int64_t index, const Extent& extent) const {
+        const std::int64_t bucket = index >> bucketBits;
+        return bucket < levels[0].End() && extent.Holds(levels[0][bucket]);
+    }
+    void ReserveAll(std::int64_t count);
     void CloseBuckets();
-    void Join(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const;
+    void JoinBuckets(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const;
+    void JoinLevel(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const;
     void JoinSamples(std::int64_t first, std::int64_t end, Extent& extent) const;
 
     Samples samples;

@@ -3,8 +3,19 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <cmath>
 
 namespace tracelet {
+
+namespace {
+
+/// Columns painted in one go: as many as keep their pixels in the processor's cache from trace to trace.
+constexpr std::size_t tileColumns = 96;
+
+/// Samples so many columns apart, times the thickness of lines, are marked.
+constexpr double markDistance = 16;
+
+} // namespace
 
 void PlotPainter::Update(const SampleStore& store, const PlotScene& scene, std::uint64_t revision,
                          std::int64_t firstColumn) {
@@ -54,8 +65,9 @@ void PlotPainter::MarkMoved(std::int64_t firstColumn) {
 }
 
 void PlotPainter::MarkTimes(const ColumnGrid& grid, double from, double to) {
-    // A sample on the edge of a column reaches into both neighbours.
-    Mark(grid.ColumnOf(from) - 1, grid.ColumnOf(to) + 2);
+    // A sample on the edge of a column reaches into both neighbours, its mark further.
+    const std::int64_t margin = 1 + ColumnSpans::reach;
+    Mark(grid.ColumnOf(from) - margin, grid.ColumnOf(to) + margin + 1);
 }
 
 void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) {
@@ -90,9 +102,10 @@ void PlotPainter::PaintMarked(const SampleStore& store, const PlotScene& scene) 
             continue;
         }
         const std::int64_t column = first + static_cast<std::int64_t>(i);
-        const std::size_t untilCut = static_cast<std::size_t>(pixels.width - SlotOf(column));
+        const std::size_t most =
+            std::min(static_cast<std::size_t>(pixels.width - SlotOf(column)), tileColumns);
         std::size_t end = i;
-        while (end < width && end - i < untilCut && marked[end] != 0)
+        while (end < width && end - i < most && marked[end] != 0)
             marked[end++] = 0;
         PaintColumns(store, scene, column, static_cast<int>(end - i));
         i = end;
@@ -107,9 +120,20 @@ void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene,
     for (const PlotScene::Trace& trace : scene.traces) {
         finder.Find(store, trace.plot, scene.grid, column, trace.joint, found);
         const RowScale scale(trace.range.low, trace.range.high, scene.height);
-        DrawSpans(pixels, at, column, found, scale, trace.stroke);
+        DrawSpans(pixels, at, column, found, finder.Crowded(), scale, trace.stroke);
+        if (trace.joint == Joint::Line && store.Count(trace.plot) > 0)
+            DrawMarks(store, trace, at, count);
     }
     paintedColumns += count;
+}
+
+void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int at, int count) {
+    const RowScale scale(trace.range.low, trace.range.high, pixels.height);
+    for (const ColumnSpans::Apart& apart : finder.Separate(markDistance * trace.stroke.thickness)) {
+        const float value = store.Samples(trace.plot)[apart.index - store.TrackOffset(trace.plot)];
+        if (!std::isnan(value))
+            DrawMark(pixels, at + static_cast<int>(apart.column), at, at + count, value, scale, trace.stroke);
+    }
 }
 
 void PlotPainter::PaintGround(const PlotScene& scene, std::int64_t column, int at, int count) {

@@ -27,6 +27,19 @@ float ToFloat(double value) {
     return static_cast<float>(value);
 }
 
+/// Appends every `stride`th of the values.
+template <typename Value>
+void AppendColumn(Envelope& samples, const Value* values, std::int64_t stride, std::int64_t count) {
+    while (count > 0) {
+        std::int64_t room = 0;
+        float* cells = samples.Room(count, room);
+        for (std::int64_t i = 0; i < room; ++i, values += stride)
+            cells[i] = ToFloat(*values);
+        samples.Appended(room);
+        count -= room;
+    }
+}
+
 } // namespace
 
 void SampleStore::AddPlot() {
@@ -79,15 +92,7 @@ void SampleStore::AppendEven(double start, double step, std::int64_t count, std:
     for (PlotData& plot : touched)
         Place(plot, start, step, count);
     for (PlotData& plot : touched) {
-        const Value* next = values++;
-        for (std::int64_t left = count; left > 0;) {
-            std::int64_t room = 0;
-            float* cells = plot.samples.Room(left, room);
-            for (std::int64_t i = 0; i < room; ++i, next += channels)
-                cells[i] = ToFloat(*next);
-            plot.samples.Appended(room);
-            left -= room;
-        }
+        AppendColumn(plot.samples, values++, channels, count);
         Trim(plot, 0);
     }
     Finish(count);

@@ -10,13 +10,6 @@ namespace {
 constexpr double notEven = -1;
 }
 
-double TimeTrack::XIn(const Piece& piece, std::int64_t index) const {
-    const std::int64_t position = index - piece.first;
-    if (piece.step < 0)
-        return times[piece.firstTime + position];
-    return piece.start + static_cast<double>(position) * piece.step;
-}
-
 std::int64_t TimeTrack::PieceNumberOf(std::int64_t index) const {
     std::int64_t low = pieces.First();
     std::int64_t high = pieces.End() - 1;
@@ -30,14 +23,6 @@ std::int64_t TimeTrack::PieceNumberOf(std::int64_t index) const {
             high = middle - 1;
     }
     return low;
-}
-
-const TimeTrack::Piece& TimeTrack::PieceOf(std::int64_t index) const {
-    return pieces[PieceNumberOf(index)];
-}
-
-double TimeTrack::X(std::int64_t index) const {
-    return XIn(PieceOf(index), index);
 }
 
 void TimeTrack::Reserve(std::int64_t count) {

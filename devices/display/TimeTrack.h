@@ -22,7 +22,7 @@ public:
     [[nodiscard]] std::int64_t First() const { return first; }
     [[nodiscard]] std::int64_t End() const { return end; }
     /// Time of the held sample `index`.
-    [[nodiscard]] double X(std::int64_t index) const;
+    [[nodiscard]] double X(std::int64_t index) const { return XIn(PieceOf(index), index); }
 
     /// Makes sure that the next append of at most `count` times does not allocate; throws std::bad_alloc.
     void Reserve(std::int64_t count);
@@ -59,9 +59,17 @@ private:
         bool joins = false; ///< time does not go back against the piece before
     };
 
-    [[nodiscard]] const Piece& PieceOf(std::int64_t index) const;
+    [[nodiscard]] const Piece& PieceOf(std::int64_t index) const {
+        const Piece& last = pieces[pieces.End() - 1];
+        return index >= last.first ? last : pieces[PieceNumberOf(index)];
+    }
     [[nodiscard]] std::int64_t PieceNumberOf(std::int64_t index) const;
-    [[nodiscard]] double XIn(const Piece& piece, std::int64_t index) const;
+    [[nodiscard]] double XIn(const Piece& piece, std::int64_t index) const {
+        const std::int64_t position = index - piece.first;
+        if (piece.step < 0)
+            return times[piece.firstTime + position];
+        return piece.start + static_cast<double>(position) * piece.step;
+    }
     [[nodiscard]] bool Continues(const Piece& piece, double start, double step) const;
     [[nodiscard]] std::int64_t Guess(std::int64_t hint, const Stretch& stretch, double x) const;
     void Begin(double start, double step);

@@ -34,14 +34,18 @@ void ZelGraph::State::FitTime() {
     double low = HUGE_VAL;
     double high = -HUGE_VAL;
     for (int plot = 0; plot < store.PlotCount(); ++plot) {
-        if (store.Count(plot) == 0)
+        if (store.Count(plot) == 0 || !plots[static_cast<std::size_t>(plot)].visible)
             continue;
         low = std::min(low, store.X(plot, store.First(plot)));
         high = std::max(high, store.X(plot, store.End(plot) - 1));
     }
     AxisEnds& ends = axes[XAxis].ends;
-    if (low < high && (low != ends.minimum || high != ends.maximum))
-        ends.SetBoth(low, high);
+    if (!(low < high) || (low == ends.minimum && high == ends.maximum))
+        return;
+    // The last digits of a sum are no reason to draw everything at another scale.
+    const double span = std::abs(high - low - ends.span) <= 1e-9 * ends.span ? ends.span : high - low;
+    ends.SetBoth(low, high);
+    ends.span = span;
 }
 
 void ZelGraph::State::FitValues(int axis) {
@@ -120,7 +124,7 @@ void ZelGraph::State::BuildScene() {
     scene.gridRows = frame.GridRows();
     scene.ground = ChartColor::ground;
     scene.gridColor = ChartColor::grid;
-    const int thickness = std::max(1, CLng(scale));
+    const int thickness = std::clamp(CLng(scale), 1, 4);
     for (std::size_t i = 0; i < plots.size(); ++i) {
         const PlotAttributes& look = plots[i].attributes;
         if (!plots[i].visible)
