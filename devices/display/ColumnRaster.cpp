@@ -143,8 +143,8 @@ void DrawMark(const Pixels& pixels, int x, int from, int to, float value, const 
     const int top = std::max(rows.top - stroke.thickness, 0);
     const int bottom = std::min(rows.bottom + stroke.thickness, pixels.height - 1);
     for (int row = top; row <= bottom; ++row)
-        std::fill(pixels.bits + row * pixels.stride + left, pixels.bits + row * pixels.stride + right + 1,
-                  stroke.color);
+        for (int cell = left; cell <= right; ++cell)
+            pixels.bits[row * pixels.stride + cell] = stroke.color;
 }
 
 } // namespace tracelet
