@@ -85,12 +85,29 @@ void Show(QAbstractButton* button, bool checked) {
 
 void OnChosen(QComboBox* list, const std::function<void()>& handler) {
     const auto ran = std::make_shared<bool>(false);
-    QObject::connect(list, &QComboBox::currentIndexChanged, list, [ran, handler] {
+    QObject::connect(list, &QComboBox::currentIndexChanged, list, [list, ran, handler] {
         *ran = true;
+        // A user's choice is activated right away; one made by code is not, and must not count for the next.
+        QMetaObject::invokeMethod(
+            list, [ran] { *ran = false; }, Qt::QueuedConnection);
         handler();
     });
     QObject::connect(list, &QComboBox::activated, list, [ran, handler] {
         if (!std::exchange(*ran, false)) // the item that was selected already
+            handler();
+    });
+}
+
+void OnChosen(QAbstractButton* option, const std::function<void()>& handler) {
+    const auto ran = std::make_shared<bool>(false);
+    QObject::connect(option, &QAbstractButton::pressed, option, [ran] { *ran = false; });
+    QObject::connect(option, &QAbstractButton::toggled, option, [ran, handler](bool on) {
+        *ran = true;
+        if (on)
+            handler();
+    });
+    QObject::connect(option, &QAbstractButton::clicked, option, [ran, handler] {
+        if (!std::exchange(*ran, false)) // it was selected already
             handler();
     });
 }

@@ -54,6 +54,9 @@ void Show(QAbstractButton* button, bool checked);
 /// Runs `handler` once for each choice made in the list, of the item that is selected already too.
 void OnChosen(QComboBox* list, const std::function<void()>& handler);
 
+/// Runs `handler` once each time the option is chosen, by a click on the selected option too.
+void OnChosen(QAbstractButton* option, const std::function<void()>& handler);
+
 void EnableAll(std::initializer_list<QWidget*> widgets, bool enable);
 
 } // namespace tracelet

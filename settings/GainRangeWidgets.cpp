@@ -109,12 +109,6 @@ void dlgGainRange::ConnectWidgets() {
     const auto quietly = [this](void (dlgGainRange::*handler)()) {
         return [this, handler] { QuietHandler([&] { (this->*handler)(); }); };
     };
-    const auto chosen = [this, quietly](QRadioButton* option, void (dlgGainRange::*handler)()) {
-        connect(option, &QRadioButton::toggled, this, [run = quietly(handler)](bool on) {
-            if (on)
-                run();
-        });
-    };
     connect(lstViewGain, &QTreeWidget::currentItemChanged, this, [this](QTreeWidgetItem* item) {
         QuietHandler([&] { lstViewGain_ItemClick(lstViewGain->indexOfTopLevelItem(item)); });
     });
@@ -122,10 +116,10 @@ void dlgGainRange::ConnectWidgets() {
     OnChosen(ComboTCType, quietly(&dlgGainRange::ComboTCType_Click));
     OnChosen(ComboScale, quietly(&dlgGainRange::ComboScale_Click));
     OnChosen(ComboExpChan, quietly(&dlgGainRange::ComboExpChan_Click));
-    chosen(OptAI, &dlgGainRange::OptAI_Click);
-    chosen(OptThermo, &dlgGainRange::OptThermo_Click);
-    chosen(optSingle, &dlgGainRange::optSingle_Click);
-    chosen(optDifferent, &dlgGainRange::optDifferent_Click);
+    OnChosen(OptAI, quietly(&dlgGainRange::OptAI_Click));
+    OnChosen(OptThermo, quietly(&dlgGainRange::OptThermo_Click));
+    OnChosen(optSingle, quietly(&dlgGainRange::optSingle_Click));
+    OnChosen(optDifferent, quietly(&dlgGainRange::optDifferent_Click));
     connect(OKButton, &QPushButton::clicked, this, &dlgGainRange::OKButton_Click);
 }
 

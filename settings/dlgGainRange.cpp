@@ -12,7 +12,6 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QRadioButton>
-#include <QSignalBlocker>
 #include <QTreeWidget>
 
 namespace tracelet {
@@ -184,7 +183,7 @@ void dlgGainRange::SelectRangeOf(std::int32_t channel) {
     double first = 0.0;
     double second = 0.0;
     ZelAI1.GetChannelRange(code, first, second, channel);
-    ComboRange->setCurrentIndex(ComboRange->findText(QString::fromStdString(RangeText(first, second))));
+    Show(ComboRange, ComboRange->findText(QString::fromStdString(RangeText(first, second))));
 }
 
 void dlgGainRange::lstViewGain_ItemClick(int row) {

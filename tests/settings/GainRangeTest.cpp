@@ -359,6 +359,39 @@ TEST_F(GainRange, ChosenRangeIsWrittenToTheChannel) {
     EXPECT_EQ(AnalogRange(2), "0.000000 5.000000");
 }
 
+TEST_F(GainRange, LookingAtARangeNeverWritesIt) {
+    AnalogBoardInfo info = Described("6601HG", 4);
+    info.ranges = {{0, -10, 10}, {1, 0, 5}, {2, 0, 5.00001}}; // the last two read alike
+    Open(Boards({info}));
+    window->ZelAI1->SetChannelRange(0, 5.00001, 3);
+    InRange([&](dlgGainRange& dialog) {
+        ClickRow(dialog, 3);
+        EXPECT_EQ(dialog.ComboRange->currentIndex(), 1);
+        EXPECT_EQ(AnalogRange(3), "0.000000 5.000010");
+        Click(dialog.OptThermo);
+        ClickRow(dialog, 0);
+        ClickRow(dialog, 3);
+        Click(dialog.OptAI);
+        EXPECT_EQ(dialog.ComboRange->currentIndex(), 1);
+        EXPECT_EQ(AnalogRange(3), "0.000000 5.000010");
+    });
+}
+
+TEST_F(GainRange, ChosenByCodeIsChosenOnce) {
+    OpenFamily("6601HG");
+    InRange([&](dlgGainRange& dialog) {
+        dialog.optDifferent->setChecked(true);
+        dialog.OptThermo->setChecked(true);
+        dialog.ComboTCType->setCurrentIndex(4);
+        EXPECT_THAT(Values(window->M1.AIThermoType), ElementsAre(4, 4, 0, 0, 0));
+        QCoreApplication::processEvents();
+        // A choice of the user that follows is one of its own.
+        window->M1.AIThermoType[1] = 0;
+        Choose(dialog.ComboTCType, 4);
+        EXPECT_THAT(Values(window->M1.AIThermoType), ElementsAre(4, 4, 0, 0, 0));
+    });
+}
+
 // ── Wiring ───────────────────────────────────────────────────────────────────────────────────────────
 
 TEST_F(GainRange, DifferentialSharesWithThePartner) {
@@ -391,6 +424,20 @@ TEST_F(GainRange, DifferentialSharesWithThePartner) {
         }
         EXPECT_EQ(AnalogConnection(1), 0);
     }
+}
+
+TEST_F(GainRange, ChoosingDifferentialAgainSharesAgain) {
+    OpenFamily("6601HG");
+    InRange([&](dlgGainRange& dialog) {
+        ClickRow(dialog, 2);
+        Click(dialog.optDifferent);
+        Click(dialog.OptThermo);
+        Choose(dialog.ComboExpChan, 9); // of this channel alone
+        EXPECT_THAT(Values(window->M1.AIThermoExpChan), ElementsAre(0, 0, 9, 0, 0));
+        Click(dialog.optDifferent);
+        EXPECT_THAT(Values(window->M1.AIThermoExpChan), ElementsAre(0, 0, 9, 9, 0));
+        EXPECT_EQ(Cell(dialog, 3, 5), "9");
+    });
 }
 
 TEST_F(GainRange, SingleEndedLeavesThePartnerItsChoices) {
