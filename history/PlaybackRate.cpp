@@ -28,7 +28,7 @@ std::int32_t ScansPerTick(double speed) {
 std::int32_t TickInterval(double speed) {
     if (speed > SingleScanSpeed)
         return PlaybackTickMs;
-    return std::max(1, CLng(Quotient(MillisecondsASecond, speed)));
+    return CLng(Quotient(MillisecondsASecond, speed));
 }
 
 SpeedRange UserSpeedRange(double ownRate) {

@@ -15,7 +15,7 @@ constexpr std::int32_t PlaybackTickMs = 100;
 /// Scans that a tick plays, 1 or more. "Overflow" for a speed whose tick holds more scans than 32 bits count.
 [[nodiscard]] std::int32_t ScansPerTick(double speed);
 
-/// Milliseconds from tick to tick, 1 or more. "Overflow" for a speed too slow for 32 bits.
+/// Milliseconds from tick to tick, 100 or more. "Overflow" for a speed too slow for 32 bits.
 [[nodiscard]] std::int32_t TickInterval(double speed);
 
 /// Speeds between which the user moves the speed slider.

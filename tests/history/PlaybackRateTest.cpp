@@ -44,10 +44,11 @@ INSTANTIATE_TEST_SUITE_P(UpToTen, PlaybackRates,
                                          Rate{1000.0 / 2147483647.0, 1, 2147483647}));
 
 INSTANTIATE_TEST_SUITE_P(AboveTen, PlaybackRates,
-                         testing::Values(Rate{std::nextafter(10.0, 11.0), 1, 100}, Rate{14.9, 1, 100},
-                                         Rate{15, 2, 100}, Rate{24.9, 2, 100}, Rate{25, 2, 100},
-                                         Rate{25.1, 3, 100}, Rate{35, 4, 100}, Rate{100, 10, 100},
-                                         Rate{1000000, 100000, 100}, Rate{21474836470.0, 2147483647, 100}));
+                         testing::Values(Rate{std::nextafter(10.0, 11.0), 1, 100}, Rate{10.2, 1, 100},
+                                         Rate{14.9, 1, 100}, Rate{15, 2, 100}, Rate{24.9, 2, 100},
+                                         Rate{25, 2, 100}, Rate{25.1, 3, 100}, Rate{35, 4, 100},
+                                         Rate{100, 10, 100}, Rate{1000000, 100000, 100},
+                                         Rate{21474836470.0, 2147483647, 100}));
 
 TEST(PlaybackRate, SpeedsBeyond32BitsOverflow) {
     EXPECT_EQ(FaultOf([] { (void)ScansPerTick(21474836475.0); }), "Overflow");
