@@ -78,7 +78,7 @@ void frmMain::ConnectWidgets() {
     on(BtnHisConvert, &frmMain::BtnHisConvert_Click);
     on(BtnGraphSet, &frmMain::BtnGraphSet_Click);
     on(BtnClearGraph, &frmMain::BtnClearGraph_Click);
-    on(ChkPlay, &frmMain::ChkPlay_Click);
+    connect(ChkPlay, &QCheckBox::toggled, this, [this] { QuietHandler([this] { ChkPlay_Click(); }); });
     connect(CkAISave2Disk, &QCheckBox::toggled, this, &frmMain::CkAISave2Disk_Click);
     connect(CkDISave2Disk, &QCheckBox::toggled, this, &frmMain::CkDISave2Disk_Click);
     connect(ZelButton1, &ZelButton::ValueChanged, this,

@@ -51,6 +51,21 @@ TEST_F(PlaybackTest, PlayStartsTheTimer) {
     EXPECT_EQ(window->ZelSliderR->Value(), 0.0);
 }
 
+TEST_F(PlaybackTest, BoxSetByCodePlaysAndPauses) {
+    OpenSaved(Polled(10));
+    window->ChkPlay->setChecked(true);
+    EXPECT_EQ(Caption(), ";");
+    EXPECT_TRUE(TimerRuns());
+    EXPECT_TRUE(window->isHisPlaying);
+    PlayTicks(2);
+    window->ChkPlay->setChecked(false);
+    EXPECT_EQ(Caption(), "4");
+    EXPECT_FALSE(TimerRuns());
+    EXPECT_TRUE(window->isHisPlayPaused);
+    Click(window->BtnStop);
+    ExpectStopped();
+}
+
 TEST_F(PlaybackTest, TimerPlaysByItself) {
     OpenSaved(Polled(5, 0.005)); // 20 scans a tick
     Click(window->ChkPlay);
@@ -434,6 +449,23 @@ TEST_F(PlaybackTest, SliderIsDraggedWithTheMouse) {
     EXPECT_GT(std::abs(std::log10(window->ZelSliderV->Value() * Slow)), 0.5);
     EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer),
               TickInterval(window->ZelSliderV->Value()));
+}
+
+TEST_F(PlaybackTest, SlidersMoveByTheirPropertyAndByKeys) {
+    OpenSaved(Polled(10));
+    EXPECT_TRUE(window->ZelSliderR->setProperty("Value", 45.0)); // 4.5 scans, half to even
+    EXPECT_EQ(window->HisScanIndex, 4);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 4 * Slow);
+    EXPECT_TRUE(window->ZelSliderR->setProperty("Value", 250.0));
+    EXPECT_EQ(window->ZelSliderR->property("Value").toDouble(), 100.0);
+    EXPECT_EQ(window->HisScanIndex, 10);
+    QTest::keyClick(window->ZelSliderR, Qt::Key_Home);
+    EXPECT_EQ(window->HisScanIndex, 0);
+    QTest::keyClick(window->ZelSliderR, Qt::Key_PageUp);
+    EXPECT_EQ(window->HisScanIndex, 1);
+    EXPECT_TRUE(window->ZelSliderV->setProperty("Value", 35.0));
+    EXPECT_EQ(window->dHisPlaySpeed, 4);
+    EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 100);
 }
 
 TEST_F(PlaybackTest, SlidersThatAreOffAreNotActedOn) {
