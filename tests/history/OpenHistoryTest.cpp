@@ -229,6 +229,52 @@ TEST_F(OpenHistoryTest, SpeedAppliesEvenWhenTheSliderStandsThere) {
     EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 500);
 }
 
+TEST_F(OpenHistoryTest, TimerIsFoundByItsName) {
+    OpenSaved(Polled(3));
+    EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(u"HistoryTimer"_qs));
+}
+
+TEST_F(OpenHistoryTest, TimerThatCodeStartedIsStopped) {
+    const std::string project = Save(Polled(3));
+    OpenProject(project);
+    window->ZelHiResTimerCtl1->SetTimerEnabled(frmMain::PlayTimer, true);
+    OpenProject(project);
+    EXPECT_FALSE(TimerRuns());
+}
+
+TEST_F(OpenHistoryTest, PeriodIsTheUsualOneWhileTheSpeedSliderIsOff) {
+    const std::string project = Save(Polled(3, 0.5));
+    OpenProject(project);
+    window->ZelSliderV->SetEnabled(false);
+    OpenProject(project);
+    EXPECT_EQ(window->ZelHiResTimerCtl1->TimerInterval(frmMain::PlayTimer), 100);
+}
+
+TEST_F(OpenHistoryTest, GraphStartsAtZeroEvenWhenThePositionStandsThere) {
+    window->ZelGraph1->SetNextX(50.0);
+    OpenSaved(Polled(3));
+    EXPECT_EQ(window->ZelGraph1->NextX(), 0.0);
+}
+
+TEST_F(OpenHistoryTest, PlotsAreBuiltBeforeTheDataFilesAndTheAxisAfterThem) {
+    SavedRecording recording = Polled(3);
+    AddDigital(recording, 3);
+    const std::string project = Save(recording);
+    std::filesystem::remove(saved / "Saved/DI.tld");
+    window->dDIVValue = 5.0;
+    int plots = 0;
+    double division = 0.0;
+    boxes.WhenNextOpens([&] {
+        plots = window->ZelGraph1->PlotCount();
+        division = window->dDIVValue;
+    });
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File not found", "ReadHisAIFile"}));
+    EXPECT_EQ(plots, 5);
+    EXPECT_EQ(division, 5.0);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+}
+
 TEST_F(OpenHistoryTest, RecordingStoppedBeforeTheFirstScanFailsByDivision) {
     SavedRecording recording = Polled(0, 0.0);
     window->ZelGraph1->SetXAxisMax(30.0);
@@ -240,6 +286,7 @@ TEST_F(OpenHistoryTest, RecordingStoppedBeforeTheFirstScanFailsByDivision) {
     EXPECT_EQ(window->BtnModeSwitch->text(), u"Acquisition");
     EXPECT_TRUE(window->FrameHis->isEnabled());
     EXPECT_EQ(window->ZelGraph1->PlotCount(), 2);
+    EXPECT_TRUE(window->HisAIFileHandle.IsOpen());
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
     EXPECT_EQ(window->dDIVValue, 1.0);
     EXPECT_FALSE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
