@@ -4,6 +4,7 @@
 #include "tour/Tour.h"
 
 #include <QApplication>
+#include <QProcess>
 
 #include <cstdio>
 
@@ -11,6 +12,18 @@
 static void ShowFaultsOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtCriticalMsg || type == QtFatalMsg)
         std::fprintf(stderr, "%s\n", qPrintable(text));
+}
+
+// A scale factor holds for a whole program, so each is a program of its own.
+static bool PictureScaleFactors(const QString& folder) {
+    bool allWent = true;
+    for (const QString& factor : {u"1.5"_qs, u"2"_qs}) {
+        qputenv("QT_SCALE_FACTOR", factor.toLatin1());
+        const int result = QProcess::execute(QCoreApplication::applicationFilePath(),
+                                             {folder, u"scale-factor-"_qs + factor});
+        allWent = allWent && result == 0;
+    }
+    return allWent;
 }
 
 int main(int argc, char** argv) {
@@ -23,7 +36,7 @@ int main(int argc, char** argv) {
         return 2;
     }
     try {
-        const QString folder = arguments.at(1);
+        const QString folder = QDir(arguments.at(1)).absolutePath(); // folder dialogs change the current one
         const QString recordings = folder + u"/recordings"_qs;
         if (arguments.size() > 2) {
             tracelet::Tour(folder, recordings).LookAtWindow(arguments.at(2));
@@ -38,7 +51,7 @@ int main(int argc, char** argv) {
         tour.LookAtGraph();
         tour.Replay(u"Fast"_qs);
         std::printf("%d pictures\n", tour.PictureCount());
-        return 0;
+        return PictureScaleFactors(folder) ? 0 : 1;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "The tour stopped: %s\n", error.what());
         return 1;
