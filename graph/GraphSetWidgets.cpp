@@ -115,8 +115,9 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
 void frmGraphSet::ConnectWidgets() {
     connect(lstPlots, &QListWidget::itemSelectionChanged, this,
             [this] { QuietHandler([&] { LstPlots_Click(); }); });
-    connect(CmbLineStyle, &QComboBox::activated, this,
-            [this] { QuietHandler([&] { CmbLineStyle_Click(); }); });
+    // The entry that is selected already can be chosen too: a plot's code may have no entry.
+    for (auto chosen : {&QComboBox::currentIndexChanged, &QComboBox::activated})
+        connect(CmbLineStyle, chosen, this, [this] { QuietHandler([&] { CmbLineStyle_Click(); }); });
     connect(BtnColor, &QPushButton::clicked, this, [this] { QuietHandler([&] { BtnColor_Click(); }); });
     connect(x.automatic, &QCheckBox::toggled, this, [this] { ChkXAutoS_Click(); });
     connect(y.automatic, &QCheckBox::toggled, this, [this] { ChkYAutoS_Click(); });

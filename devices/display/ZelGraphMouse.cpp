@@ -156,6 +156,7 @@ void ZelGraph::State::ApplyPan(QPointF by) {
 void ZelGraph::mousePressEvent(QMouseEvent* event) {
     State& s = *state;
     s.Prepare(*this);
+    s.gesture = State::Gesture::None; // a second button ends what the first began
     if (event->button() == Qt::LeftButton && s.mouseMode != MouseNone && !s.plotRect.isEmpty()) {
         s.gesture = s.Zooms() ? State::Gesture::Zoom : State::Gesture::Pan;
         s.pressed = s.pointer = event->position();

@@ -4,10 +4,12 @@
 #include "devices/display/ZelLED.h"
 #include "graph/frmGraphSet.h"
 
+#include <QAbstractItemView>
 #include <QColorDialog>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QTreeWidget>
 
 namespace tracelet {
 namespace {
@@ -55,11 +57,7 @@ protected:
     void Tab() { QTest::keyClick(QApplication::focusWidget(), Qt::Key_Tab); }
     void Ok() { Click(Find<QPushButton>("BtnApply")); }
     void Select(int row) { Find<QListWidget>("lstPlots")->setCurrentRow(row); }
-    void Choose(int style) {
-        auto* list = Find<QComboBox>("CmbLineStyle");
-        list->setCurrentIndex(style);
-        emit list->activated(style);
-    }
+    void Choose(int style) { Find<QComboBox>("CmbLineStyle")->setCurrentIndex(style); }
     void Scan(std::int32_t start, std::int32_t count) {
         window->ZelAI1->SetScanStartChannel(start);
         window->ZelAI1->SetScanChannelCount(count);
@@ -166,6 +164,198 @@ TEST_F(GraphSetTest, StyleCodeWithoutEntryKeepsTheSelection) {
         Ok();
     });
     EXPECT_EQ(window->M1.AIPlotLineStyle[2], 7);
+}
+
+TEST_F(GraphSetTest, EntryThatIsShownAlreadyCanBeChosen) {
+    window->M1.AIPlotLineStyle[1] = 2;
+    window->M1.AIPlotLineStyle[2] = 7;
+    Scan(1, 2);
+    InDialog([&] {
+        Select(0);
+        Select(1);
+        auto* list = Find<QComboBox>("CmbLineStyle");
+        list->showPopup();
+        QTest::keyClick(list->view(), Qt::Key_Return);
+        EXPECT_EQ(list->currentIndex(), 2);
+        Ok();
+    });
+    EXPECT_EQ(window->M1.AIPlotLineStyle[2], 2);
+}
+
+TEST_F(GraphSetTest, KeysChooseStyles) {
+    InDialog([&] {
+        Select(0);
+        QTest::keyClick(Find<QComboBox>("CmbLineStyle"), Qt::Key_Down);
+        QTest::keyClick(Find<QComboBox>("CmbLineStyle"), Qt::Key_Down);
+        Ok();
+    });
+    EXPECT_EQ(window->M1.AIPlotLineStyle[0], 2);
+}
+
+TEST_F(GraphSetTest, ColourButtonShowsThePlotsColour) {
+    Scan(6, 3);
+    const QColor colors[] = {{0xFF, 0x80, 0x00}, {0xFF, 0xFF, 0xFF}, {0xE3, 0xE3, 0xE3}};
+    InDialog([&] {
+        for (int plot = 0; plot < 3; ++plot) {
+            Select(plot);
+            const QImage picture = Find<QPushButton>("BtnColor")->grab().toImage();
+            EXPECT_EQ(picture.pixelColor(picture.rect().center()), colors[plot]) << plot;
+        }
+        OnModalDialog<QColorDialog>([](QColorDialog& chooser) {
+            chooser.setCurrentColor(QColor(1, 2, 3));
+            chooser.accept();
+        });
+        Click(Find<QPushButton>("BtnColor"));
+        const QImage picture = Find<QPushButton>("BtnColor")->grab().toImage();
+        EXPECT_EQ(picture.pixelColor(picture.rect().center()), QColor(1, 2, 3));
+    });
+    EXPECT_EQ(window->M1.AIPlotColor[8], 0x80000016U); // cancelled
+}
+
+TEST_F(GraphSetTest, ColourWithoutAPlotOpensNoChooser) {
+    InDialog([&] {
+        Click(Find<QPushButton>("BtnColor"));
+        EXPECT_EQ(QApplication::activeModalWidget(), dialog);
+    });
+}
+
+TEST_F(GraphSetTest, CoversColoursOfLinesAndOfARecording) {
+    Scan(0, 1);
+    SelectPorts(1, {0x40});
+    const auto paint = [this](int plot, QColor color) {
+        Select(plot);
+        OnModalDialog<QColorDialog>([color](QColorDialog& chooser) {
+            chooser.setCurrentColor(color);
+            chooser.accept();
+        });
+        Click(Find<QPushButton>("BtnColor"));
+    };
+    InDialog([&] {
+        paint(1, QColor(1, 2, 3));
+        Ok();
+    });
+    EXPECT_EQ(window->M1.DIPlotColor[14], 0x030201U);
+    EXPECT_EQ(window->M1.AIPlotColor[0], 0x0000FFU);
+
+    window->bHistoryMode = window->bHisAI = window->bHisDI = true;
+    window->ScanInterval = 0.1;
+    window->nHisAIChanCount = window->nHisDIChanCount = 1;
+    for (auto* table : {&window->M1.HisAIPlotLineStyle, &window->M1.HisDIPlotLineStyle})
+        table->Resize(1);
+    for (auto* table : {&window->M1.HisAIPlotColor, &window->M1.HisDIPlotColor})
+        table->Resize(1);
+    window->M1.HisAIPlotName.Resize(1);
+    window->M1.HisDIPlotName.Resize(1);
+    window->BuildPlots(true, true);
+    InDialog([&] {
+        paint(0, QColor(4, 5, 6));
+        paint(1, QColor(7, 8, 9));
+        Ok();
+    });
+    EXPECT_EQ(window->M1.HisAIPlotColor[0], 0x060504U);
+    EXPECT_EQ(window->M1.HisDIPlotColor[0], 0x090807U);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).color, 0x090807U);
+    EXPECT_EQ(window->M1.DIPlotColor[14], 0x030201U);
+}
+
+TEST_F(GraphSetTest, ClicksOnTheBoxesRefillTheRanges) {
+    InDialog([&] {
+        for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
+            Find<QLineEdit>(box)->setText(u"abc"_qs);
+        Click(Find<QCheckBox>("chkXAutoS"));
+        Click(Find<QCheckBox>("chkYAutoS"));
+        for (int twice = 0; twice < 2; ++twice) {
+            EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
+            EXPECT_EQ(TextOf("txtXMax"), u"10"_qs);
+            EXPECT_EQ(TextOf("txtYMin"), u"-10"_qs);
+            EXPECT_EQ(TextOf("txtYMax"), u"10"_qs);
+            for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
+                Find<QLineEdit>(box)->setText(u"7"_qs);
+            Find<QCheckBox>("chkXAutoS")->setChecked(twice == 1);
+            Find<QCheckBox>("chkYAutoS")->setChecked(twice == 1);
+        }
+        EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
+    });
+}
+
+TEST_F(GraphSetTest, PlayingRecordingLeavesTheAxisGroupAsMade) {
+    window->isHisPlaying = true;
+    window->ZelGraph1->AxisSetRange(XAxis, 20.0, 45.0);
+    InDialog([&] {
+        EXPECT_TRUE(Find<QCheckBox>("chkXAutoS")->isChecked());
+        EXPECT_TRUE(TextOf("txtXMax").isEmpty());
+        Click(Find<QCheckBox>("chkXAutoS"));
+        EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
+        EXPECT_EQ(TextOf("txtXMax"), u"25"_qs);
+        EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
+        Click(Find<QCheckBox>("chkYAutoS"));
+        EXPECT_EQ(TextOf("txtYMin"), u"-10"_qs);
+        EXPECT_TRUE(Find<QLineEdit>("txtYMin")->isEnabled());
+    });
+    window->isHisPlaying = false;
+}
+
+TEST_F(GraphSetTest, AFaultLeavesEarlierStepsInForce) {
+    InDialog([&] {
+        Find<QLineEdit>("txtXMin")->setText(u"1"_qs);
+        Find<QLineEdit>("txtXMax")->setText(u"3"_qs);
+        Find<QLineEdit>("txtYMin")->setText(u"-2"_qs);
+        Find<QLineEdit>("txtYMax")->setText(u"x"_qs);
+        Ok();
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
+    });
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 1.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 3.0);
+    EXPECT_EQ(window->ZelGraph1->AxisMin(VoltageAxis), -2.0);
+    EXPECT_EQ(window->ZelGraph1->AxisMax(VoltageAxis), 10.0);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+}
+
+TEST_F(GraphSetTest, PlotOutsideATableIsAFault) {
+    Scan(0, 2);
+    InDialog([&] {
+        Find<QLineEdit>("txtXMax")->setText(u"20"_qs);
+        Select(0);
+        Choose(1);
+        window->M1.AIPlotLineStyle.Resize(1);
+        Ok();
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
+        EXPECT_TRUE(dialog->isVisible());
+        window->M1.AIPlotLineStyle.Resize(65);
+    });
+    EXPECT_EQ(window->dDIVValue, 2.0);
+}
+
+TEST_F(GraphSetTest, CancelledDialogRebuildsThePlotsToo) {
+    TurnOnAI();
+    InDialog([&] {
+        window->M1.AIPlotName[0] = "Pressure";
+        dialog->close();
+    });
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"Pressure"_qs);
+    EXPECT_EQ(window->ListView1->topLevelItem(0)->text(0), u"Pressure"_qs);
+}
+
+TEST_F(GraphSetTest, OpensWithoutAnyPlot) {
+    Open({});
+    InDialog([&] {
+        EXPECT_EQ(Find<QListWidget>("lstPlots")->count(), 0);
+        Choose(3);
+        Ok();
+        EXPECT_FALSE(dialog->isVisible());
+    });
+    EXPECT_EQ(window->dDIVValue, 1.0);
+}
+
+TEST_F(GraphSetTest, SpanIsNotHeldWithinTheSteps) {
+    InDialog([&] {
+        Type("txtXMax", "5000");
+        Ok();
+    });
+    EXPECT_EQ(window->dDIVValue, 500.0);
+    EXPECT_EQ(window->ZelLED1->Value(), 500.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 5000.0);
 }
 
 TEST_F(GraphSetTest, StyleWithoutAPlotDoesNothing) {
@@ -301,7 +491,8 @@ TEST_F(GraphSetTest, FaultsKeepTheDialogOpenAndWhatWasDone) {
     const struct {
         const char* box;
         const char* text;
-    } cases[] = {{"txtXMin", "abc"}, {"txtXMax", ""}, {"txtXMax", "0"}, {"txtYMin", "x"}, {"txtYMax", "1e999"}};
+    } cases[] = {
+        {"txtXMin", "abc"}, {"txtXMax", ""}, {"txtXMax", "0"}, {"txtYMin", "x"}, {"txtYMax", "1e999"}};
     for (const auto& c : cases) {
         window->ZelGraph1->AxisSetRange(XAxis, 0.0, 10.0);
         InDialog([&] {

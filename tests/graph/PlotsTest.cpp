@@ -81,7 +81,8 @@ TEST_F(PlotsTest, WrapsAtTheLastChannel) {
     window->M1.AIChanIsThermo.Resize(channels + 1);
     window->InitPlotAttributes(true);
     Scan(channels - 2, 2);
-    EXPECT_THAT(PlotNames(), ElementsAre("AI " + std::to_string(channels - 2), "AI " + std::to_string(channels - 1)));
+    EXPECT_THAT(PlotNames(),
+                ElementsAre("AI " + std::to_string(channels - 2), "AI " + std::to_string(channels - 1)));
 }
 
 TEST_F(PlotsTest, RebuildDuringASessionKeepsTheSamples) {
@@ -188,6 +189,81 @@ TEST_F(PlotsTest, ChartLengthStaysWithoutAnalogChannels) {
     window->ZelGraph1->SetChartLength(77);
     window->ZelLED1->Step(true);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 77);
+}
+
+TEST_F(PlotsTest, StepInHistoryModeCountsTheRecordingsScans) {
+    window->bHistoryMode = true;
+    window->ScanInterval = 0.004;
+    window->ZelLED1->Step(false);
+    EXPECT_EQ(window->dDIVValue, 0.2);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 500);
+    window->ScanInterval = 0.0; // an error ends the step
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->dDIVValue, 1.0);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 500);
+    EXPECT_TRUE(window->ZelLED1->Enabled());
+}
+
+TEST_F(PlotsTest, ListOfARecordingIgnoresTheSwitches) {
+    window->bHistoryMode = true;
+    window->nHisAIChanCount = 2;
+    window->nHisDIChanCount = 1;
+    window->M1.HisAIPlotName.Resize(2);
+    window->M1.HisAIPlotColor.Resize(2);
+    window->M1.HisAIPlotLineStyle.Resize(2);
+    window->M1.HisDIPlotName.Resize(1);
+    window->M1.HisDIPlotColor.Resize(1);
+    window->M1.HisDIPlotLineStyle.Resize(1);
+    window->M1.HisAIChanIsThermo.Resize(3);
+    window->M1.HisAIPlotName[0] = "A";
+    window->M1.HisAIPlotName[1] = "B";
+    window->M1.HisDIPlotName[0] = "D";
+    window->M1.HisAIPlotColor[1] = 0x80000016U;
+    window->M1.HisDIPlotLineStyle[0] = 3;
+    window->M1.HisAIChanIsThermo[1] = 1;
+    const struct {
+        bool analog;
+        bool digital;
+        std::vector<std::string> names;
+    } cases[] = {
+        {true, true, {"A", "B", "D"}}, {true, false, {"A", "B"}}, {false, true, {"D"}}, {false, false, {}}};
+    for (const auto& c : cases) {
+        window->bHisAI = c.analog;
+        window->bHisDI = c.digital;
+        window->BuildPlots(true, true);
+        EXPECT_EQ(PlotNames(), c.names);
+        EXPECT_EQ(ListedNames(), c.names);
+    }
+    window->bHisAI = window->bHisDI = true;
+    window->BuildPlots(true, false);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).axis, VoltageAxis);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).color, 0x80000016U);
+    EXPECT_EQ(window->ZelGraph1->Plot(2).axis, DigitalAxis);
+    EXPECT_EQ(window->ListView1->topLevelItem(2)->text(1), u"- . - ."_qs);
+    window->bHistoryMode = false;
+}
+
+TEST_F(PlotsTest, DefaultsCoverTheDeviceAndReadTheWiring) {
+    const std::int32_t channels = window->ZelAI1->MaxChannelCount();
+    window->ZelAI1->SetChannel(4);
+    window->ZelAI1->SetSignalConnection(1);
+    window->M1.AIChanConnection[4] = 0;
+    window->InitPlotAttributes(true);
+    EXPECT_EQ(window->M1.AIPlotName.Count(), channels + 1);
+    EXPECT_EQ(window->M1.AIChanConnection.Count(), channels + 1);
+    EXPECT_EQ(window->M1.AIChanConnection[4], 1);
+    EXPECT_EQ(window->M1.AIChanConnection[6], 0);
+    EXPECT_EQ(window->ZelAI1->Channel(), channels - 1);
+    EXPECT_EQ(window->M1.DIPlotName.Count(), window->ZelDIO1->MaxPortCount() * 8 + 1);
+}
+
+TEST_F(PlotsTest, RemoveOldEmptiesThePlots) {
+    window->ZelGraph1->AddPoint(0, 1.0, 1.0);
+    window->BuildPlots(false, false); // the same plots stay with their samples
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 1);
+    window->BuildPlots(false, true);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 0);
 }
 
 } // namespace
