@@ -1,0 +1,58 @@
+// monkey STEPS SEED...: as many random steps with the main window for each seed. What breaks is told with the
+// deeds that led there. The times of the machine play a part, so a seed repeats a run roughly, not exactly.
+
+#include "tests/monkey/Checks.h"
+#include "tests/monkey/Diary.h"
+#include "tests/monkey/Monkey.h"
+
+#include <QApplication>
+
+#include <cstdio>
+#include <cstdlib>
+
+namespace {
+
+using namespace tracelet;
+
+constexpr int patienceSeconds = 100;
+
+void FailOnWarning(QtMsgType type, const QMessageLogContext&, const QString& text) {
+    if (type == QtDebugMsg || type == QtInfoMsg)
+        return;
+    // The offscreen platform says this of itself; it tells nothing about the window.
+    if (text.contains(u"This plugin does not support") || text.contains(u"propagateSizeHints"))
+        return;
+    Fail(u"toolkit warning: "_qs + text);
+}
+
+void Run(std::uint32_t seed, int steps) {
+    Monkey monkey(seed);
+    for (int step = 0; step < steps; ++step)
+        monkey.Step();
+    monkey.Finish();
+    std::printf("seed %u: %d steps, %d deeds so far, %ld MiB\n", seed, steps, DeedCount(), ResidentMiB());
+    for (const auto& [text, count] : monkey.MessagesMet())
+        std::printf("  %4d times %s\n", count, text.c_str());
+    std::fflush(stdout);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    if (argc < 3) {
+        std::fprintf(stderr, "usage: monkey STEPS SEED...\n");
+        return 2;
+    }
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    QApplication::setStyle(QStringLiteral("Fusion"));
+    qInstallMessageHandler(FailOnWarning);
+    StartWatchdog(patienceSeconds);
+    for (int i = 2; i < argc; ++i) {
+        Note(u"seed %1"_qs.arg(QString::fromLocal8Bit(argv[i])));
+        Run(static_cast<std::uint32_t>(std::strtoul(argv[i], nullptr, 10)), std::atoi(argv[1]));
+    }
+    qInstallMessageHandler(nullptr);
+    return 0;
+}
