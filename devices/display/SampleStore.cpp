@@ -71,6 +71,12 @@ void SampleStore::SetLimit(std::int64_t points) {
     limit = std::max<std::int64_t>(points, 0);
 }
 
+void SampleStore::DropSurplus() {
+    for (PlotData& plot : plots)
+        Trim(plot, 0);
+    TrimTracks();
+}
+
 std::size_t SampleStore::HeldBytes() const {
     std::size_t bytes = 0;
     for (std::size_t i = 0; i < plots.size(); ++i) {

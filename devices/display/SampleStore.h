@@ -33,6 +33,8 @@ public:
     /// can be looked at closely.
     void SetLimit(std::int64_t points);
     [[nodiscard]] std::int64_t Limit() const { return limit; }
+    /// Drops points beyond the limit at once.
+    void DropSurplus();
 
     /// Bytes that the chart may hold; more is out of memory.
     void SetBudget(std::size_t bytes) { budget = bytes; }

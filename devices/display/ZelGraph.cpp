@@ -250,6 +250,7 @@ void ZelGraph::State::MakeRoom() {
         most = std::max(most, store.Count(plot));
     const std::int64_t half = std::max<std::int64_t>(1, most / 2);
     store.SetLimit(chartLength > 0 ? std::min<std::int64_t>(chartLength, half) : half);
+    store.DropSurplus();
 }
 
 template <typename Append>

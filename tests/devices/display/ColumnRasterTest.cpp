@@ -1,0 +1,138 @@
+#include "devices/display/ColumnRaster.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <vector>
+
+namespace tracelet {
+namespace {
+
+constexpr std::uint32_t ground = 0xff000000;
+constexpr std::uint32_t ink = 0xffffffff;
+
+class Canvas {
+public:
+    Canvas(int width, int height)
+        : cells(static_cast<std::size_t>(width * height), ground), pixels{cells.data(), width, width,
+                                                                          height} {}
+
+    /// '#' for the colour, '+' for a tint of it, '.' for the ground, row by row.
+    [[nodiscard]] std::vector<std::string> Rows() const {
+        std::vector<std::string> rows;
+        for (int y = 0; y < pixels.height; ++y) {
+            std::string row;
+            for (int x = 0; x < pixels.width; ++x) {
+                const std::uint32_t cell = cells[static_cast<std::size_t>(y * pixels.width + x)];
+                row += cell == ink ? '#' : cell == ground ? '.' : '+';
+            }
+            rows.push_back(row);
+        }
+        return rows;
+    }
+
+    std::vector<std::uint32_t> cells;
+    Pixels pixels;
+};
+
+Stroke HardStroke(int thickness = 1, std::int32_t lineStyle = 0) {
+    return {ink, thickness, false, DashPattern(lineStyle, thickness)};
+}
+
+std::vector<std::string> Drawn(const std::vector<Extent>& spans, int height, double low, double high,
+                               const Stroke& stroke, std::vector<std::uint8_t> crowded = {}) {
+    Canvas canvas(static_cast<int>(spans.size()), height);
+    crowded.resize(spans.size());
+    DrawSpans(canvas.pixels, 0, 0, spans, crowded, RowScale(low, high, height), stroke);
+    return canvas.Rows();
+}
+
+TEST(ColumnRaster, EndsOfTheScaleAreTheFirstAndTheLastRow) {
+    EXPECT_EQ(Drawn({{0, 0}, {4, 4}, {2, 2}, {1, 3}, {0, 4}}, 5, 0, 4, HardStroke()),
+              (std::vector<std::string>{".#..#", "...##", "..###", "...##", "#...#"}));
+}
+
+TEST(ColumnRaster, EmptySpansAndSpansBeyondTheScaleDrawNothing) {
+    EXPECT_EQ(Drawn({{}, {5, 9}, {-9, -1}, {1e30F, 3e38F}}, 3, 0, 2, HardStroke()),
+              (std::vector<std::string>{"....", "....", "...."}));
+}
+
+TEST(ColumnRaster, SpansAreCutAtTheScale) {
+    const float inf = std::numeric_limits<float>::infinity();
+    EXPECT_EQ(Drawn({{-9, 1}, {1, 9}, {-inf, inf}, {1, inf}}, 3, 0, 2, HardStroke()),
+              (std::vector<std::string>{".###", "####", "#.#."}));
+}
+
+TEST(ColumnRaster, ThickLinesCoverTheirThickness) {
+    EXPECT_EQ(Drawn({{2, 2}}, 5, 0, 4, HardStroke(2)), (std::vector<std::string>{".", ".", "#", "#", "."}));
+    EXPECT_EQ(Drawn({{2, 2}}, 5, 0, 4, HardStroke(3)), (std::vector<std::string>{".", "#", "#", "#", "."}));
+}
+
+TEST(ColumnRaster, SoftLinesTintTheNearerNeighbour) {
+    Stroke stroke = HardStroke();
+    stroke.soft = true;
+    EXPECT_EQ(Drawn({{2, 2}, {2.3F, 2.3F}, {1.7F, 1.7F}}, 5, 0, 4, stroke),
+              (std::vector<std::string>{"...", ".+.", "###", "..+", "..."}));
+}
+
+TEST(ColumnRaster, LineStylesDifferOnFlatSteepAndCrowdedTraces) {
+    const std::vector<Extent> flat(60, Extent{20, 20});
+    const std::vector<Extent> steep(1, Extent{0, 59});
+    const std::vector<Extent> band(60, Extent{10, 50});
+    std::vector<std::vector<std::vector<std::string>>> pictures;
+    for (std::int32_t style = 0; style < 5; ++style) {
+        const Stroke stroke = HardStroke(1, style);
+        pictures.push_back({Drawn(flat, 60, 0, 59, stroke), Drawn(steep, 60, 0, 59, stroke),
+                            Drawn(band, 60, 0, 59, stroke, std::vector<std::uint8_t>(60, 1))});
+    }
+    for (std::size_t a = 0; a < 5; ++a)
+        for (std::size_t b = 0; b < a; ++b)
+            for (std::size_t kind = 0; kind < 3; ++kind)
+                EXPECT_NE(pictures[a][kind], pictures[b][kind]) << a << " " << b << " " << kind;
+    EXPECT_EQ(DashPattern(5, 1), DashPattern(0, 1));
+    EXPECT_EQ(DashPattern(-1, 1), DashPattern(0, 1));
+}
+
+TEST(ColumnRaster, PeaksKeepTheirHeightInEveryLineStyleAndPhase) {
+    for (std::int32_t style = 0; style < 5; ++style)
+        for (const auto crowded : {std::uint8_t{0}, std::uint8_t{1}})
+            for (int column = 0; column < 40; ++column) {
+                Canvas canvas(1, 20);
+                const std::vector<Extent> spans = {{2, 17}};
+                const std::vector<std::uint8_t> flags = {crowded};
+                DrawSpans(canvas.pixels, 0, column, spans, flags, RowScale(0, 19, 20), HardStroke(1, style));
+                const auto rows = canvas.Rows();
+                EXPECT_NE(rows[2], ".") << style << " " << column;
+                EXPECT_NE(rows[17], ".") << style << " " << column;
+                EXPECT_EQ(rows[1], ".");
+                EXPECT_EQ(rows[18], ".");
+            }
+}
+
+TEST(ColumnRaster, DashesFollowTheColumnNotThePicture) {
+    const std::vector<Extent> spans(50, Extent{1, 1});
+    const std::vector<std::uint8_t> crowded(50);
+    Canvas whole(50, 3);
+    DrawSpans(whole.pixels, 0, -7, spans, crowded, RowScale(0, 2, 3), HardStroke(1, 3));
+    Canvas parts(50, 3);
+    for (int i = 0; i < 50; ++i)
+        DrawSpans(parts.pixels, i, i - 7, std::span(spans).first(1), crowded, RowScale(0, 2, 3),
+                  HardStroke(1, 3));
+    EXPECT_EQ(whole.Rows(), parts.Rows());
+}
+
+TEST(ColumnRaster, MarksAreSquaresAboutTheirPixelCutAtTheColumns) {
+    Canvas canvas(7, 5);
+    const RowScale scale(0, 4, 5);
+    DrawMark(canvas.pixels, 0, 0, 7, 2, scale, HardStroke());
+    DrawMark(canvas.pixels, 4, 0, 4, 4, scale, HardStroke());
+    DrawMark(canvas.pixels, 9, 0, 7, 2, scale, HardStroke());
+    DrawMark(canvas.pixels, -3, 0, 7, 2, scale, HardStroke());
+    DrawMark(canvas.pixels, 5, 0, 7, 99, scale, HardStroke());
+    EXPECT_EQ(canvas.Rows(),
+              (std::vector<std::string>{"...#...", "##.#...", "##.....", "##.....", "......."}));
+}
+
+} // namespace
+} // namespace tracelet

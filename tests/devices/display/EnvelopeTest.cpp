@@ -1,0 +1,120 @@
+#include "devices/display/Envelope.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <random>
+#include <vector>
+
+namespace tracelet {
+namespace {
+
+constexpr float nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float inf = std::numeric_limits<float>::infinity();
+
+Extent PlainExtent(const std::vector<float>& values, std::int64_t first, std::int64_t end) {
+    Extent extent;
+    for (std::int64_t i = first; i < end; ++i)
+        extent.Add(values[static_cast<std::size_t>(i)]);
+    return extent;
+}
+
+TEST(Extent, OfNothingIsEmpty) {
+    EXPECT_TRUE(Extent{}.Empty());
+    EXPECT_TRUE(ExtentOf({}).Empty());
+    const std::vector<float> values(100, nan);
+    EXPECT_TRUE(ExtentOf(values).Empty());
+}
+
+TEST(Extent, PassesOverWhatIsNoNumberWhereverItStands) {
+    for (std::size_t count : {1U, 7U, 8U, 9U, 16U, 63U, 64U, 65U}) {
+        for (std::size_t at = 0; at < count; ++at) {
+            std::vector<float> values(count, 2.0F);
+            values[at] = nan;
+            const Extent extent = ExtentOf(values);
+            EXPECT_EQ(extent.Empty(), count == 1);
+            if (count > 1) {
+                EXPECT_EQ(extent, (Extent{2, 2})) << count << " " << at;
+            }
+            values[at] = -inf;
+            EXPECT_EQ(ExtentOf(values).low, -inf) << count << " " << at;
+            values[at] = inf;
+            EXPECT_EQ(ExtentOf(values).high, inf) << count << " " << at;
+        }
+    }
+}
+
+TEST(Envelope, AnswersEveryRangeAsAPlainScanDoes) {
+    std::mt19937 random(1);
+    std::normal_distribution<float> noise;
+    Envelope envelope;
+    std::vector<float> values;
+    for (int i = 0; i < 40000; ++i) {
+        const float value = i % 997 == 0 ? nan : noise(random) + static_cast<float>(i) * 0.001F;
+        envelope.Append(value);
+        values.push_back(value);
+    }
+    const std::int64_t dropped = 1234;
+    envelope.DropBefore(dropped);
+    const auto count = static_cast<std::int64_t>(values.size());
+    std::uniform_int_distribution<std::int64_t> any(dropped, count);
+    for (int i = 0; i < 3000; ++i) {
+        const std::int64_t first = any(random);
+        const std::int64_t longest = i % 3 == 0 ? count : i % 3 == 1 ? 2000 : 100;
+        const std::int64_t end = std::min(any(random), first + longest);
+        if (first < end) {
+            ASSERT_EQ(envelope.Range(first, end), PlainExtent(values, first, end)) << first << " " << end;
+        }
+    }
+    EXPECT_EQ(envelope.Range(dropped, count), PlainExtent(values, dropped, count));
+    EXPECT_EQ(envelope.Range(0, count), PlainExtent(values, dropped, count)) << "only what is held";
+}
+
+TEST(Envelope, KeepsALoneSpikeThroughAllLevels) {
+    Envelope envelope;
+    constexpr std::int64_t count = 3'000'000;
+    constexpr std::int64_t spike = 2'345'678;
+    for (std::int64_t done = 0; done < count;) {
+        envelope.Reserve(4096);
+        std::int64_t room = 0;
+        float* cells = envelope.Room(count - done, room);
+        for (std::int64_t i = 0; i < room; ++i)
+            cells[i] = done + i == spike ? 8.0F : 0.0F;
+        envelope.Appended(room);
+        done += room;
+    }
+    EXPECT_EQ(envelope.Range(0, count), (Extent{0, 8}));
+    EXPECT_EQ(envelope.Range(0, spike), (Extent{0, 0}));
+    EXPECT_EQ(envelope.Range(spike, count), (Extent{0, 8}));
+    EXPECT_EQ(envelope.Range(spike, spike + 1), (Extent{8, 8}));
+    EXPECT_EQ(envelope.Range(spike + 1, count), (Extent{0, 0}));
+}
+
+TEST(Envelope, HoldsAtMostFourAndAHalfBytesASample) {
+    Envelope envelope;
+    constexpr std::int64_t count = 500'000;
+    for (std::int64_t i = 0; i < count; ++i)
+        envelope.Append(static_cast<float>(i));
+    EXPECT_LE(static_cast<double>(envelope.HeldBytes()), 4.5 * count);
+}
+
+TEST(Envelope, GivesBackMemoryOfDroppedSamplesAndKeepsItsSizeAfterwards) {
+    Envelope envelope;
+    for (int i = 0; i < 300'000; ++i)
+        envelope.Append(1);
+    const std::size_t full = envelope.HeldBytes();
+    envelope.DropBefore(290'000);
+    const std::size_t small = envelope.HeldBytes();
+    EXPECT_LT(small * 8, full);
+    for (int i = 300'000; i < 2'000'000; ++i) {
+        envelope.Append(static_cast<float>(i));
+        envelope.DropBefore(i - 10'000);
+    }
+    EXPECT_LE(envelope.HeldBytes(), small + 4 * 4096 * sizeof(float));
+    EXPECT_EQ(envelope.Range(1'989'999, 2'000'000), (Extent{1'989'999, 1'999'999}));
+}
+
+} // namespace
+} // namespace tracelet
