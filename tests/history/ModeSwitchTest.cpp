@@ -115,6 +115,14 @@ TEST_F(ModeSwitchTest, IsOnInAPauseAndStopsTheTimer) {
     EXPECT_FALSE(window->bHistoryMode);
     EXPECT_FALSE(TimerRuns());
     EXPECT_FALSE(window->isSystemRunning);
+    EXPECT_TRUE(window->FrameCmd->isEnabled()); // playing had switched it off
+}
+
+TEST_F(ModeSwitchTest, ClosesTheFileOfARecordingWithoutAnalogData) {
+    OpenSaved(Digital(4));
+    EXPECT_TRUE(window->Files.IsOpen(frmMain::HisFileNumB));
+    Click(window->BtnModeSwitch);
+    EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB));
 }
 
 TEST_F(ModeSwitchTest, WithoutARecordingOnlyTheModeChanges) {

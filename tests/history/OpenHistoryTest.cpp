@@ -297,6 +297,8 @@ TEST_F(OpenHistoryTest, RecordingStoppedBeforeTheFirstScanFailsByDivision) {
     EXPECT_TRUE(window->BtnModeSwitch->isEnabled());
     Click(window->BtnModeSwitch);
     EXPECT_TRUE(window->BtnStart->isEnabled());
+    ASSERT_EQ(window->ZelGraph1->PlotCount(), 1); // the live plots, though there is no timer to stop
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0");
 }
 
 TEST_F(OpenHistoryTest, MovedAnalogDataAreCreatedEmpty) {

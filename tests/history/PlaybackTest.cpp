@@ -555,6 +555,15 @@ TEST_F(PlaybackTest, ClearedGraphPlaysOnAtItsTime) {
     EXPECT_THAT(PointsOf(0), ElementsAre(Pair(2 * Slow, 20.0)));
 }
 
+TEST_F(PlaybackTest, EveryTickIsDrawnAtTheTimeOfItsScans) {
+    OpenSaved(Polled(10));
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    window->ZelGraph1->SetNextX(5000.0); // wherever the graph stands
+    PlayTicks(1);
+    EXPECT_EQ(PointsOf(0).back().first, Slow);
+}
+
 TEST_F(PlaybackTest, ClosingTheWindowStopsThePlayback) {
     OpenSaved(Polled(10));
     Click(window->ChkPlay);
