@@ -41,7 +41,7 @@ bool frmMain::FAIStart() {
     }
     try {
         ZelAI1->StartBufferedAI(nAISampleCnt, bFAICyclic);
-    } catch (const RunTimeError&) { // the control keeps the text for the start-failure message
+    } catch (const std::exception&) { // the control keeps the text for the start-failure message
         return false;
     }
     return true;
@@ -49,14 +49,16 @@ bool frmMain::FAIStart() {
 
 void frmMain::ZelAI1_OnFirstBufferChange(std::span<const std::int16_t> RawData,
                                          std::span<const float> AnalogData, std::int32_t dataCount) {
-    HandleHalf(RawData, AnalogData, dataCount);
+    QuietHandler([&] { HandleHalf(RawData, AnalogData, dataCount); });
 }
 
 void frmMain::ZelAI1_OnSecondBufferChange(std::span<const std::int16_t> RawData,
                                           std::span<const float> AnalogData, std::int32_t dataCount) {
-    HandleHalf(RawData, AnalogData, dataCount);
-    if (!bFAICyclic && isSystemRunning)
-        BtnStart_Click();
+    QuietHandler([&] {
+        HandleHalf(RawData, AnalogData, dataCount);
+        if (!bFAICyclic && isSystemRunning)
+            BtnStart_Click();
+    });
 }
 
 void frmMain::HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
@@ -124,7 +126,7 @@ void frmMain::ZelAI1_OnInputFailed() {
     if (!isSystemRunning)
         return;
     const QString reason = ZelAI1->ErrorText();
-    BtnStart_Click();
+    QuietHandler([this] { BtnStart_Click(); });
     MsgBox(this, reason, u"BtnStart"_qs);
 }
 

@@ -3,10 +3,17 @@
 #include "devices/display/ZelGraph.h"
 #include "graph/TimeBase.h"
 
+#include <limits>
+
 namespace tracelet {
 namespace {
 
 constexpr double ThermoLimit = 0.005; // volts, either side of 0
+
+// At 1 ms a counter of 32 bits is full after 25 days; it then stays where it is.
+std::int32_t NextOrHighest(std::int32_t count) {
+    return count < std::numeric_limits<std::int32_t>::max() ? count + 1 : count;
+}
 
 } // namespace
 
@@ -19,7 +26,7 @@ bool frmMain::SoftPoolStart() {
             StartPolledDigital();
         StartPollTimer();
         return true;
-    } catch (const RunTimeError&) { // the caller shows the start-failure message
+    } catch (const std::exception&) { // the caller shows the start-failure message
         BtnStart_Click();
         return false;
     }
@@ -95,12 +102,12 @@ void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
 }
 
 void frmMain::SoftPoolTimerPorc() {
-    ++TickCount;
+    TickCount = NextOrHighest(TickCount);
     if (bAIEnabled)
         SoftAIScan();
     if (bDIEnabled)
         SoftDIScan();
-    ++ScanCount;
+    ScanCount = NextOrHighest(ScanCount);
 }
 
 bool frmMain::AnyScannedThermo(std::int32_t count) const {

@@ -2,23 +2,26 @@
 
 // The main window owns all state. Its procedures, by subject:
 //
-//   app/StartUp.cpp          Form_Load, Form_Unload, BtnExit_Click
-//   app/Session.cpp          ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
-//                            BtnStart_Click, EnableSetCmdControls
-//   app/FastAnalogInput.cpp  FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
-//   app/SoftwarePolling.cpp  SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan,
-//   ZelHiResTimerCtl1_OnTimer files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord files/SaveAs.cpp
-//   BtnSaveAs_Click history/OpenHistory.cpp  BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile,
-//   EnableHisControls history/ModeSwitch.cpp   BtnModeSwitch_Click history/Playback.cpp     ChkPlay_Click,
-//   BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
-//                            PlayFAIData, PlaySoftAIData, PlaySoftDIData
-//   export/Convert.cpp       BtnHisConvert_Click
-//   settings/BtnSet.cpp      BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
-//   graph/Plots.cpp          SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView
-//   graph/TimeAxis.cpp       AdjustXAxisAndChartLength, ZelLED1_Step
-//   graph/Interaction.cpp    Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
-//   graph/GraphSet.cpp       BtnGraphSet_Click
-//   graph/Resize.cpp         Form_Resize
+// clang-format off
+//   app/StartUp.cpp             Form_Load, Form_Unload, BtnExit_Click
+//   app/Session.cpp             ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
+//                               BtnStart_Click, EnableSetCmdControls
+//   app/FastAnalogInput.cpp     FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
+//   app/SoftwarePolling.cpp     SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
+//   files/SaveAs.cpp            BtnSaveAs_Click
+//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
+//   history/ModeSwitch.cpp      BtnModeSwitch_Click
+//   history/Playback.cpp        ChkPlay_Click, BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
+//                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
+//   export/Convert.cpp          BtnHisConvert_Click
+//   settings/BtnSet.cpp         BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
+//   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView
+//   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
+//   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
+//   graph/GraphSet.cpp          BtnGraphSet_Click
+//   graph/Resize.cpp            Form_Resize
+// clang-format on
 
 #include "app/M1.h"
 #include "app/MainWidgets.h"
@@ -298,12 +301,13 @@ private:
     bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
     bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
     bool isDIRecordingBroken = false;
-    QSize laidOutFor;        ///< outer size, frame included, that the widgets stand for
-    QSize snappedFrom;       ///< size that the last snap to the minimum found
-    QElapsedTimer sinceSnap; ///< running since that snap
-    int snapsInARow = 0;     ///< snaps that the desktop undid at once
-    std::vector<PlotLook> shownPlots;    ///< what BuildPlots put on the graph
-    std::vector<std::int32_t> rawBuffer; ///< reused by every half
+    std::vector<std::byte> unwrittenStopRecord; ///< what the full disk did not take; a saved copy gets it
+    QSize laidOutFor;                           ///< outer size, frame included, that the widgets stand for
+    QSize snappedFrom;                          ///< size that the last snap to the minimum found
+    QElapsedTimer sinceSnap;                    ///< running since that snap
+    int snapsInARow = 0;                        ///< snaps that the desktop undid at once
+    std::vector<PlotLook> shownPlots;           ///< what BuildPlots put on the graph
+    std::vector<std::int32_t> rawBuffer;        ///< reused by every half
     std::vector<double> scanValues;
     std::vector<float> scanRow;
     std::vector<std::uint8_t> portStates;

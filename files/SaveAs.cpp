@@ -20,7 +20,7 @@ void frmMain::SaveRecording(const std::string& folder) {
     const std::string analog = folder + "\\AI.tld";
     const std::string digital = folder + "\\DI.tld";
     CreateFolder(folder); // it may be there already
-    CopyFile(szProjectFileName, project);
+    const bool hasProject = CopyFile(szProjectFileName, project);
     if (SoftAIWritten)
         CopyFile(szAIFileName, analog);
     if (FAIWritten)
@@ -31,6 +31,8 @@ void frmMain::SaveRecording(const std::string& folder) {
     Files.Close(ProjectFileNum);
     Files.Open(ProjectFileNum, project);
     Files.Seek(ProjectFileNum, Files.Length(ProjectFileNum));
+    if (hasProject)
+        Files.PutBytes(ProjectFileNum, unwrittenStopRecord);
     Files.PutBytes(ProjectFileNum, SavedPaths(analog, digital));
     Files.Close(ProjectFileNum);
 }

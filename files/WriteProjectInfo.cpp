@@ -26,6 +26,7 @@ PlotRecord RecordOf(std::int32_t index, const Table<std::uint32_t>& colors, cons
 void frmMain::WriteProjectInfo() {
     RewindWorkFiles();
     RecreateFastFile();
+    unwrittenStopRecord.clear();
     try {
         Files.PutBytes(ProjectFileNum, ProjectHeader(RecordingInfo()));
     } catch (const RunTimeError& error) {
@@ -107,7 +108,12 @@ void frmMain::WriteStopRecord(std::uint32_t elapsedMs) {
         interval = Quotient(1.0, ZelAI1->SampleRate() / ZelAI1->ScanChannelCount());
     else if (ScanCount != 0)
         interval = static_cast<double>(elapsedMs) / ScanCount / 1000.0;
-    QuietHandler([&] { Files.PutBytes(ProjectFileNum, StopRecord(ScanCount, interval)); });
+    const std::vector<std::byte> record = StopRecord(ScanCount, interval);
+    try {
+        Files.PutBytes(ProjectFileNum, record);
+    } catch (const RunTimeError&) {
+        unwrittenStopRecord = record;
+    }
 }
 
 } // namespace tracelet

@@ -115,6 +115,8 @@ TEST_F(FastAnalogInputTest, RawCountsAreRecordedAsLongs) {
         ASSERT_EQ(window->ZelGraph1->PointAt(channel, static_cast<std::int64_t>(i / 2)).y(), expected);
     }
     EXPECT_TRUE(anyNegative);
+    EXPECT_EQ(window->ScanCount, 2048);
+    EXPECT_NEAR(window->ZelGraph1->PointAt(1, 100).x(), 100 * 2 / window->ZelAI1->SampleRate(), 1e-9);
 }
 
 TEST_F(FastAnalogInputTest, NothingIsWrittenWithoutTheSaveBox) {
@@ -193,6 +195,57 @@ TEST_F(FastAnalogInputTest, WindowThatHangsLosesNothing) {
     ASSERT_EQ(recorded.size(), static_cast<std::size_t>(window->ScanCount) * 16);
     for (std::size_t i = 0; i < recorded.size(); i += 997) // every channel in turn
         ASSERT_EQ(recorded[i], Expected(i, 16)) << i;
+}
+
+TEST_F(FastAnalogInputTest, CyclicWindowStartsAtZero) {
+    window->bFAICyclic = true;
+    window->ZelGraph1->SetXAxisMin(-3.0);
+    TurnOnAI();
+    Click(window->BtnStart);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.0);
+    Click(window->BtnStart);
+}
+
+TEST_F(FastAnalogInputTest, FileStaysOpenAfterASessionThatDidNotRecord) {
+    TurnOnAI();
+    RunOneShot();
+    EXPECT_TRUE(window->FAIFileHandle.IsOpen());
+    Click(window->CkAISave2Disk);
+    RunOneShot();
+    EXPECT_FALSE(window->FAIFileHandle.IsOpen());
+}
+
+TEST_F(FastAnalogInputTest, EveryRecordingStartsItsFileAnew) {
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    RunOneShot();
+    window->nAISampleCnt = 1000;
+    RunOneShot();
+    EXPECT_THAT(Recorded(), SizeIs(1000));
+    EXPECT_EQ(Recorded().front(), Expected(0, 1));
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 1000);
+    EXPECT_EQ(window->ZelGraph1->PointAt(0, 0).x(), 0.0);
+}
+
+TEST_F(FastAnalogInputTest, NothingWrittenMeansNothingToSave) {
+    window->bFAICyclic = true;
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    Click(window->BtnStart);
+    window->FAIFileHandle.Close();
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= 2048; }, 20000));
+    EXPECT_FALSE(window->FAIWritten);
+    Click(window->BtnStart);
+    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+}
+
+TEST_F(FastAnalogInputTest, ErrorsOfANotificationEndIt) {
+    Open({}); // nothing is scanned: the scans of a half cannot be counted
+    const std::vector<float> samples(8, 1.0F);
+    EXPECT_NO_THROW(window->ZelAI1_OnFirstBufferChange({}, samples, 8));
+    EXPECT_NO_THROW(window->ZelAI1_OnSecondBufferChange({}, samples, 8));
+    EXPECT_EQ(window->ScanCount, 0);
+    EXPECT_FALSE(window->isSystemRunning);
 }
 
 TEST_F(FastAnalogInputTest, OnlyTheScannedPlotsShow) {

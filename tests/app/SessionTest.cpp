@@ -104,6 +104,14 @@ TEST_F(SessionTest, PolledModeTakesBothSwitches) {
     EXPECT_EQ(window->ListView1->topLevelItemCount(), 0);
 }
 
+TEST_F(SessionTest, PolledModeTakesTheSwitchesInEitherOrder) {
+    SelectPorts(0, {0x01});
+    TurnOnDI();
+    TurnOnAI();
+    EXPECT_TRUE(window->bAIEnabled && window->bDIEnabled);
+    EXPECT_TRUE(window->ZelButton1->Value() && window->ZelButton2->Value());
+}
+
 TEST_F(SessionTest, SwitchKeepsTheTickOfTheSaveBox) {
     TurnOnAI();
     Click(window->CkAISave2Disk);
@@ -146,6 +154,65 @@ TEST_F(SessionTest, RunningSessionLocksTheSetUp) {
     EXPECT_TRUE(window->CkAISave2Disk->isEnabled());
     EXPECT_FALSE(window->CkDISave2Disk->isEnabled());
     EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+}
+
+TEST_F(SessionTest, CountersStayAtTheHighestNumber) {
+    TurnOnAI();
+    StartPolling();
+    window->TickCount = window->ScanCount = 2147483646;
+    Tick(3, 1);
+    EXPECT_EQ(window->TickCount, 2147483647);
+    EXPECT_EQ(window->ScanCount, 2147483647);
+    Click(window->BtnStart);
+    EXPECT_EQ(Stopped().scanCount, 2147483647);
+}
+
+TEST_F(SessionTest, OneScanHasTheWholeTimeAsItsInterval) {
+    TurnOnAI();
+    StartPolling();
+    Tick(1, 70);
+    Click(window->BtnStart);
+    EXPECT_EQ(Stopped().scanCount, 1);
+    EXPECT_DOUBLE_EQ(Stopped().interval, 0.07);
+}
+
+TEST_F(SessionTest, EverySessionHasItsOwnTime) {
+    TurnOnAI();
+    StartPolling();
+    Tick(2);
+    Click(window->BtnStart);
+    now += 100000;
+    StartPolling();
+    Tick(2, 50);
+    Click(window->BtnStart);
+    EXPECT_DOUBLE_EQ(Stopped().interval, 0.05);
+    EXPECT_FLOAT_EQ(static_cast<float>(window->ZelGraph1->PointAt(0, 0).x()), 0.05F);
+}
+
+TEST_F(SessionTest, DigitalDataAloneEnableSaveAs) {
+    SelectPorts(0, {0x01});
+    TurnOnDI();
+    Click(window->CkDISave2Disk);
+    StartPolling();
+    Tick(1);
+    EXPECT_EQ(window->ScanCount, 1);
+    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+    Click(window->BtnStart);
+    EXPECT_TRUE(window->BtnSaveAs->isEnabled());
+    StartPolling();
+    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+    Click(window->BtnStart);
+}
+
+TEST_F(SessionTest, LabelsBesideTheSwitchesAreLocked) {
+    const QLabel* const labels[] = {window->LabelAI, window->LabelAIOn, window->LabelDI, window->LabelDIOn};
+    window->FrameCmd->setEnabled(true);
+    for (const bool enable : {false, true}) {
+        window->EnableSetCmdControls(enable);
+        window->FrameCmd->setEnabled(true); // what the frame alone would disable
+        for (const QLabel* label : labels)
+            EXPECT_EQ(label->isEnabled(), enable) << label->objectName().toStdString();
+    }
 }
 
 TEST_F(SessionTest, StopWithoutScanWritesZeros) {

@@ -32,7 +32,8 @@ protected:
 
     [[nodiscard]] float Expected(std::int32_t channel, std::uint64_t ordinal) {
         const SimulatedAnalogBoard& board = AnalogBoardInUse();
-        return static_cast<float>(board.PolledValue({channel, board.Info().ranges.front(), SingleEnded}, ordinal));
+        return static_cast<float>(
+            board.PolledValue({channel, board.Info().ranges.front(), SingleEnded}, ordinal));
     }
 
     void PickBoard(QStringView namePart) {
@@ -83,6 +84,7 @@ TEST_F(SoftwarePollingTest, TimerIsAddedOnceAndReused) {
 TEST_F(SoftwarePollingTest, DigitalAxisCoversThePolledPorts) {
     SelectPorts(1, {0x01, 0x00, 0x80});
     TurnOnDI();
+    window->ZelGraph1->SetAxisVisible(DigitalAxis, false);
     StartPolling();
     EXPECT_TRUE(window->ZelGraph1->AxisVisible(DigitalAxis));
     EXPECT_EQ(window->ZelGraph1->AxisMin(DigitalAxis), 14.0);
@@ -138,6 +140,16 @@ TEST_F(SoftwarePollingTest, DigitalFileHoldsHeaderAndPortBytes) {
                             SimulatedPort(1, first + 1), SimulatedPort(2, first + 1)));
 }
 
+TEST_F(SoftwarePollingTest, DigitalHeaderIsWrittenWithoutTheSaveBox) {
+    SelectPorts(1, {0x01, 0x00});
+    TurnOnDI();
+    StartPolling();
+    Tick(2);
+    Click(window->BtnStart);
+    EXPECT_FALSE(window->DIWritten);
+    EXPECT_THAT(Bytes(window->szDIFileName), ElementsAre(1, 0, 0, 0, 2, 0, 0, 0));
+}
+
 TEST_F(SoftwarePollingTest, SelectedLinesDrawAtTheirLevels) {
     SelectPorts(0, {0x81, 0x00, 0x04});
     TurnOnDI();
@@ -146,7 +158,9 @@ TEST_F(SoftwarePollingTest, SelectedLinesDrawAtTheirLevels) {
     ASSERT_EQ(window->ZelGraph1->PlotCount(), 4);
     Tick(1, 300);
     Click(window->BtnStart);
-    const auto high = [&](std::int32_t port, int line) { return (SimulatedPort(port, first) >> line & 1) != 0; };
+    const auto high = [&](std::int32_t port, int line) {
+        return (SimulatedPort(port, first) >> line & 1) != 0;
+    };
     EXPECT_EQ(window->ZelGraph1->PointCount(0), 0);
     EXPECT_EQ(window->ZelGraph1->PointAt(1, 0), QPointF(0.3, high(0, 0) ? 1 : 0));
     EXPECT_EQ(window->ZelGraph1->PointAt(2, 0), QPointF(0.3, high(0, 7) ? 11.5 : 10.5));
@@ -250,6 +264,82 @@ TEST_F(SoftwarePollingTest, DoubledChannelOnTheDifferentialFamily) {
     EXPECT_EQ(window->ZelThermo1->Channel(), 4);
     EXPECT_NEAR(window->ZelGraph1->PointAt(0, 0).y(), SimulatedCelsius(4, 0, 0), 0.05);
     Click(window->BtnStart);
+}
+
+TEST_F(SoftwarePollingTest, SingleEndedChannelsOfTheDifferentialFamilyAreNotDoubled) {
+    PickBoard(u"6605HG");
+    AnalogBoardInfo info = AnalogBoardInUse().Info();
+    info.singleEnded = true;
+    Open(OneAnalogBoard(info));
+    PickBoard(u"6605HG");
+    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
+    window->ZelAI1->SetScanStartChannel(2);
+    window->M1.AIChanIsThermo[2] = true;
+    window->BuildPlots(false, true);
+    ASSERT_EQ(window->ZelAI1->SignalConnection(), SingleEnded);
+    TurnOnAI();
+    StartPolling();
+    EXPECT_EQ(window->ZelThermo1->Channel(), 0);
+    Tick(1);
+    EXPECT_EQ(window->ZelThermo1->Channel(), 2);
+    Click(window->BtnStart);
+}
+
+TEST_F(SoftwarePollingTest, UnpairedFamilyWithAThermocoupleReadsAllChannels) {
+    PickBoard(u"3605");
+    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
+    window->ZelAI1->SetScanStartChannel(4);
+    window->ZelAI1->SetScanChannelCount(2);
+    window->M1.AIChanIsThermo[5] = true;
+    window->BuildPlots(false, true);
+    TurnOnAI();
+    Record();
+    StartPolling();
+    EXPECT_EQ(window->ZelThermo1->Channel(), 0) << "no input limits for this family";
+    const std::uint64_t first = AnalogBoardInUse().ScansRead();
+    Tick(1);
+    Click(window->BtnStart);
+    EXPECT_EQ(window->ZelThermo1->Channel(), 5);
+    ASSERT_THAT(RecordedScans(), SizeIs(2));
+    ASSERT_NE(Expected(4, first), 0.0F);
+    EXPECT_EQ(RecordedScans()[0], Expected(4, first));
+    EXPECT_NEAR(RecordedScans()[1], SimulatedCelsius(5, 0, 0), 0.05);
+}
+
+TEST_F(SoftwarePollingTest, LimitsAreSetFromTheLastChannelToTheFirst) {
+    PickBoard(u"6601HG");
+    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
+    window->ZelAI1->SetScanChannelCount(4);
+    window->M1.AIChanIsThermo[1] = window->M1.AIChanIsThermo[3] = true;
+    window->BuildPlots(false, true);
+    TurnOnAI();
+    StartPolling();
+    EXPECT_EQ(window->ZelThermo1->Channel(), 1);
+    Click(window->BtnStart);
+}
+
+TEST_F(SoftwarePollingTest, ThermocouplesNeedARangeOfFiveMillivolts) {
+    PickBoard(u"6601HG");
+    AnalogBoardInfo info = AnalogBoardInUse().Info();
+    const struct {
+        double limit; // volts, either side of 0
+        bool suffices;
+    } cases[] = {{0.0049, false}, {0.005, true}};
+    for (const auto& c : cases) {
+        info.ranges = {{.code = 0, .first = -c.limit, .second = c.limit}};
+        Open(OneAnalogBoard(info));
+        PickBoard(u"6601HG");
+        window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
+        window->M1.AIChanIsThermo[0] = true;
+        window->BuildPlots(false, true);
+        TurnOnAI();
+        Click(window->BtnStart);
+        EXPECT_EQ(window->isSystemRunning, c.suffices);
+        if (c.suffices)
+            Click(window->BtnStart);
+        else
+            EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"}));
+    }
 }
 
 TEST_F(SoftwarePollingTest, SmallerDigitalDeviceEndsTheSessionWithItsText) {

@@ -1,5 +1,6 @@
 #include "tests/support/MainWindowTest.h"
 
+#include "base/LittleEndian.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelLED.h"
 
@@ -16,7 +17,9 @@ using testing::StartsWith;
 
 using StartUpTest = MainWindowTest;
 
-QStringList EntriesOf(const QString& folder) { return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot); }
+QStringList EntriesOf(const QString& folder) {
+    return QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+}
 
 TEST_F(StartUpTest, MembersHaveTheirDefaults) {
     EXPECT_EQ(window->nAISampleCnt, 4096);
@@ -142,8 +145,29 @@ TEST_F(StartUpTest, ClosingStopsARunningSession) {
     TurnOnAI();
     StartPolling();
     Tick(3);
+    std::ifstream project(NativePath(window->szProjectFileName), std::ios::binary); // outlives the deletion
     window->close();
     EXPECT_FALSE(window->isSystemRunning);
+    const std::vector<char> bytes{std::istreambuf_iterator<char>(project), {}};
+    const auto view = std::as_bytes(std::span(bytes));
+    ASSERT_EQ(view.size(), 16U + 12U);
+    EXPECT_EQ(ReadLittleEndian<std::int32_t>(view, 16), 3);
+    EXPECT_DOUBLE_EQ(ReadLittleEndian<double>(view, 20), 0.1);
+    EXPECT_TRUE(EntriesOf(folder.path()).isEmpty());
+}
+
+TEST_F(StartUpTest, ClosingLeavesNoFileOpen) {
+    window->M1.SoftMode = false;
+    AnalogBoardInUse().SetPaced(false);
+    window->bFAICyclic = true;
+    TurnOnAI();
+    Click(window->BtnStart);
+    ASSERT_TRUE(window->FAIFileHandle.IsOpen());
+    window->close();
+    EXPECT_FALSE(window->FAIFileHandle.IsOpen());
+    EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
+    for (int number = 1; number <= 5; ++number)
+        EXPECT_FALSE(window->Files.IsOpen(number)) << number;
     EXPECT_TRUE(EntriesOf(folder.path()).isEmpty());
 }
 
@@ -164,13 +188,16 @@ TEST_F(StartUpTest, WorksWithoutAnyDevice) {
 }
 
 TEST_F(StartUpTest, ControlsCanBeFoundByName) {
-    for (const char* name : {"ZelAI1", "ZelThermo1", "ZelDIO1", "ZelHiResTimerCtl1", "ZelGraph1", "ZelButton1",
-                             "ZelButton2", "ZelLED1", "ZelSliderR", "ZelSliderV", "ListView1", "Picture4",
-                             "FrameListView", "FrameSet", "FrameCmd", "FrameGraph", "FrameHis", "BtnStart",
-                             "BtnModeSwitch", "BtnSaveAs", "BtnExit", "BtnHistory", "BtnSet", "CkAISave2Disk",
-                             "CkDISave2Disk", "BtnGraphSet", "BtnClearGraph", "ChkPlay", "BtnStop",
-                             "BtnAccelerate", "BtnHisConvert", "Label1", "Label2", "Label6", "Label14",
-                             "Label15", "Label16"})
+    for (const char* name : {"ZelAI1",        "ZelThermo1",    "ZelDIO1",       "ZelHiResTimerCtl1",
+                             "ZelGraph1",     "ZelButton1",    "ZelButton2",    "ZelLED1",
+                             "ZelSliderR",    "ZelSliderV",    "ListView1",     "Picture4",
+                             "FrameListView", "FrameSet",      "FrameCmd",      "FrameGraph",
+                             "FrameHis",      "BtnStart",      "BtnModeSwitch", "BtnSaveAs",
+                             "BtnExit",       "BtnHistory",    "BtnSet",        "CkAISave2Disk",
+                             "CkDISave2Disk", "BtnGraphSet",   "BtnClearGraph", "ChkPlay",
+                             "BtnStop",       "BtnAccelerate", "BtnHisConvert", "Label1",
+                             "Label2",        "Label6",        "Label14",       "Label15",
+                             "Label16"})
         EXPECT_NE(window->findChild<QObject*>(QString::fromLatin1(name)), nullptr) << name;
 }
 

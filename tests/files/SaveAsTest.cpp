@@ -127,6 +127,46 @@ TEST_F(SaveAsTest, NextStartReopensTheProject) {
     EXPECT_EQ(SavedBytes(u"b/AI.tld"_qs).size(), 16U);
 }
 
+TEST_F(SaveAsTest, StopRecordThatTheWorkFileDidNotTakeIsInTheSavedCopy) {
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    StartPolling();
+    Tick(3);
+    window->Files.Close(frmMain::ProjectFileNum); // as good as a full disk
+    Click(window->BtnStart);
+    SaveAs(u"a"_qs);
+    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString());
+    EXPECT_EQ(info.ScanCount, 3);
+    EXPECT_DOUBLE_EQ(info.ScanInterval, 0.1);
+    EXPECT_THAT(info.AIDataPath, EndsWith("\\a\\AI.tld"));
+    Record(2);
+    SaveAs(u"b"_qs);
+    EXPECT_EQ(SavedBytes(u"b/Project.tlp"_qs).size(), SavedBytes(u"a/Project.tlp"_qs).size());
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"b/Project.tlp"_qs).toStdString()).ScanCount, 2);
+}
+
+TEST_F(SaveAsTest, DataFileDeletedUnderTheSessionIsLeftOutSilently) {
+    Record(2);
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szAIFileName))));
+    SaveAs(u"a"_qs);
+    EXPECT_THAT(Saved(u"a"_qs), ElementsAre(u"Project.tlp"_qs));
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).ScanCount, 2);
+}
+
+TEST_F(SaveAsTest, FilesThatWereNotWrittenAreNotCopied) {
+    SelectPorts(0, {0x01});
+    TurnOnDI();
+    Click(window->CkDISave2Disk);
+    StartPolling();
+    Tick(2);
+    Click(window->BtnStart);
+    EXPECT_TRUE(window->BtnSaveAs->isEnabled());
+    SaveAs(u"digital"_qs);
+    EXPECT_THAT(Saved(u"digital"_qs), UnorderedElementsAre(u"DI.tld"_qs, u"Project.tlp"_qs));
+    EXPECT_THAT(ReadProjectFile(target.filePath(u"digital/Project.tlp"_qs).toStdString()).AIDataPath,
+                EndsWith("\\digital\\AI.tld"));
+}
+
 TEST_F(SaveAsTest, FastDataReplaceThePolledCopy) {
     Record(2);
     window->FAIWritten = true; // both kinds in one session cannot come from the window
