@@ -297,13 +297,13 @@ TEST_F(SoftwarePollingTest, UnpairedFamilyWithAThermocoupleReadsAllChannels) {
     StartPolling();
     EXPECT_EQ(window->ZelThermo1->Channel(), 0) << "no input limits for this family";
     const std::uint64_t first = AnalogBoardInUse().ScansRead();
-    Tick(1);
+    Tick(3); // the signal begins at 0
     Click(window->BtnStart);
     EXPECT_EQ(window->ZelThermo1->Channel(), 5);
-    ASSERT_THAT(RecordedScans(), SizeIs(2));
-    ASSERT_NE(Expected(4, first), 0.0F);
-    EXPECT_EQ(RecordedScans()[0], Expected(4, first));
-    EXPECT_NEAR(RecordedScans()[1], SimulatedCelsius(5, 0, 0), 0.05);
+    ASSERT_THAT(RecordedScans(), SizeIs(6));
+    ASSERT_NE(Expected(4, first + 2), 0.0F);
+    EXPECT_EQ(RecordedScans()[4], Expected(4, first + 2));
+    EXPECT_NEAR(RecordedScans()[5], SimulatedCelsius(5, 0, 2), 0.05);
 }
 
 TEST_F(SoftwarePollingTest, LimitsAreSetFromTheLastChannelToTheFirst) {
