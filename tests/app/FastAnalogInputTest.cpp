@@ -269,6 +269,9 @@ TEST_F(FastAnalogInputTest, BlocksThatCannotBeWrittenShowOnTheSaveBox) {
     window->FAIFileHandle.Close();
     const std::int32_t scans = window->ScanCount;
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= scans + 4096; }, 20000));
+    window->FAIFileHandle = SystemFile(window->szFAIFileName, Disposition::OpenAlways);
+    const std::int32_t later = window->ScanCount; // nothing goes behind the gap
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= later + 4096; }, 20000));
     EXPECT_TRUE(window->isSystemRunning);
     EXPECT_THAT(window->CkAISave2Disk->toolTip().toStdString(), testing::StartsWith("Recording stopped: "));
     Click(window->BtnStart);

@@ -69,6 +69,25 @@ TEST_F(WriteProjectInfoTest, FlagsNeedSwitchAndSaveBox) {
     }
 }
 
+TEST_F(WriteProjectInfoTest, TickedSaveBoxOfASwitchThatIsOffRecordsNothing) {
+    SelectPorts(0, {0x01});
+    TurnOnAI();
+    TurnOnDI();
+    Click(window->CkAISave2Disk);
+    Click(window->CkDISave2Disk);
+    TurnOnAI();
+    const ProjectInfo digital = Written();
+    EXPECT_FALSE(digital.bHisAI);
+    EXPECT_TRUE(digital.bHisDI);
+    EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(0));
+    TurnOnDI();
+    TurnOnAI();
+    const ProjectInfo analog = Written();
+    EXPECT_TRUE(analog.bHisAI);
+    EXPECT_FALSE(analog.bHisDI);
+    EXPECT_THAT(Bytes(window->szDIFileName), SizeIs(0));
+}
+
 TEST_F(WriteProjectInfoTest, DigitalSectionsFollowTheAnalogPlots) {
     SelectPorts(1, {0x05, 0x80});
     window->ZelAI1->SetScanChannelCount(2);
