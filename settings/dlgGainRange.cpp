@@ -65,7 +65,6 @@ void dlgGainRange::ProbeThermocouples() {
     }
     const std::int32_t previous = ZelThermo1.DeviceNumber();
     ZelThermo1.SetDeviceNumber(ZelAI1.DeviceNumber());
-    SelectOnBoth(ZelAI1.Channel());
     const bool readsThermocouples = ZelThermo1.DeviceName() != u"No Device";
     if (!readsThermocouples)
         ZelThermo1.SetDeviceNumber(previous);

@@ -440,6 +440,45 @@ TEST_F(GainRange, ChoosingDifferentialAgainSharesAgain) {
     });
 }
 
+TEST_F(GainRange, BothControlsOpenOnChannelZero) {
+    for (const std::int32_t before : {-1, 0}) {
+        OpenFamily("6601HG");
+        window->ZelThermo1->SetDeviceNumber(before);
+        window->ZelAI1->SetChannel(3);
+        InRange([&](dlgGainRange&) {
+            EXPECT_EQ(window->ZelAI1->Channel(), 0);
+            EXPECT_EQ(window->ZelThermo1->DeviceNumber(), 0);
+            EXPECT_EQ(window->ZelThermo1->Channel(), 0);
+        });
+    }
+}
+
+TEST_F(GainRange, WiringIsOnlyChosenWhereItIsOffered) {
+    OpenFamily("6601HG");
+    InRange([&](dlgGainRange& dialog) {
+        dialog.EnableSignalConnectionFrame(false);
+        dialog.optDifferent->setChecked(true);
+        EXPECT_EQ(AnalogConnection(0), 0);
+        EXPECT_EQ(ThermoConnection(0), 0);
+        dialog.EnableSignalConnectionFrame(true);
+        dialog.optSingle->setChecked(true);
+        dialog.optDifferent->setChecked(true);
+        EXPECT_EQ(AnalogConnection(0), 1);
+        dialog.EnableSignalConnectionFrame(false);
+        dialog.optSingle->setChecked(true);
+        EXPECT_EQ(AnalogConnection(0), 1);
+        EXPECT_EQ(ThermoConnection(0), 1);
+    });
+    // Never on boards whose channels do not pair up.
+    OpenFamily("6605HG");
+    InRange([&](dlgGainRange& dialog) {
+        dialog.EnableSignalConnectionFrame(true);
+        Click(dialog.optDifferent);
+        EXPECT_EQ(AnalogConnection(0), 0);
+        EXPECT_EQ(ThermoConnection(0), 0);
+    });
+}
+
 TEST_F(GainRange, SingleEndedLeavesThePartnerItsChoices) {
     OpenFamily("6601HG");
     InRange([&](dlgGainRange& dialog) {
@@ -595,6 +634,7 @@ TEST_F(GainRange, TypeAsksTheThermocoupleControlAboutThePair) {
         Choose(dialog.ComboTCType, 3);
         EXPECT_THAT(Values(window->M1.AIThermoType), ElementsAre(3, 0, 0, 0, 0));
         ClickRow(dialog, 2);
+        window->ZelThermo1->SetChannel(0); // it is asked about the channel of the row all the same
         Choose(dialog.ComboTCType, 1);
         EXPECT_THAT(Values(window->M1.AIThermoType), ElementsAre(3, 0, 1, 1, 0));
     });
