@@ -178,12 +178,15 @@ TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
 
 TEST_F(ConvertWindowTest, RawCodesStayCodes) {
     SavedRecording recording = Polled(3, 0.5);
-    recording.info.bHisAISoft = false;
     recording.info.bHisAIAnalog = false;
     recording.analog = BytesOf(std::vector<std::int32_t>{-2048, 2047, 4095, 0, 1, 2});
-    OpenSaved(recording);
-    ConvertInto(u"texts"_qs);
-    EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.5\t-2048\t2047\r\n1\t4095\t0");
+    for (const bool polled : {false, true}) {
+        recording.info.bHisAISoft = polled;
+        OpenSaved(recording);
+        const QString name = polled ? u"polled"_qs : u"fast"_qs;
+        ConvertInto(name);
+        EXPECT_EQ(Text(name.toStdString() + "/AI.xlt"), "Time\tLeft\tµ\r\n0.5\t-2048\t2047\r\n1\t4095\t0");
+    }
 }
 
 TEST_F(ConvertWindowTest, AFullBlockLacksItsLastScan) {
@@ -256,6 +259,7 @@ TEST_F(ConvertWindowTest, DigitalDataEndWithTheScanCountOrTheFile) {
 
 TEST_F(ConvertWindowTest, PlaysFromTheStartAfterwards) {
     OpenSaved(Polled(5));
+    window->ZelSliderR->MoveByUser(60.0);
     ConvertInto(u"texts"_qs);
     EXPECT_EQ(window->HisScanIndex, 0);
     PlayByTheTick(1);
