@@ -155,15 +155,19 @@ TEST_F(GraphSetTest, CancelForgets) {
 TEST_F(GraphSetTest, StyleCodeWithoutEntryKeepsTheSelection) {
     window->M1.AIPlotLineStyle[1] = 2;
     window->M1.AIPlotLineStyle[2] = 7;
-    Scan(1, 2);
+    window->M1.AIPlotLineStyle[3] = -1;
+    Scan(1, 3);
     InDialog([&] {
         Select(0);
         EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 2);
         Select(1);
         EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 2);
+        Select(2);
+        EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 2);
         Ok();
     });
     EXPECT_EQ(window->M1.AIPlotLineStyle[2], 7);
+    EXPECT_EQ(window->M1.AIPlotLineStyle[3], -1);
 }
 
 TEST_F(GraphSetTest, EntryThatIsShownAlreadyCanBeChosen) {

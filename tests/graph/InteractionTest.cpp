@@ -227,6 +227,9 @@ TEST_F(InteractionTest, MouseUpTakesTheSpanAsItIs) {
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 3.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 5.5);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 26);
+    window->ZelGraph1->AxisSetRange(XAxis, 0.1, 0.7); // about its middle 0.1 would be another double
+    emit window->ZelGraph1->MouseUp(1, 0, 0, 0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.1);
     window->ZelGraph1->AxisSetRange(XAxis, 0.0, 5000.0); // beyond what the display's steps reach
     emit window->ZelGraph1->MouseUp(4, 0, 0, 0);
     EXPECT_DOUBLE_EQ(window->dDIVValue, 500.0);

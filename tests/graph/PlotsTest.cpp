@@ -258,6 +258,14 @@ TEST_F(PlotsTest, DefaultsCoverTheDeviceAndReadTheWiring) {
     EXPECT_EQ(window->M1.DIPlotName.Count(), window->ZelDIO1->MaxPortCount() * 8 + 1);
 }
 
+TEST_F(PlotsTest, RebuildDuringPlaybackKeepsTheSamples) {
+    window->isHisPlaying = true;
+    window->ZelGraph1->AddPoint(0, 1.0, 1.0);
+    window->BuildPlots(false, true);
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 1);
+    window->isHisPlaying = false;
+}
+
 TEST_F(PlotsTest, RemoveOldEmptiesThePlots) {
     window->ZelGraph1->AddPoint(0, 1.0, 1.0);
     window->BuildPlots(false, false); // the same plots stay with their samples

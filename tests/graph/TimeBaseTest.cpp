@@ -25,6 +25,8 @@ TEST(SteppedDivision, StepsByFiveWithinTheBounds) {
                  {25, true, 100},
                  {100, true, 100},
                  {20, true, 100},
+                 {20.1, true, 100},
+                 {0.0000049, false, 0.000001},
                  {19, true, 95},
                  {0.8, true, 4},
                  {1, true, 5},

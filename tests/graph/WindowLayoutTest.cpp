@@ -112,6 +112,12 @@ TEST(WindowLayout, BottomRowFillsFromTheLeftAndEndsAtTheGraphsEdge) {
     }
 }
 
+TEST(WindowLayout, PositionSliderStaysLongEnoughToGrab) {
+    WindowPlaces designed = Designed();
+    designed.ZelSliderV.width = 6000;
+    EXPECT_EQ(LaidOut(smallest, designed).ZelSliderR.width, 600);
+}
+
 TEST(WindowLayout, GraphGroupIsNeverNarrowerThanDesigned) {
     WindowPlaces designed = Designed();
     designed.FrameGraph.width = 4000;
