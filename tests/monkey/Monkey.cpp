@@ -21,15 +21,22 @@
 #include <QTest>
 #include <QTimer>
 
+#include <filesystem>
+
 namespace tracelet {
 
 Monkey::Monkey(std::uint32_t seed) : random(seed), programFolder(root.filePath(u"a/b/program"_qs)) {
+    root.setAutoRemove(false);
     QDir().mkpath(programFolder);
     WatchDialogs();
     Open();
 }
 
-Monkey::~Monkey() = default;
+Monkey::~Monkey() {
+    window.reset();
+    // Broken projects name files that are no text, which the toolkit does not see.
+    std::filesystem::remove_all(root.path().toStdString());
+}
 
 void Monkey::Open() {
     window.reset();
