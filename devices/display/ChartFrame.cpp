@@ -16,8 +16,8 @@ namespace {
 constexpr int padding = 6;
 constexpr int gap = 5; ///< between labels and the plot area
 constexpr int tickLength = 3;
-constexpr int rowsPerTick = 44;
-constexpr int columnsPerTick = 64;
+constexpr int rowsPerTick = 48;
+constexpr int columnsPerTick = 80;
 constexpr int stripStep = 8; ///< widths are multiples of it, so that they seldom change
 constexpr int fewestPixels = 24;
 constexpr qsizetype mostTexts = 512;
@@ -214,6 +214,9 @@ void ChartFrame::DrawGround(QPainter& painter, QSize size) const {
 void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
     const RowScale scaleOf(strip.span.low, strip.span.high, plot.height());
     const int line = std::max(1, Px(1));
+    if (!strip.left)
+        painter.fillRect(strip.area.left(), plot.top() - line, line, plot.height() + 2 * line,
+                         QColor(ChartColor::border));
     for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick) {
         const int row = plot.top() + Int(scaleOf.RowOf(strip.step.At(tick)));
         const QImage& label = Label(tick, strip.step);

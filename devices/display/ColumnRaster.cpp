@@ -54,13 +54,15 @@ public:
         Tint(x, rows.bottom + 1, rows.softBottom);
     }
 
-    void Steep(int x, const RowSpan& rows) const {
+    void Steep(int x, const RowSpan& rows, bool upperPeak, bool lowerPeak) const {
         const int top = std::max(rows.top, 0);
         const int bottom = std::min(rows.bottom, pixels.height - 1);
+        const int upperEnd = upperPeak ? rows.top + stroke.thickness : rows.top;
+        const int lowerEnd = lowerPeak ? rows.bottom - stroke.thickness : rows.bottom;
         const auto period = static_cast<int>(stroke.pattern.size());
         for (int row = top; row <= bottom; ++row) {
-            const bool end = row < rows.top + stroke.thickness || row > rows.bottom - stroke.thickness;
-            if (end || stroke.pattern[static_cast<std::size_t>(row % period)] != 0)
+            const bool peak = row < upperEnd || row > lowerEnd;
+            if (peak || stroke.pattern[static_cast<std::size_t>(row % period)] != 0)
                 *At(x, row) = stroke.color;
         }
     }
@@ -92,6 +94,23 @@ std::size_t Phase(std::int64_t column, std::size_t period) {
     return static_cast<std::size_t>(rest < 0 ? rest + length : rest);
 }
 
+/// Draws what of a dashed trace falls into the column of spans[1], between its neighbours.
+void DrawDashed(const SpanPainter& painter, int x, std::size_t phase, const Extent* spans,
+                const RowSpan& rows, bool crowded, const Stroke& stroke) {
+    const Extent& before = spans[0];
+    const Extent& here = spans[1];
+    const Extent& behind = spans[2];
+    const bool steep = rows.bottom - rows.top >= 2 * stroke.thickness;
+    if (steep && !crowded) {
+        const bool upper = here.high >= before.high && here.high >= behind.high;
+        const bool lower = here.low <= before.low && here.low <= behind.low;
+        painter.Steep(x, rows, upper, lower);
+    } else if (stroke.pattern[phase] != 0)
+        painter.Solid(x, rows);
+    else if (steep)
+        painter.Dimmed(x, rows);
+}
+
 } // namespace
 
 RowScale::RowScale(double low, double high, int rows)
@@ -114,10 +133,10 @@ std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
                std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke) {
     const SpanPainter painter(pixels, stroke);
-    const int flat = 2 * stroke.thickness; // rows of a span that still counts as flat
-    for (std::size_t i = 0; i < spans.size(); ++i) {
+    const std::size_t count = spans.size() - 2;
+    for (std::size_t i = 0; i < count; ++i) {
         const int x = at + static_cast<int>(i);
-        const RowSpan rows = RowsOf(spans[i], scale, stroke.thickness);
+        const RowSpan rows = RowsOf(spans[i + 1], scale, stroke.thickness);
         if (rows.bottom < 0 || rows.top >= pixels.height) // of an empty span too
             continue;
         if (stroke.pattern.empty()) {
@@ -125,13 +144,7 @@ void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<cons
             continue;
         }
         const std::size_t phase = Phase(column + static_cast<std::int64_t>(i), stroke.pattern.size());
-        const bool steep = rows.bottom - rows.top >= flat;
-        if (steep && crowded[i] == 0)
-            painter.Steep(x, rows);
-        else if (stroke.pattern[phase] != 0)
-            painter.Solid(x, rows);
-        else if (steep)
-            painter.Dimmed(x, rows);
+        DrawDashed(painter, x, phase, &spans[i], rows, crowded[i] != 0, stroke);
     }
 }
 
@@ -139,7 +152,7 @@ void DrawMark(const Pixels& pixels, int x, int from, int to, float value, const 
               const Stroke& stroke) {
     const RowSpan rows = RowsOf({value, value}, scale, stroke.thickness);
     const int left = std::max(x - stroke.thickness, from);
-    const int right = std::min(x + stroke.thickness, to - 1);
+    const int right = std::min(x + 2 * stroke.thickness - 1, to - 1);
     const int top = std::max(rows.top - stroke.thickness, 0);
     const int bottom = std::min(rows.bottom + stroke.thickness, pixels.height - 1);
     for (int row = top; row <= bottom; ++row)

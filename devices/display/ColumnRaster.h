@@ -46,8 +46,9 @@ struct Stroke {
 /// pixels a unit.
 [[nodiscard]] std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale);
 
-/// Draws one trace: span i of the columns from `column` on into the pixel column `at` + i. `crowded` tells of
-/// each column whether more samples fall into it than a single line shows.
+/// Draws one trace into the pixel columns from `at` on. `spans` are of the time columns column - 1, column,
+/// ... and end with one behind the last column drawn; `crowded` tells of each column drawn whether more
+/// samples fall into it than a single line shows.
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
                std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke);
 

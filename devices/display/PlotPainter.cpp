@@ -13,7 +13,7 @@ namespace {
 constexpr std::size_t tileColumns = 96;
 
 /// Samples so many columns apart, times the thickness of lines, are marked.
-constexpr double markDistance = 16;
+constexpr double markDistance = 24;
 
 } // namespace
 
@@ -39,7 +39,7 @@ void PlotPainter::Restart(const PlotScene& scene) {
     pixels = {reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
               image.height()};
     marked.assign(static_cast<std::size_t>(scene.width), 0);
-    spans.resize(static_cast<std::size_t>(scene.width));
+    spans.resize(tileColumns + static_cast<std::size_t>(ColumnSpans::reach) + 1);
     painted.assign(scene.traces.size(), Painted());
 }
 
@@ -66,7 +66,7 @@ void PlotPainter::MarkMoved(std::int64_t firstColumn) {
 
 void PlotPainter::MarkTimes(const ColumnGrid& grid, double from, double to) {
     // A sample on the edge of a column reaches into both neighbours, its mark further.
-    const std::int64_t margin = 1 + ColumnSpans::reach;
+    const std::int64_t margin = 2 * ColumnSpans::reach;
     Mark(grid.ColumnOf(from) - margin, grid.ColumnOf(to) + margin + 1);
 }
 
@@ -115,24 +115,39 @@ void PlotPainter::PaintMarked(const SampleStore& store, const PlotScene& scene) 
 void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene, std::int64_t column,
                                int count) {
     const int at = SlotOf(column);
-    const auto found = std::span(spans).first(static_cast<std::size_t>(count));
     PaintGround(scene, column, at, count);
-    for (const PlotScene::Trace& trace : scene.traces) {
-        finder.Find(store, trace.plot, scene.grid, column, trace.joint, found);
-        const RowScale scale(trace.range.low, trace.range.high, scene.height);
-        DrawSpans(pixels, at, column, found, finder.Crowded(), scale, trace.stroke);
-        if (trace.joint == Joint::Line && store.Count(trace.plot) > 0)
-            DrawMarks(store, trace, at, count);
-    }
+    for (const PlotScene::Trace& trace : scene.traces)
+        PaintTrace(store, scene, trace, column, at, count);
     paintedColumns += count;
+}
+
+void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,
+                             std::int64_t column, int at, int count) {
+    // A line is as thick along the columns as along the rows; dashes look at the columns beside theirs.
+    const int before = trace.stroke.thickness;
+    const auto drawn = static_cast<std::size_t>(count);
+    const auto found = std::span(spans).first(drawn + static_cast<std::size_t>(before) + 1);
+    finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, found);
+    if (store.Count(trace.plot) == 0)
+        return;
+    for (std::size_t i = 0; before > 1 && i < drawn + 2; ++i)
+        for (std::size_t next = 1; next < static_cast<std::size_t>(before); ++next)
+            found[i].Add(found[i + next]);
+    const RowScale scale(trace.range.low, trace.range.high, scene.height);
+    DrawSpans(pixels, at, column, found.first(drawn + 2),
+              finder.Crowded().subspan(static_cast<std::size_t>(before)), scale, trace.stroke);
+    if (trace.joint == Joint::Line)
+        DrawMarks(store, trace, at, count);
 }
 
 void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int at, int count) {
     const RowScale scale(trace.range.low, trace.range.high, pixels.height);
+    const int before = trace.stroke.thickness;
     for (const ColumnSpans::Apart& apart : finder.Separate(markDistance * trace.stroke.thickness)) {
         const float value = store.Samples(trace.plot)[apart.index - store.TrackOffset(trace.plot)];
         if (!std::isnan(value))
-            DrawMark(pixels, at + static_cast<int>(apart.column), at, at + count, value, scale, trace.stroke);
+            DrawMark(pixels, at - before + static_cast<int>(apart.column), at, at + count, value, scale,
+                     trace.stroke);
     }
 }
 

@@ -288,7 +288,7 @@ void ZelGraph::AppendSamples(double xIncrement, const SampleBlock& block) {
                 });
                 s.Advance(xIncrement, tile);
                 s.axes[XAxis].ends.Follow(start);
-                s.axes[XAxis].ends.Follow(start + static_cast<double>(tile - 1) * xIncrement);
+                s.axes[XAxis].ends.Follow(s.runStart + static_cast<double>(s.runCount - 1) * s.runStep);
             }
         },
         block.samples);

@@ -40,11 +40,19 @@ Stroke HardStroke(int thickness = 1, std::int32_t lineStyle = 0) {
     return {ink, thickness, false, DashPattern(lineStyle, thickness)};
 }
 
+/// The spans with an empty column on either side.
+std::vector<Extent> Framed(const std::vector<Extent>& spans) {
+    std::vector<Extent> framed = {Extent{}};
+    framed.insert(framed.end(), spans.begin(), spans.end());
+    framed.emplace_back();
+    return framed;
+}
+
 std::vector<std::string> Drawn(const std::vector<Extent>& spans, int height, double low, double high,
                                const Stroke& stroke, std::vector<std::uint8_t> crowded = {}) {
     Canvas canvas(static_cast<int>(spans.size()), height);
     crowded.resize(spans.size());
-    DrawSpans(canvas.pixels, 0, 0, spans, crowded, RowScale(low, high, height), stroke);
+    DrawSpans(canvas.pixels, 0, 0, Framed(spans), crowded, RowScale(low, high, height), stroke);
     return canvas.Rows();
 }
 
@@ -101,7 +109,8 @@ TEST(ColumnRaster, PeaksKeepTheirHeightInEveryLineStyleAndPhase) {
                 Canvas canvas(1, 20);
                 const std::vector<Extent> spans = {{2, 17}};
                 const std::vector<std::uint8_t> flags = {crowded};
-                DrawSpans(canvas.pixels, 0, column, spans, flags, RowScale(0, 19, 20), HardStroke(1, style));
+                DrawSpans(canvas.pixels, 0, column, Framed(spans), flags, RowScale(0, 19, 20),
+                          HardStroke(1, style));
                 const auto rows = canvas.Rows();
                 EXPECT_NE(rows[2], ".") << style << " " << column;
                 EXPECT_NE(rows[17], ".") << style << " " << column;
@@ -110,14 +119,27 @@ TEST(ColumnRaster, PeaksKeepTheirHeightInEveryLineStyleAndPhase) {
             }
 }
 
+TEST(ColumnRaster, SteepLinesThatGoOnAreNotClosedAtEveryColumn) {
+    std::vector<Extent> rising;
+    for (int i = 0; i < 30; ++i)
+        rising.push_back({static_cast<float>(4 * i), static_cast<float>(4 * i + 4)});
+    const auto rows = Drawn(rising, 121, 0, 120, HardStroke(1, 2));
+    int drawn = 0;
+    for (const std::string& row : rows)
+        drawn += row.find('#') != std::string::npos ? 1 : 0;
+    EXPECT_NEAR(drawn, 121 / 3, 4) << "a third of a dotted line is ink";
+    EXPECT_EQ(rows[0].back(), '#') << "its peak is drawn";
+    EXPECT_EQ(rows[120].front(), '#');
+}
+
 TEST(ColumnRaster, DashesFollowTheColumnNotThePicture) {
     const std::vector<Extent> spans(50, Extent{1, 1});
     const std::vector<std::uint8_t> crowded(50);
     Canvas whole(50, 3);
-    DrawSpans(whole.pixels, 0, -7, spans, crowded, RowScale(0, 2, 3), HardStroke(1, 3));
+    DrawSpans(whole.pixels, 0, -7, Framed(spans), crowded, RowScale(0, 2, 3), HardStroke(1, 3));
     Canvas parts(50, 3);
     for (int i = 0; i < 50; ++i)
-        DrawSpans(parts.pixels, i, i - 7, std::span(spans).first(1), crowded, RowScale(0, 2, 3),
+        DrawSpans(parts.pixels, i, i - 7, std::span(spans).first(3), crowded, RowScale(0, 2, 3),
                   HardStroke(1, 3));
     EXPECT_EQ(whole.Rows(), parts.Rows());
 }

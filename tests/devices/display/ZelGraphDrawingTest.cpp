@@ -13,6 +13,7 @@ namespace tracelet {
 namespace {
 
 constexpr std::uint32_t green = 0x00ff00;
+constexpr double markDistance = 24; ///< samples so many columns apart are marked
 
 /// Pixels {column, row} of the plot area, or those that a plain renderer finds.
 using PixelSet = std::set<std::pair<int, int>>;
@@ -126,8 +127,8 @@ void ExpectAllSamplesDrawn(ZelGraph& graph, const std::string& name) {
         plain.Point(here);
         if (i > 0)
             plain.Line(graph.PointAt(0, i - 1), here);
-        const bool apart = (i == 0 || plain.Spacing(graph.PointAt(0, i - 1), here) >= 16) &&
-                           (i + 1 == count || plain.Spacing(here, graph.PointAt(0, i + 1)) >= 16);
+        const bool apart = (i == 0 || plain.Spacing(graph.PointAt(0, i - 1), here) >= markDistance) &&
+                           (i + 1 == count || plain.Spacing(here, graph.PointAt(0, i + 1)) >= markDistance);
         if (apart)
             plain.Mark(here);
     }
@@ -285,7 +286,7 @@ TEST_F(ZelGraphDrawing, SpikeOfOneSampleInTenMillionShowsAtEveryZoom) {
         for (const auto& pixel : found)
             highest = std::min(highest, pixel.second);
         const double row = 2.0 * (graph.PlotRect().height() - 1) / 20.0 + 0.5;
-        const bool marked = span / graph.PlotRect().width() * 16 <= 1e-6;
+        const bool marked = span / graph.PlotRect().width() * markDistance <= 1e-6;
         EXPECT_EQ(highest, static_cast<int>(std::floor(row)) - (marked ? 1 : 0)) << span;
     }
 }
