@@ -9,7 +9,7 @@ ChannelSettings::ChannelSettings(const AnalogBoardInfo& board, std::int32_t chan
       connections(std::int64_t{channelCount} + 1), ranges(std::int64_t{channelCount} + 1) {
     pairs = !IsUnpairedFamily(board.name);
     const std::int32_t wiring = singleEnded ? SingleEnded : Differential;
-    for (std::int32_t channel = 0; channel < channelCount; ++channel)
+    for (std::int32_t channel = 0; channel <= channelCount; ++channel)
         connections[channel] = wiring;
     if (board.ranges.empty())
         return;

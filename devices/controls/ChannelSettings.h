@@ -8,11 +8,12 @@
 namespace tracelet {
 
 /// Range and wiring of the channels of a board, with one spare element behind the last channel, which can be
-/// selected but not wired. Channels beyond it raise "Subscript out of range".
+/// selected but not wired anew. Channels beyond it raise "Subscript out of range".
 class ChannelSettings {
 public:
     ChannelSettings() = default;
-    /// Every channel in the board's first range, single-ended if the board can be wired so.
+    /// Every channel, the spare element too, in the board's first range, single-ended if the board can be
+    /// wired so.
     ChannelSettings(const AnalogBoardInfo& board, std::int32_t channelCount);
 
     /// True for a channel or the spare element.

@@ -49,7 +49,7 @@ public:
     [[nodiscard]] std::int32_t MaxChannelCount() const; ///< channels of the board
 
     /// Channel that the per-channel properties refer to, 0 to MaxChannelCount inclusive (the last one is
-    /// accepted and cannot be wired: SignalConnection reads 0); others raise.
+    /// accepted and keeps the wiring that the board starts with); others raise.
     [[nodiscard]] std::int32_t Channel() const;
     void SetChannel(std::int32_t channel);
     [[nodiscard]] std::int32_t SignalConnection() const; ///< 0 single-ended, 1 differential

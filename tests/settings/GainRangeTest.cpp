@@ -46,12 +46,11 @@ protected:
         return window->ZelThermo1->SignalConnection();
     }
 
-    std::string AnalogRange(std::int32_t channel) const {
+    std::pair<double, double> AnalogRange(std::int32_t channel) const {
         std::int32_t code = 0;
-        double first = 0.0;
-        double second = 0.0;
-        window->ZelAI1->GetChannelRange(code, first, second, channel);
-        return std::to_string(first) + " " + std::to_string(second);
+        std::pair<double, double> range;
+        window->ZelAI1->GetChannelRange(code, range.first, range.second, channel);
+        return range;
     }
 
     /// A window on one board with thermocouples and four channels.
@@ -245,8 +244,8 @@ TEST_F(GainRange, ConnectionProbe) {
         });
         EXPECT_EQ(AnalogConnection(0), before);
         EXPECT_EQ(AnalogConnection(1), before);
-        EXPECT_EQ(AnalogRange(0), "0.000000 5.000000");
-        EXPECT_EQ(AnalogRange(1), "4.000000 20.000000");
+        EXPECT_EQ(AnalogRange(0), std::pair(0.0, 5.0));
+        EXPECT_EQ(AnalogRange(1), std::pair(4.0, 20.0));
     }
 }
 
@@ -345,8 +344,7 @@ TEST_F(GainRange, ChosenRangeIsWrittenToTheChannel) {
     OpenFamily("Plain");
     InRange([&](dlgGainRange& dialog) {
         const char* texts[] = {"-10 ~ 10 V", "-1.25 ~ 1.25 V", "0 ~ 5 V", "4 ~ 20 mA"};
-        const char* limits[] = {"-10.000000 10.000000", "-1.250000 1.250000", "0.000000 5.000000",
-                                "4.000000 20.000000"};
+        const std::pair<double, double> limits[] = {{-10, 10}, {-1.25, 1.25}, {0, 5}, {4, 20}};
         for (const int position : {3, 2, 1, 0}) {
             ClickRow(dialog, position);
             Choose(dialog.ComboRange, position);
@@ -356,7 +354,7 @@ TEST_F(GainRange, ChosenRangeIsWrittenToTheChannel) {
         }
         EXPECT_EQ(Cell(dialog, 3, 4), "4 ~ 20 mA");
     });
-    EXPECT_EQ(AnalogRange(2), "0.000000 5.000000");
+    EXPECT_EQ(AnalogRange(2), std::pair(0.0, 5.0));
 }
 
 TEST_F(GainRange, LookingAtARangeNeverWritesIt) {
@@ -367,13 +365,13 @@ TEST_F(GainRange, LookingAtARangeNeverWritesIt) {
     InRange([&](dlgGainRange& dialog) {
         ClickRow(dialog, 3);
         EXPECT_EQ(dialog.ComboRange->currentIndex(), 1);
-        EXPECT_EQ(AnalogRange(3), "0.000000 5.000010");
+        EXPECT_EQ(AnalogRange(3), std::pair(0.0, 5.00001));
         Click(dialog.OptThermo);
         ClickRow(dialog, 0);
         ClickRow(dialog, 3);
         Click(dialog.OptAI);
         EXPECT_EQ(dialog.ComboRange->currentIndex(), 1);
-        EXPECT_EQ(AnalogRange(3), "0.000000 5.000010");
+        EXPECT_EQ(AnalogRange(3), std::pair(0.0, 5.00001));
     });
 }
 
@@ -678,6 +676,29 @@ TEST_F(GainRange, ChoiceIsShownAnewOnlyOnThe6601Family) {
             Click(dialog.optDifferent);
             EXPECT_EQ(dialog.OptAI->isChecked(), std::string_view(name) == "6601HG");
         });
+    }
+}
+
+// The family that counts is that of the board which the thermocouple control stands on.
+TEST_F(GainRange, ChoiceIsShownAnewByTheThermocoupleBoardsFamily) {
+    const struct {
+        const char* analog;
+        const char* thermo;
+        bool shown;
+    } cases[] = {{"Plain", "6601HG", true}, {"6601", "3605", false}};
+    for (const auto& c : cases) {
+        SCOPED_TRACE(c.analog);
+        Open(Boards({Described(c.analog, 4), Described(c.thermo, 4)}));
+        window->ZelThermo1->SetDeviceNumber(1);
+        InRange([&](dlgGainRange& dialog) {
+            {
+                const QSignalBlocker quiet(dialog.OptThermo);
+                dialog.OptThermo->setChecked(true);
+            }
+            Click(dialog.optDifferent);
+            EXPECT_EQ(dialog.OptAI->isChecked(), c.shown);
+        });
+        EXPECT_EQ(window->ZelThermo1->DeviceNumber(), 1);
     }
 }
 
