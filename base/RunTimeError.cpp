@@ -1,7 +1,7 @@
 #include "base/RunTimeError.h"
 
 #include <cerrno>
-#include <system_error>
+#include <cstring>
 
 namespace tracelet::Fault {
 
@@ -18,6 +18,7 @@ RunTimeError BadFileNumber() { return RunTimeError("Bad file name or number"); }
 RunTimeError FileAlreadyOpen() { return RunTimeError("File already open"); }
 RunTimeError UnexpectedEndOfFile() { return RunTimeError("Unexpected end of file"); }
 
+// Everything that is shown is in one language, whatever the locale: strerror would translate.
 RunTimeError FromErrno(int errorNumber) {
     switch (errorNumber) {
     case ENOENT: return FileNotFound();
@@ -31,8 +32,10 @@ RunTimeError FromErrno(int errorNumber) {
     case ENOMEM: return OutOfMemory();
     case ENOSPC:
     case EDQUOT: return DiskFull();
-    default: return RunTimeError(std::generic_category().message(errorNumber));
+    default: break;
     }
+    const char* description = strerrordesc_np(errorNumber);
+    return RunTimeError(description != nullptr ? description : "Unknown error");
 }
 
 } // namespace tracelet::Fault

@@ -29,9 +29,10 @@ function(tracelet_window_sources)
   endif()
 endfunction()
 
-# tracelet_test(NAME [WINDOW] SOURCES...): one test program, run as one CTest test without a display.
+# tracelet_test(NAME [WINDOW] [COMMA] SOURCES...): one test program, run as one CTest test without a display;
+# COMMA runs it again, as NAME_comma, on a desktop that writes decimals with a comma.
 function(tracelet_test name)
-  cmake_parse_arguments(test "WINDOW" "" "" ${ARGN})
+  cmake_parse_arguments(test "WINDOW;COMMA" "" "" ${ARGN})
   if(test_WINDOW AND NOT TRACELET_WINDOW)
     return()
   endif()
@@ -42,8 +43,12 @@ function(tracelet_test name)
   else()
     target_link_libraries(${name} PRIVATE tracelet_core GTest::gtest GTest::gmock GTest::gtest_main)
   endif()
+  set(environment "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1;LOCPATH=${TRACELET_LOCALES}")
   add_test(NAME ${name} COMMAND ${name})
-  set_tests_properties(${name} PROPERTIES
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1"
-    TIMEOUT 300)
+  set_tests_properties(${name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 300)
+  if(test_COMMA AND TRACELET_COMMA_LOCALE)
+    add_test(NAME ${name}_comma COMMAND ${name})
+    set_tests_properties(${name}_comma PROPERTIES
+      ENVIRONMENT "${environment};LC_ALL=${TRACELET_COMMA_LOCALE}" TIMEOUT 300)
+  endif()
 endfunction()

@@ -184,6 +184,10 @@ void ZelGraph::SetAxisVisible(int axis, bool visible) {
     LookChanged();
 }
 
+QString ZelGraph::AxisTitle(int axis) const {
+    return state->AxisOf(axis).title;
+}
+
 void ZelGraph::SetAxisTitle(int axis, const QString& title) {
     state->AxisOf(axis).title = title;
     LookChanged();

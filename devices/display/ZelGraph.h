@@ -85,6 +85,7 @@ public:
     void SetAxisAutoScale(int axis, bool automatic);
     [[nodiscard]] bool AxisVisible(int axis) const; ///< shown when allowed and a visible plot uses it
     void SetAxisVisible(int axis, bool visible);
+    [[nodiscard]] QString AxisTitle(int axis) const;
     void SetAxisTitle(int axis, const QString& title);
 
     [[nodiscard]] double XAxisMin() const { return AxisMin(XAxis); }
