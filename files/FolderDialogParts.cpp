@@ -11,7 +11,7 @@ namespace tracelet {
 QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
     txtFolderName->setObjectName(u"txtFolderName"_qs);
     txtFolderName->setAccessibleName(u"Folder Name"_qs);
-    auto* label = new QLabel(u"&Folder Name"_qs, dialog);
+    auto* label = new QLabel(u"Folder Name"_qs, dialog);
     label->setBuddy(txtFolderName);
     auto* row = new QHBoxLayout;
     row->addWidget(label);
