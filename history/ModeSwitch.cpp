@@ -28,6 +28,7 @@ void frmMain::EnterAcquisitionMode() {
         Files.Close(HisFileNumB);
     if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
         ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
+    isHisPlaying = false; // left in a pause; the pause itself is kept, with its place
 }
 
 // Shows the recording that was open before. Its data files stay closed: playing it ends at the first tick.

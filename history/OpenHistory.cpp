@@ -63,7 +63,7 @@ void frmMain::BtnHistory_Click() {
 }
 
 void frmMain::OpenRecording(const std::string& path) {
-    if (isHisPlaying)
+    if (isHisPlaying || isHisPlayPaused)
         BtnStop_Click();
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;

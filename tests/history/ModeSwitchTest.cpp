@@ -1,5 +1,7 @@
 #include "tests/history/HistoryWindowTest.h"
 
+#include "graph/frmGraphSet.h"
+
 namespace tracelet {
 namespace {
 
@@ -116,6 +118,40 @@ TEST_F(ModeSwitchTest, IsOnInAPauseAndStopsTheTimer) {
     EXPECT_FALSE(TimerRuns());
     EXPECT_FALSE(window->isSystemRunning);
     EXPECT_TRUE(window->FrameCmd->isEnabled()); // playing had switched it off
+}
+
+TEST_F(ModeSwitchTest, LeftInAPauseNothingPlaysAndThePlaceIsKept) {
+    const std::string project = Save(Polled(4));
+    OpenProject(project);
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    Click(window->ChkPlay);
+    Click(window->BtnModeSwitch);
+    EXPECT_FALSE(window->isHisPlaying);
+    EXPECT_TRUE(window->isHisPlayPaused);
+    std::string range;
+    bool minimumIsOn = false;
+    OnModalDialog<frmGraphSet>([&](frmGraphSet& dialog) {
+        const auto* minimum = dialog.findChild<QLineEdit*>(u"txtXMin"_qs);
+        range = minimum->text().toStdString();
+        minimumIsOn = minimum->isEnabled();
+        dialog.reject();
+    });
+    Click(window->BtnGraphSet);
+    EXPECT_NE(range, ""); // as while nothing runs
+    EXPECT_TRUE(minimumIsOn);
+
+    window->BtnModeSwitch_Click();
+    EXPECT_EQ(window->ZelSliderR->Value(), 50.0);
+    Click(window->ChkPlay);
+    EXPECT_EQ(window->HisScanIndex, 2);
+    Click(window->ChkPlay);
+    window->BtnModeSwitch_Click();
+    OpenProject(project); // what is opened starts fresh
+    EXPECT_FALSE(window->isHisPlayPaused);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    EXPECT_THAT(PointsOf(0), ElementsAre(std::pair(0.0, 0.0)));
 }
 
 TEST_F(ModeSwitchTest, ClosesTheFileOfARecordingWithoutAnalogData) {
