@@ -63,20 +63,24 @@ void CopyContent(const SystemFile& source, SystemFile& target) {
 
 } // namespace
 
+void CopyWholeFile(std::string_view from, std::string_view to) {
+    const SystemFile source(from, Disposition::OpenExisting);
+    const std::string target = NativePath(to);
+    if (SameFile(source, target))
+        throw Fault::PermissionDenied();
+    SystemFile copy(to, Disposition::CreateAlways);
+    try {
+        CopyContent(source, copy);
+    } catch (...) {
+        unlink(target.c_str());
+        throw;
+    }
+}
+
 bool CopyFile(std::string_view from, std::string_view to) noexcept {
     try {
-        const SystemFile source(from, Disposition::OpenExisting);
-        const std::string target = NativePath(to);
-        if (SameFile(source, target))
-            return false;
-        SystemFile copy(to, Disposition::CreateAlways);
-        try {
-            CopyContent(source, copy);
-            return true;
-        } catch (const std::exception&) {
-            unlink(target.c_str());
-            return false;
-        }
+        CopyWholeFile(from, to);
+        return true;
     } catch (const std::exception&) {
         return false;
     }

@@ -1,8 +1,11 @@
 #include "app/Handler.h"
 #include "app/frmMain.h"
+#include "base/RunTimeError.h"
 #include "files/Dialog.h"
 #include "files/FileOperations.h"
 #include "files/ProjectInfo.h"
+
+#include <optional>
 
 namespace tracelet {
 
@@ -20,7 +23,12 @@ void frmMain::SaveRecording(const std::string& folder) {
     const std::string analog = folder + "\\AI.tld";
     const std::string digital = folder + "\\DI.tld";
     CreateFolder(folder); // it may be there already
-    const bool hasProject = CopyFile(szProjectFileName, project);
+    std::optional<RunTimeError> refusal;
+    try {
+        CopyWholeFile(szProjectFileName, project);
+    } catch (const RunTimeError& error) {
+        refusal = error; // the samples are worth keeping all the same
+    }
     if (SoftAIWritten)
         CopyFile(szAIFileName, analog);
     if (FAIWritten)
@@ -29,10 +37,11 @@ void frmMain::SaveRecording(const std::string& folder) {
         CopyFile(szDIFileName, digital);
 
     Files.Close(ProjectFileNum);
+    if (refusal) // a project that is there tells of an earlier recording and stays as it is
+        throw RunTimeError(*refusal);
     Files.Open(ProjectFileNum, project);
     Files.Seek(ProjectFileNum, Files.Length(ProjectFileNum));
-    if (hasProject)
-        Files.PutBytes(ProjectFileNum, unwrittenStopRecord);
+    Files.PutBytes(ProjectFileNum, unwrittenStopRecord);
     Files.PutBytes(ProjectFileNum, SavedPaths(analog, digital));
     Files.Close(ProjectFileNum);
 }

@@ -1,5 +1,5 @@
 #include "export/ConvertFileDialog.h"
-#include "tests/export/FileSizeLimit.h"
+#include "tests/files/FileSizeLimit.h"
 #include "tests/history/HistoryWindowTest.h"
 
 #include <QElapsedTimer>

@@ -1,7 +1,7 @@
 #include "export/TextFile.h"
 
 #include "base/RunTimeError.h"
-#include "tests/export/FileSizeLimit.h"
+#include "tests/files/FileSizeLimit.h"
 #include "tests/files/TemporaryFolder.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,6 @@
 #include "files/FileOperations.h"
 
+#include "tests/files/FileSizeLimit.h"
 #include "tests/files/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -47,6 +48,26 @@ TEST(CopyFile, FailsQuietly) {
     EXPECT_FALSE(CopyFile(file, folder / "link"));
     EXPECT_FALSE(CopyFile(file, folder.Path() + "/./file"));
     EXPECT_EQ(ContentOf(file), "abc");
+}
+
+TEST(CopyWholeFile, SaysWhyItFailed) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("file", std::string(100, 'x'));
+    fs::create_directory(folder / "sub");
+    const std::string old = folder.Write("old", "earlier");
+    CopyWholeFile(file, folder / "to");
+    EXPECT_EQ(ContentOf(folder / "to"), std::string(100, 'x'));
+    EXPECT_EQ(FaultOf([&] { CopyWholeFile(folder / "none", old); }), "File not found");
+    EXPECT_EQ(ContentOf(old), "earlier");
+    EXPECT_EQ(FaultOf([&] { CopyWholeFile(file, folder / "none/to"); }), "Path not found");
+    EXPECT_EQ(FaultOf([&] { CopyWholeFile(file, folder / "sub"); }), "Permission denied");
+    EXPECT_EQ(FaultOf([&] { CopyWholeFile(file, file); }), "Permission denied");
+    {
+        const FileSizeLimit full(60);
+        EXPECT_EQ(FaultOf([&] { CopyWholeFile(file, old); }), "File too large");
+    }
+    EXPECT_FALSE(fs::exists(old)); // an incomplete copy is none
+    EXPECT_EQ(ContentOf(file).size(), 100U);
 }
 
 TEST(Folders, AreMadeOnceAndRemovedEmpty) {

@@ -20,6 +20,9 @@ public:
         std::signal(SIGXFSZ, handlerBefore);
     }
 
+    FileSizeLimit(const FileSizeLimit&) = delete;
+    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
+
 private:
     rlimit before{};
     void (*handlerBefore)(int) = nullptr;

@@ -2,6 +2,7 @@
 
 #include "files/Dialog.h"
 #include "files/ProjectInfo.h"
+#include "tests/files/FileSizeLimit.h"
 
 #include <QDir>
 #include <QFile>
@@ -150,6 +151,36 @@ TEST_F(SaveAsTest, DataFileDeletedUnderTheSessionIsLeftOutSilently) {
     ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szAIFileName))));
     SaveAs(u"a"_qs);
     EXPECT_THAT(Saved(u"a"_qs), ElementsAre(u"Project.tlp"_qs));
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).ScanCount, 2);
+}
+
+TEST_F(SaveAsTest, ProjectThatIsGoneIsToldAndAnEarlierOneStays) {
+    Record(2);
+    SaveAs(u"a"_qs);
+    const std::vector<std::uint8_t> earlier = SavedBytes(u"a/Project.tlp"_qs);
+    Record(3);
+    ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szProjectFileName))));
+    for (const QString& name : {u"a"_qs, u"b"_qs}) {
+        SaveAs(name);
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File not found", "BtnSaveAs"}));
+        EXPECT_EQ(SavedBytes(name + u"/AI.tld"_qs).size(), 12U); // the samples are kept
+    }
+    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_qs), earlier);
+    EXPECT_THAT(Saved(u"b"_qs), ElementsAre(u"AI.tld"_qs));
+    Record(1); // makes the project anew
+    SaveAs(u"c"_qs);
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"c/Project.tlp"_qs).toStdString()).ScanCount, 1);
+}
+
+TEST_F(SaveAsTest, FullDiskIsToldAndLeavesNoProjectOfPathsAlone) {
+    Record(2);
+    {
+        const FileSizeLimit full(10);
+        SaveAs(u"a"_qs);
+    }
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File too large", "BtnSaveAs"}));
+    EXPECT_THAT(Saved(u"a"_qs), ElementsAre(u"AI.tld"_qs));
+    SaveAs(u"a"_qs);
     EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).ScanCount, 2);
 }
 

@@ -1,12 +1,11 @@
 #include "files/SystemFile.h"
 
+#include "tests/files/FileSizeLimit.h"
 #include "tests/files/TemporaryFolder.h"
 
-#include <csignal>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -24,26 +23,6 @@ std::string ReadText(SystemFile& file, std::size_t count) {
     text.resize(file.Read(std::as_writable_bytes(std::span(text))));
     return text;
 }
-
-// Files of this program may not grow beyond `size` while it lives: a full disk in small.
-class FileSizeLimit {
-public:
-    explicit FileSizeLimit(rlim_t size) {
-        std::signal(SIGXFSZ, SIG_IGN);
-        getrlimit(RLIMIT_FSIZE, &before);
-        const rlimit limit{size, before.rlim_max};
-        setrlimit(RLIMIT_FSIZE, &limit);
-    }
-    ~FileSizeLimit() {
-        setrlimit(RLIMIT_FSIZE, &before);
-        std::signal(SIGXFSZ, SIG_DFL);
-    }
-    FileSizeLimit(const FileSizeLimit&) = delete;
-    FileSizeLimit& operator=(const FileSizeLimit&) = delete;
-
-private:
-    rlimit before{};
-};
 
 TEST(SystemFile, OpenAlwaysKeepsWhatIsThereAndCreatesWhatIsMissing) {
     const TemporaryFolder folder;
