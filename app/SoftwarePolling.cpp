@@ -1,6 +1,7 @@
 #include "app/Handler.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
+#include "devices/drivers/ChannelNumbers.h"
 #include "graph/TimeBase.h"
 
 #include <limits>
@@ -90,7 +91,8 @@ void frmMain::SelectThermoLimits(std::int32_t channel) {
 }
 
 std::int32_t frmMain::ThermoChannel(std::int32_t physical) const {
-    const bool doubled = ZelAI1->DeviceName().contains(u"6605") && ZelAI1->SignalConnection() == Differential;
+    const bool doubled = ZelAI1->BoardName().find("6605") != std::string_view::npos &&
+                         ZelAI1->SignalConnection() == Differential;
     return doubled ? 2 * physical : physical;
 }
 
@@ -110,6 +112,15 @@ void frmMain::SoftPoolTimerPorc() {
     ScanCount = NextOrHighest(ScanCount);
 }
 
+// Scans are mostly of voltages alone; telling so costs less than working out their channels.
+bool frmMain::AnyThermo() const {
+    for (std::int64_t channel = 0; channel < M1.AIChanIsThermo.Count(); ++channel) {
+        if (M1.AIChanIsThermo[channel])
+            return true;
+    }
+    return false;
+}
+
 bool frmMain::AnyScannedThermo(std::int32_t count) const {
     for (std::int32_t position = 0; position < count; ++position) {
         if (M1.AIChanIsThermo[ScannedChannel(position)])
@@ -120,12 +131,24 @@ bool frmMain::AnyScannedThermo(std::int32_t count) const {
 
 void frmMain::SoftAIScan() {
     const std::int32_t n = ZelAI1->ScanChannelCount();
-    if (ZelAI1->DeviceName().contains(u"05") && !AnyScannedThermo(n))
+    if (IsUnpairedFamily(ZelAI1->BoardName()) && !AnyScannedThermo(n))
         scanValues.assign(static_cast<std::size_t>(n), 0.0);
     else
         scanValues = ZelAI1->ReadChannels(true);
+    if (AnyThermo())
+        ReadTemperatures(n);
 
-    for (std::int32_t position = 0; position < n; ++position) {
+    const double time = (surroundings.ticks() - StartTicks) / 1000.0;
+    scanRow.assign(scanValues.size(), 0.0F);
+    for (std::size_t i = 0; i < scanValues.size(); ++i)
+        scanRow[i] = static_cast<float>(scanValues[i]);
+    ZelGraph1->AppendScan(time, scanRow);
+    if (bAISaveToDisk)
+        RecordScan();
+}
+
+void frmMain::ReadTemperatures(std::int32_t count) {
+    for (std::int32_t position = 0; position < count; ++position) {
         const std::int32_t p = ScannedChannel(position);
         if (!M1.AIChanIsThermo[p])
             continue;
@@ -135,14 +158,6 @@ void frmMain::SoftAIScan() {
         ZelThermo1->SetExpChannel(M1.AIThermoExpChan[p]);
         scanValues.at(static_cast<std::size_t>(position)) = ZelThermo1->Temperature();
     }
-
-    const double time = (surroundings.ticks() - StartTicks) / 1000.0;
-    scanRow.assign(scanValues.size(), 0.0F);
-    for (std::size_t i = 0; i < scanValues.size(); ++i)
-        scanRow[i] = static_cast<float>(scanValues[i]);
-    ZelGraph1->AppendScan(time, scanRow);
-    if (bAISaveToDisk)
-        RecordScan();
 }
 
 void frmMain::RecordScan() {

@@ -49,6 +49,7 @@ class QMenu;
 
 namespace tracelet {
 
+struct ChannelNumbers;
 struct ProjectInfo;
 
 class frmMain : public QWidget, public MainWidgets {
@@ -203,6 +204,7 @@ public:
     void BtnSet_Click();
     /// Clears and sizes the thermocouple tables for the selected analog device; without one they stay.
     void SizeThermoTables();
+    [[nodiscard]] ChannelNumbers ChannelNumbering() const;
     [[nodiscard]] std::int32_t PhysToLogicalChan(std::int32_t channel) const;
     [[nodiscard]] std::int32_t LogicalToPhysChan(std::int32_t& channel) const;
     [[nodiscard]] std::int32_t LogicalChanCount() const;
@@ -262,7 +264,9 @@ private:
     void StartPollTimer();
     void SelectThermoLimits(std::int32_t channel);
     [[nodiscard]] std::int32_t ThermoChannel(std::int32_t physical) const;
+    [[nodiscard]] bool AnyThermo() const;
     [[nodiscard]] bool AnyScannedThermo(std::int32_t count) const;
+    void ReadTemperatures(std::int32_t count);
     void RecordScan();
     void RecordPorts();
 

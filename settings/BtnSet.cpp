@@ -27,24 +27,24 @@ void frmMain::ReadBackConnections() {
 
 // The helpers below translate with the wiring as it was last read back from the device.
 
+ChannelNumbers frmMain::ChannelNumbering() const {
+    return {ZelAI1->BoardName(), ZelAI1->MaxChannelCount(), M1.AIChanConnection};
+}
+
 std::int32_t frmMain::PhysToLogicalChan(std::int32_t channel) const {
-    const std::string name = ZelAI1->DeviceName().toStdString();
-    return ChannelNumbers{name, ZelAI1->MaxChannelCount(), M1.AIChanConnection}.PhysToLogical(channel);
+    return ChannelNumbering().PhysToLogical(channel);
 }
 
 std::int32_t frmMain::LogicalToPhysChan(std::int32_t& channel) const {
-    const std::string name = ZelAI1->DeviceName().toStdString();
-    return ChannelNumbers{name, ZelAI1->MaxChannelCount(), M1.AIChanConnection}.LogicalToPhys(channel);
+    return ChannelNumbering().LogicalToPhys(channel);
 }
 
 std::int32_t frmMain::LogicalChanCount() const {
-    const std::string name = ZelAI1->DeviceName().toStdString();
-    return ChannelNumbers{name, ZelAI1->MaxChannelCount(), M1.AIChanConnection}.LogicalCount();
+    return ChannelNumbering().LogicalCount();
 }
 
 std::int32_t frmMain::ScannedChannel(std::int32_t position) const {
-    std::int32_t logical = PhysToLogicalChan(ZelAI1->ScanStartChannel()) + position;
-    return LogicalToPhysChan(logical);
+    return ChannelNumbering().ScannedChannel(ZelAI1->ScanStartChannel(), position);
 }
 
 } // namespace tracelet

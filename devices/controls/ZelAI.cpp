@@ -81,8 +81,12 @@ ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) {
     return defaults;
 }
 
+std::string_view ZelAI::BoardName() const {
+    return selection ? std::string_view(selection->Info().name) : "No Device";
+}
+
 QString ZelAI::DeviceName() const {
-    return selection ? QString::fromStdString(selection->Info().name) : QStringLiteral("No Device");
+    return QString::fromUtf8(BoardName());
 }
 
 void ZelAI::SelectDevice(QWidget* owner) {
@@ -121,8 +125,10 @@ std::int32_t ZelAI::SignalConnection() const {
 }
 
 void ZelAI::SetSignalConnection(std::int32_t code) {
-    if (selection)
-        settings.channels.Connect(settings.channel, code);
+    if (!selection)
+        return;
+    settings.channels.Connect(settings.channel, code);
+    settings.scan.clear();
 }
 
 void ZelAI::FirstRange(std::int32_t& code, double& first, double& second) {
@@ -150,6 +156,7 @@ void ZelAI::SetChannelRange(double first, double second, std::int32_t channel) {
         throw RunTimeError("The device has no input range " + OptionalDecimalsText(first) + " ~ " +
                            OptionalDecimalsText(second));
     settings.channels.SetRange(channel, *range);
+    settings.scan.clear();
 }
 
 void ZelAI::GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const {
@@ -184,6 +191,7 @@ void ZelAI::SetScanStartChannel(std::int32_t channel) {
         throw RunTimeError("A scan cannot begin with channel " + NumberText(channel) +
                            ": the device has no such channel");
     settings.scanStart = channel;
+    settings.scan.clear();
 }
 
 std::int32_t ZelAI::ScanChannelCount() const {
@@ -199,9 +207,12 @@ void ZelAI::SetScanChannelCount(std::int32_t count) {
     RequireScan(settings.scanStart, count);
     settings.sampleRate = SettledRate(*selection.Board(), settings.wantedRate, count);
     settings.scanCount = count;
+    settings.scan.clear();
 }
 
-std::vector<ChannelSetup> ZelAI::ScannedChannels() const {
+const std::vector<ChannelSetup>& ZelAI::ScannedChannels() {
+    if (!settings.scan.empty())
+        return settings.scan;
     RequireScan(settings.scanStart, settings.scanCount);
     const AnalogBoardInfo& info = selection->Info();
     const ChannelNumbers numbers{info.name, info.channelCount, settings.channels.Connections()};
@@ -209,7 +220,8 @@ std::vector<ChannelSetup> ZelAI::ScannedChannels() const {
     channels.reserve(static_cast<std::size_t>(settings.scanCount));
     for (std::int32_t position = 0; position < settings.scanCount; ++position)
         channels.push_back(settings.channels.SetupOf(numbers.ScannedChannel(settings.scanStart, position)));
-    return channels;
+    settings.scan = std::move(channels);
+    return settings.scan;
 }
 
 // ---- Pacer, form and trigger
@@ -329,18 +341,18 @@ void ZelAI::KeepingErrorText(Action action) {
     }
 }
 
-std::vector<double> ZelAI::ReadChannels(bool scaled) {
-    std::vector<double> values(static_cast<std::size_t>(settings.scanCount));
-    if (values.empty())
-        return values;
+const std::vector<double>& ZelAI::ReadChannels(bool scaled) {
+    readValues.resize(static_cast<std::size_t>(settings.scanCount));
+    if (readValues.empty())
+        return readValues;
     KeepingErrorText([&] {
-        const std::vector<ChannelSetup> channels = ScannedChannels();
-        selection->ReadScan(channels, values);
+        const std::vector<ChannelSetup>& channels = ScannedChannels();
+        selection->ReadScan(channels, readValues);
         const std::int32_t bits = Resolution();
-        for (std::size_t i = 0; !scaled && i < values.size(); ++i)
-            values[i] = CountOf(CodeOf(values[i], channels[i].range, bits), bits);
+        for (std::size_t i = 0; !scaled && i < readValues.size(); ++i)
+            readValues[i] = CountOf(CodeOf(readValues[i], channels[i].range, bits), bits);
     });
-    return values;
+    return readValues;
 }
 
 // Whole scans that half a buffer of `count` conversions holds, one at least.
@@ -357,7 +369,7 @@ std::size_t ZelAI::HalfSamples(std::int32_t count) const {
     return samples;
 }
 
-StreamSetup ZelAI::Stream(std::uint64_t totalSamples) const {
+StreamSetup ZelAI::Stream(std::uint64_t totalSamples) {
     StreamSetup setup;
     setup.channels = ScannedChannels();
     setup.sampleRate = settings.sampleRate;

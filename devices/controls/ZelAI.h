@@ -42,6 +42,8 @@ public:
     /// than that of a usable board deselects. Selecting the selected board again changes nothing.
     void SetDeviceNumber(std::int32_t number);
     [[nodiscard]] QString DeviceName() const;
+    /// The same without a copy, for what asks with every sample; valid until the selection changes.
+    [[nodiscard]] std::string_view BoardName() const;
     /// Shows the board picker; Cancel keeps the selection.
     void SelectDevice(QWidget* owner);
 
@@ -98,8 +100,8 @@ public:
 
     /// One scan: ScanChannelCount values, volts (or milliamperes), when `scaled`; raw counts otherwise. Scan
     /// position i reads the physical channel that the wiring gives it. Failures raise and leave their text in
-    /// ErrorText. Empty without a board.
-    [[nodiscard]] std::vector<double> ReadChannels(bool scaled);
+    /// ErrorText. Empty without a board. The values stand until the next reading.
+    const std::vector<double>& ReadChannels(bool scaled);
 
     /// Starts hardware-paced input of `count` conversions a buffer. Each half, rounded down to whole scans
     /// (one scan at least), is handed over by OnFirstBufferChange and OnSecondBufferChange in turn, from the
@@ -131,12 +133,12 @@ signals:
     void OnInputFailed();
 
 private:
-    [[nodiscard]] std::vector<ChannelSetup> ScannedChannels() const;
+    const std::vector<ChannelSetup>& ScannedChannels();
     void RequireScan(std::int32_t start, std::int32_t count) const;
     void RequireChannel(std::int32_t channel) const;
     [[nodiscard]] bool HasTrigger() const;
     [[nodiscard]] std::size_t HalfSamples(std::int32_t count) const;
-    [[nodiscard]] StreamSetup Stream(std::uint64_t totalSamples) const;
+    [[nodiscard]] StreamSetup Stream(std::uint64_t totalSamples);
     void HandOver(bool first, std::span<const std::byte> samples);
     template <typename Action>
     void KeepingErrorText(Action action);
@@ -147,6 +149,7 @@ private:
         ChannelSettings channels;
         std::int32_t scanStart = 0;
         std::int32_t scanCount = 0;
+        std::vector<ChannelSetup> scan; // by position; empty until it is worked out from the above
         double wantedRate = 1000.0; // hertz, as it was asked for
         double sampleRate = 0.0;    // hertz, as the board settled it
         std::int32_t pacer = InternalPacer;
@@ -158,6 +161,7 @@ private:
 
     BoardSelection<AnalogBoard> selection;
     Settings settings;
+    std::vector<double> readValues; // of the last scan read
     QString errorText;
     std::size_t queueLimit = std::size_t{256} << 20;
     std::int32_t streamForm = AnalogValues; // of the running input

@@ -1,5 +1,6 @@
 // monkey STEPS SEED...: as many random steps with the main window for each seed. What breaks is told with the
 // deeds that led there. The times of the machine play a part, so a seed repeats a run roughly, not exactly.
+// Draws nowhere unless QT_QPA_PLATFORM names a display.
 
 #include "tests/monkey/Checks.h"
 #include "tests/monkey/Diary.h"
@@ -43,7 +44,8 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "usage: monkey STEPS SEED...\n");
         return 2;
     }
-    qputenv("QT_QPA_PLATFORM", "offscreen");
+    if (!qEnvironmentVariableIsSet("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(QStringLiteral("Fusion"));

@@ -339,6 +339,22 @@ TEST_F(AnalogSettingsTest, ReadChannelsGivesVoltsOrCounts) {
     EXPECT_THAT(control.ReadChannels(false), ElementsAre(0.0, 2048.0, 4095.0));
 }
 
+TEST_F(AnalogSettingsTest, EveryReadingFollowsWhatWasSetSinceTheOneBefore) {
+    control.SetScanChannelCount(2);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 110.0));
+    control.SetChannelRange(0, 5, 1);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 105.0));
+    control.SetScanChannelCount(3);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 105.0, 210.0));
+    control.SetScanStartChannel(1);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(105.0, 210.0, 310.0));
+    Connect(control, 2, Differential);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(105.0, 210.0, 410.0));
+    control.SetDeviceNumber(-1);
+    control.SetDeviceNumber(0);
+    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0));
+}
+
 TEST_F(AnalogSettingsTest, AFailedReadingLeavesItsText) {
     fake->refusedScan = "The board was unplugged";
     EXPECT_THAT([&] { (void)control.ReadChannels(true); },
