@@ -228,12 +228,10 @@ QRect ZelGraph::PlotRect() const {
 }
 
 double ZelGraph::TimeAt(double x) const {
-    state->Prepare(*this);
-    const QRect area = state->frame.PlotArea();
+    const QRect area = PlotRect();
     if (area.isEmpty())
         return state->timeSpan.low;
-    const double share = (x * state->scale - area.left()) / area.width();
-    return state->timeSpan.low + share * state->timeSpan.Length();
+    return state->timeSpan.low + (x - area.left()) / area.width() * state->timeSpan.Length();
 }
 
 } // namespace tracelet

@@ -1,3 +1,4 @@
+#include "base/Convert.h"
 #include "devices/display/ZelGraph.h"
 
 #include <QImage>
@@ -321,6 +322,31 @@ TEST_F(ZelGraphDrawing, LaterPlotsLieOverEarlierOnes) {
     EXPECT_LT(GreenPixels(graph).size(), 10U);
     graph.SetPlotVisible(1, false);
     EXPECT_GT(GreenPixels(graph).size(), 100U);
+}
+
+TEST_F(ZelGraphDrawing, LinesAreAsThickAsTheDisplaysScaleAsks) {
+    const double scale = graph.devicePixelRatioF();
+    const int thickness = std::max(1, CLng(scale));
+    graph.AddPoint(0, 0, -5);
+    graph.AddPoint(0, 5, -5);
+    graph.AddPoint(0, 5, 5);
+    graph.AddPoint(0, 10, 5);
+    graph.grab(); // lets the layout settle
+    QImage image = graph.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    image.setDevicePixelRatio(1);
+    const QRect area = graph.PlotRect();
+    EXPECT_EQ(image.width(), static_cast<int>(std::floor(graph.width() * scale)));
+    const auto inked = [&](double x, double y) {
+        return image.pixel(static_cast<int>(x * scale), static_cast<int>(y * scale)) == qRgb(0, 255, 0);
+    };
+    int rows = 0;
+    int columns = 0;
+    for (double y = area.top(); y < area.center().y(); y += 1 / scale)
+        rows += inked(area.left() + 0.75 * area.width(), y) ? 1 : 0;
+    for (double x = area.left(); x < area.right(); x += 1 / scale)
+        columns += inked(x, area.center().y()) ? 1 : 0;
+    EXPECT_EQ(rows, thickness);
+    EXPECT_EQ(columns, thickness);
 }
 
 } // namespace
