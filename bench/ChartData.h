@@ -48,6 +48,11 @@ inline Stream& TheStream() {
     return stream;
 }
 
+/// Colour of a plot, 0x00RRGGBB.
+inline std::uint32_t PlotColor(int plot) {
+    return 0x40a0ffU + static_cast<std::uint32_t>(plot) * 0x70503U;
+}
+
 /// Blocks that fill a chart of so many points a plot.
 inline int BlocksFor(std::int64_t points) {
     return static_cast<int>((points + blockScans - 1) / blockScans);

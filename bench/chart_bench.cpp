@@ -1,18 +1,11 @@
-// CPU time of one frame of the strip chart: append 2,500 scans of 16 plots and paint, beside a general
-// plotting widget at its best settings and beside a widget that only clears itself and draws a grid with
-// labels.
+// CPU time of one frame of the strip chart, append and paint of 16 plots, beside QCustomPlot at its best
+// settings and beside a widget that only clears itself and draws a grid with labels.
 
-#include "bench/ChartData.h"
+#include "bench/ChartRounds.h"
+#include "devices/display/ChartFrame.h"
 #include "devices/display/ZelGraph.h"
 
-#include <QApplication>
 #include <QPainter>
-#include <benchmark/benchmark.h>
-#ifdef TRACELET_BENCH_QCUSTOMPLOT
-#include <qcustomplot.h>
-#endif
-
-#include <memory>
 
 namespace {
 
@@ -43,27 +36,6 @@ protected:
     }
 };
 
-void Show(QWidget& widget) {
-    widget.resize(width, height);
-    widget.show();
-    QApplication::processEvents();
-}
-
-std::unique_ptr<ZelGraph> FilledGraph(std::int64_t points) {
-    auto graph = std::make_unique<ZelGraph>();
-    for (int i = 0; i < plots; ++i)
-        graph->AddPlot({QString::number(i), 0x40a0ffU + static_cast<std::uint32_t>(i) * 0x70503U, 0});
-    graph->SetChartLength(static_cast<std::int32_t>(points));
-    graph->SetXAxisMax(static_cast<double>(points) * step);
-    Show(*graph);
-    return graph;
-}
-
-void Append(ZelGraph& graph) {
-    const std::span<const float> block(TheStream().Next(), static_cast<std::size_t>(blockScans) * plots);
-    graph.AppendSamples(step, ZelGraph::PlotInterleaved(blockScans, plots, block));
-}
-
 void BareFrame(benchmark::State& bench) {
     BareGrid widget;
     Show(widget);
@@ -71,157 +43,191 @@ void BareFrame(benchmark::State& bench) {
         widget.repaint();
 }
 
-void GraphScroll(benchmark::State& bench) {
-    const auto graph = FilledGraph(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        Append(*graph);
-    graph->repaint();
-    for (auto _ : bench) {
-        Append(*graph);
-        graph->repaint();
+class GraphChart {
+public:
+    explicit GraphChart(std::int64_t points) {
+        for (int i = 0; i < plots; ++i)
+            graph.AddPlot({QString::number(i), PlotColor(i), 0});
+        graph.SetChartLength(static_cast<std::int32_t>(points));
+        graph.SetXAxisMax(static_cast<double>(points) * step);
+        Show(graph);
     }
-}
 
-void GraphRedraw(benchmark::State& bench) {
-    const auto graph = FilledGraph(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        Append(*graph);
-    const double full = graph->XAxisMax() - graph->XAxisMin();
-    const double end = graph->XAxisMax();
-    bool wide = false;
-    for (auto _ : bench) {
-        graph->AxisSetRange(tracelet::XAxis, end - (wide ? full : 0.9 * full), end);
-        wide = !wide;
-        graph->repaint();
+    void Append(int count) {
+        const std::span<const float> block(TheStream().Next(), static_cast<std::size_t>(count) * plots);
+        graph.AppendSamples(step, ZelGraph::PlotInterleaved(count, plots, block));
     }
-}
+    void Paint() { graph.repaint(); }
+    void SetSpan(double seconds) {
+        graph.AxisSetRange(tracelet::XAxis, graph.XAxisMax() - seconds, graph.XAxisMax());
+    }
+    [[nodiscard]] double Span() const { return graph.XAxisMax() - graph.XAxisMin(); }
+    [[nodiscard]] QWidget& Widget() { return graph; }
+    [[nodiscard]] QRect Canvas() const { return graph.PlotRect(); }
+    [[nodiscard]] static bool IsTrace(QRgb color) {
+        return color != tracelet::ChartColor::ground && color != tracelet::ChartColor::grid;
+    }
 
-void GraphAppend(benchmark::State& bench) {
-    const auto graph = FilledGraph(bench.range(0));
-    graph->hide();
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        Append(*graph);
-    for (auto _ : bench)
-        Append(*graph);
-    std::int64_t held = 0;
-    for (int i = 0; i < plots; ++i)
-        held += graph->PointCount(i);
-    bench.counters["bytes_a_sample"] = static_cast<double>(graph->HeldBytes()) / static_cast<double>(held);
-}
-
-/// One scan of 64 plots with its own time, as a tick of polled sampling appends it.
-void GraphTick(benchmark::State& bench) {
+private:
     ZelGraph graph;
-    for (int i = 0; i < 64; ++i)
-        graph.AddPlot({QString::number(i), 0x40a0ffU, 0});
-    graph.SetChartLength(10001);
-    Show(graph);
-    std::vector<float> scan(64);
-    std::int64_t tick = 0;
-    const auto paints = bench.range(0) != 0;
-    for (auto _ : bench) {
-        for (std::size_t i = 0; i < scan.size(); ++i)
-            scan[i] =
-                static_cast<float>(static_cast<double>(i) / 4 - 8 + 0.001 * static_cast<double>(tick % 97));
-        graph.AppendScan(static_cast<double>(tick) * 0.001, scan);
-        if (paints && tick % 16 == 0)
-            graph.repaint();
-        ++tick;
-    }
-}
-
-#ifdef TRACELET_BENCH_QCUSTOMPLOT
-
-struct Peer {
-    QCustomPlot plot;
-    double x = 0;
-    double span = 0;
-
-    explicit Peer(std::int64_t points) : span(static_cast<double>(points) * step) {
-        plot.setNotAntialiasedElements(QCP::aeAll);
-        plot.setPlottingHints(QCP::phFastPolylines | QCP::phCacheLabels);
-        plot.setInteractions(QCP::Interactions());
-        for (int i = 0; i < plots; ++i) {
-            QCPGraph* graph = plot.addGraph();
-            graph->setPen(
-                QPen(QColor::fromRgb(0xffU << 24 | (0x40a0ffU + static_cast<unsigned>(i) * 0x70503U)), 1));
-            graph->setAdaptiveSampling(true);
-        }
-        plot.yAxis->setRange(-10, 10);
-        plot.xAxis->setRange(0, span);
-        Show(plot);
-    }
-
-    void Append() {
-        const float* block = TheStream().Next();
-        QVector<QCPGraphData> points(blockScans);
-        for (int i = 0; i < plots; ++i) {
-            for (int scan = 0; scan < blockScans; ++scan)
-                points[scan] = {x + scan * step, static_cast<double>(block[scan * plots + i])};
-            plot.graph(i)->data()->add(points, true);
-            plot.graph(i)->data()->removeBefore(x + blockScans * step - span);
-        }
-        x += blockScans * step;
-        plot.xAxis->setRange(x - span, x);
-    }
 };
 
-void PeerScroll(benchmark::State& bench) {
-    Peer peer(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        peer.Append();
+/// Samples that nobody sees.
+void GraphAppend(benchmark::State& bench) {
+    GraphChart chart(bench.range(0));
+    Fill(chart, bench.range(0));
+    chart.Widget().hide();
+    for (auto _ : bench)
+        chart.Append(blockScans);
+}
+
+/// 64 plots that get one scan with its own time each tick, as polled input feeds them: ten seconds at 1 ms.
+class PolledGraph {
+public:
+    static constexpr int plots = 64;
+    static constexpr double period = 0.001; ///< seconds
+    static constexpr int frameTicks = 16;   ///< of a display at 60 frames a second
+    static constexpr int held = 10001;
+
+    PolledGraph() {
+        for (int i = 0; i < plots; ++i)
+            graph.AddPlot({QString::number(i), PlotColor(i), 0});
+        graph.SetXAxisMax(10);
+        graph.SetChartLength(held);
+        Show(graph);
+    }
+
+    void Tick() {
+        constexpr int scans = blockScans * chart_bench::plots / plots;
+        if (tick % scans == 0)
+            values = TheStream().Next();
+        graph.AppendScan(static_cast<double>(tick) * period, std::span(values, plots));
+        values += plots;
+        ++tick;
+    }
+    [[nodiscard]] bool FrameDue() const { return tick % frameTicks == 0; }
+    void Paint() { graph.repaint(); }
+    [[nodiscard]] ZelGraph& Graph() { return graph; }
+
+private:
+    ZelGraph graph;
+    const float* values = nullptr;
+    std::int64_t tick = 0;
+};
+
+/// One tick; argument 1: with its share of the paints.
+void GraphTick(benchmark::State& bench) {
+    PolledGraph polled;
+    for (int i = 0; i < PolledGraph::held; ++i)
+        polled.Tick();
+    const bool paints = bench.range(0) != 0;
+    polled.Graph().setVisible(paints);
     for (auto _ : bench) {
-        peer.Append();
-        peer.plot.replot(QCustomPlot::rpImmediateRefresh);
+        polled.Tick();
+        if (paints && polled.FrameDue())
+            polled.Paint();
     }
 }
 
-void PeerRedraw(benchmark::State& bench) {
-    Peer peer(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        peer.Append();
-    bool wide = false;
+/// Cost of a piece of work in the first and the last of many minutes.
+class Minutes {
+public:
+    template <typename Work>
+    void Measure(Work work) {
+        const double start = Cpu();
+        work();
+        costs.push_back(Cpu() - start);
+    }
+    /// Median of the pieces measured since the last call, in microseconds.
+    [[nodiscard]] double Median() {
+        std::nth_element(costs.begin(), costs.begin() + std::ssize(costs) / 2, costs.end());
+        const double median = costs[costs.size() / 2];
+        costs.clear();
+        return median * 1e6;
+    }
+
+private:
+    [[nodiscard]] static double Cpu() {
+        timespec now{};
+        clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
+        return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
+    }
+    std::vector<double> costs;
+};
+
+/// Feeds an hour at speed, `perMinute` pieces of work a minute, and tells what the first minute and the last
+/// one cost a piece and what the heap gained between. The minutes between may only `feed`.
+template <typename Work, typename Feed>
+void MeasureHour(benchmark::State& bench, int perMinute, Work work, Feed feed) {
+    Minutes minutes;
+    const auto minute = [&] {
+        for (int i = 0; i < perMinute; ++i)
+            minutes.Measure(work);
+        return minutes.Median();
+    };
+    const double first = minute();
+    const double heap = HeapInUse();
+    for (int i = 0; i < 58 * perMinute; ++i)
+        feed();
+    const double last = minute();
+    bench.counters["first_minute_us"] = first;
+    bench.counters["last_minute_us"] = last;
+    bench.counters["last_to_first"] = last / first;
+    bench.counters["heap_growth_bytes"] = HeapInUse() - heap;
+}
+
+/// 16 plots of 100,000 points at 25 kS/s, ten frames a second, for an hour; a piece is a frame.
+void GraphHour(benchmark::State& bench) {
     for (auto _ : bench) {
-        peer.plot.xAxis->setRange(peer.x - (wide ? peer.span : 0.9 * peer.span), peer.x);
-        wide = !wide;
-        peer.plot.replot(QCustomPlot::rpImmediateRefresh);
+        GraphChart chart(bench.range(0));
+        Fill(chart, bench.range(0));
+        const auto frame = [&] {
+            chart.Append(blockScans);
+            chart.Paint();
+        };
+        MeasureHour(bench, 600, frame, frame);
     }
 }
 
-#endif
-
-void Sizes(benchmark::internal::Benchmark* bench) {
-    for (const int points : {1000, 100000, 1000000})
-        bench->Arg(points);
-    bench->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->ReportAggregatesOnly();
+/// The polled chart for an hour; a piece is the ticks of one frame.
+void GraphTickHour(benchmark::State& bench) {
+    for (auto _ : bench) {
+        PolledGraph polled;
+        for (int i = 0; i < 2 * PolledGraph::held; ++i)
+            polled.Tick();
+        const auto ticks = [&] {
+            for (int i = 0; i < PolledGraph::frameTicks; ++i)
+                polled.Tick();
+        };
+        MeasureHour(
+            bench, 3750,
+            [&] {
+                ticks();
+                polled.Paint();
+            },
+            ticks);
+    }
 }
 
-BENCHMARK(BareFrame)
-    ->Unit(benchmark::kMillisecond)
-    ->MeasureProcessCPUTime()
-    ->Repetitions(5)
-    ->ReportAggregatesOnly();
+constexpr auto& GraphScroll = Scroll<GraphChart>;
+constexpr auto& GraphRedraw = Redraw<GraphChart>;
+constexpr auto& GraphResize = Resize<GraphChart>;
+constexpr auto& GraphMemory = Memory<GraphChart>;
+constexpr auto& GraphShift = Shift<GraphChart>;
+
+BENCHMARK(BareFrame)->Apply(Measured);
 BENCHMARK(GraphScroll)->Apply(Sizes);
 BENCHMARK(GraphRedraw)->Apply(Sizes);
+BENCHMARK(GraphResize)->Apply(Large);
 BENCHMARK(GraphAppend)->Apply(Sizes);
-BENCHMARK(GraphTick)
-    ->Arg(0)
-    ->Arg(1)
-    ->Unit(benchmark::kMicrosecond)
-    ->MeasureProcessCPUTime()
-    ->Repetitions(5)
-    ->ReportAggregatesOnly();
-#ifdef TRACELET_BENCH_QCUSTOMPLOT
-BENCHMARK(PeerScroll)->Apply(Sizes);
-BENCHMARK(PeerRedraw)->Apply(Sizes);
-#endif
+BENCHMARK(GraphTick)->Arg(0)->Arg(1)->Apply(Measured)->Unit(benchmark::kMicrosecond);
+BENCHMARK(GraphMemory)->Apply(Once);
+BENCHMARK(GraphShift)->Apply(Once);
+BENCHMARK(GraphHour)->Apply(Once);
+BENCHMARK(GraphTickHour)->Iterations(1)->Apply(Measured);
 
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return chart_bench::Main(argc, argv);
 }

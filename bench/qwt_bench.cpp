@@ -1,9 +1,7 @@
 // The same frames as chart_bench drawn by Qwt, in a program of its own since it stands on Qt 5.
 
-#include "bench/ChartData.h"
+#include "bench/ChartRounds.h"
 
-#include <QApplication>
-#include <benchmark/benchmark.h>
 #include <qwt_plot.h>
 #include <qwt_plot_canvas.h>
 #include <qwt_plot_curve.h>
@@ -13,107 +11,138 @@ namespace {
 
 using namespace chart_bench;
 
-/// The newest points of a plot, without copies: the series computes each point from a ring.
-class RingSeries : public QwtSeriesData<QPointF> {
+/// The newest points of a plot, ready to be read: they stand one behind the other in memory, and the window
+/// goes back to the front of the buffer once in a while.
+class NewestPoints : public QwtSeriesData<QPointF> {
 public:
-    explicit RingSeries(std::size_t points) : values(points) {}
+    explicit NewestPoints(std::size_t points) : most(points) {}
 
-    void Append(float value) { values[static_cast<std::size_t>(count++) % values.size()] = value; }
-
-    size_t size() const override { return std::min(values.size(), static_cast<std::size_t>(count)); }
-    QPointF sample(size_t i) const override {
-        const std::int64_t index = count - static_cast<std::int64_t>(size()) + static_cast<std::int64_t>(i);
-        return {static_cast<double>(index) * step,
-                static_cast<double>(values[static_cast<std::size_t>(index) % values.size()])};
+    void Append(double x, double y) {
+        if (values.empty())
+            values.reserve(2 * most + blockScans);
+        if (values.size() == values.capacity()) {
+            values.erase(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(first));
+            first = 0;
+        }
+        values.emplace_back(x, y);
+        if (values.size() - first > most)
+            ++first;
     }
+
+    size_t size() const override { return values.size() - first; }
+    QPointF sample(size_t i) const override { return values[first + i]; }
     QRectF boundingRect() const override {
-        return {static_cast<double>(count - static_cast<std::int64_t>(size())) * step, -10,
-                static_cast<double>(size()) * step, 20};
+        return values.empty() ? QRectF()
+                              : QRectF(values[first].x(), -10, values.back().x() - values[first].x(), 20);
     }
 
 private:
-    std::vector<float> values;
-    std::int64_t count = 0;
+    std::vector<QPointF> values;
+    std::size_t most;
+    std::size_t first = 0;
 };
 
-struct Peer {
-    QwtPlot plot;
-    std::vector<RingSeries*> series;
-    double x = 0;
-    double span = 0;
+struct Settings {
+    const char* name = "";
+    bool filter = false;
+    bool clip = false;
+    bool backingStore = false;
+    double pen = 1;
+    bool lean = false; ///< MinimizeMemory
+};
 
-    explicit Peer(std::int64_t points) : span(static_cast<double>(points) * step) {
+// QwtSetting measures them: the first is the best. With noise on every trace hardly a point falls together
+// with its neighbour and nearly all are visible, so that filtering and clipping cost more than they save; the
+// aggressive filter came with 6.2; ImageBuffer is for dots; OpenGL canvases need a display with OpenGL.
+constexpr Settings variants[] = {
+    {"best"},
+    {"filter", true},
+    {"clipping", false, true},
+    {"filter and clipping", true, true},
+    {"backing store", false, false, true},
+    {"cosmetic pen", false, false, false, 0},
+    {"filter, minimize memory", true, false, false, 1, true},
+};
+
+class QwtChart {
+public:
+    explicit QwtChart(std::int64_t points, const Settings& settings = variants[0])
+        : span(static_cast<double>(points) * step) {
         plot.setAutoReplot(false);
         auto* canvas = new QwtPlotCanvas;
         canvas->setFrameStyle(QFrame::NoFrame);
-        canvas->setPaintAttribute(QwtPlotCanvas::BackingStore, false);
+        canvas->setPaintAttribute(QwtPlotCanvas::BackingStore, settings.backingStore);
         canvas->setPaintAttribute(QwtPlotCanvas::Opaque, true);
         canvas->setPaintAttribute(QwtPlotCanvas::ImmediatePaint, true);
         plot.setCanvas(canvas);
         plot.setAxisScale(QwtPlot::yLeft, -10, 10);
         for (int i = 0; i < plots; ++i) {
             auto* curve = new QwtPlotCurve;
-            curve->setPen(QPen(QColor::fromRgb(0x40a0ffU + static_cast<unsigned>(i) * 0x70503U), 1));
-            curve->setPaintAttribute(QwtPlotCurve::ClipPolygons, true);
-            curve->setPaintAttribute(QwtPlotCurve::FilterPoints, true);
-            series.push_back(new RingSeries(static_cast<std::size_t>(points)));
+            curve->setPen(QPen(QColor::fromRgb(PlotColor(i)), settings.pen));
+            curve->setPaintAttribute(QwtPlotCurve::ClipPolygons, settings.clip);
+            curve->setPaintAttribute(QwtPlotCurve::FilterPoints, settings.filter);
+            curve->setPaintAttribute(QwtPlotCurve::MinimizeMemory, settings.lean);
+            series.push_back(new NewestPoints(static_cast<std::size_t>(points)));
             curve->setData(series.back());
             curve->attach(&plot);
         }
-        plot.resize(width, height);
-        plot.show();
-        QApplication::processEvents();
+        Show(plot);
     }
 
-    void Append() {
+    void Append(int count) {
         const float* block = TheStream().Next();
         for (int i = 0; i < plots; ++i)
-            for (int scan = 0; scan < blockScans; ++scan)
-                series[static_cast<std::size_t>(i)]->Append(block[scan * plots + i]);
-        x += blockScans * step;
+            for (int scan = 0; scan < count; ++scan)
+                series[static_cast<std::size_t>(i)]->Append(x + scan * step,
+                                                            static_cast<double>(block[scan * plots + i]));
+        x += count * step;
         plot.setAxisScale(QwtPlot::xBottom, x - span, x);
     }
-};
 
-void QwtScroll(benchmark::State& bench) {
-    Peer peer(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        peer.Append();
-    for (auto _ : bench) {
-        peer.Append();
-        peer.plot.replot();
+    void Paint() {
+        plot.replot();
         QApplication::processEvents(); // axes repaint by event
     }
-}
 
-void QwtRedraw(benchmark::State& bench) {
-    Peer peer(bench.range(0));
-    for (int i = 0; i < BlocksFor(bench.range(0)); ++i)
-        peer.Append();
-    bool wide = false;
-    for (auto _ : bench) {
-        peer.plot.setAxisScale(QwtPlot::xBottom, peer.x - (wide ? peer.span : 0.9 * peer.span), peer.x);
-        wide = !wide;
-        peer.plot.replot();
-        QApplication::processEvents();
+    void SetSpan(double seconds) {
+        span = seconds;
+        plot.setAxisScale(QwtPlot::xBottom, x - span, x);
     }
+    [[nodiscard]] double Span() const { return span; }
+    [[nodiscard]] QWidget& Widget() { return plot; }
+    [[nodiscard]] QRect Canvas() const { return plot.canvas()->geometry(); }
+    [[nodiscard]] static bool IsTrace(QRgb color) {
+        return qRed(color) != qGreen(color) || qRed(color) != qBlue(color); // all else is grey
+    }
+
+private:
+    QwtPlot plot;
+    std::vector<NewestPoints*> series; ///< of the curves
+    double x = 0;
+    double span = 0;
+};
+
+void QwtSetting(benchmark::State& bench) {
+    ScrollSetting<QwtChart>(bench, variants[bench.range(0)]);
 }
 
-void Sizes(benchmark::internal::Benchmark* bench) {
-    for (const int points : {1000, 100000, 1000000})
-        bench->Arg(points);
-    bench->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->Repetitions(5)->ReportAggregatesOnly();
-}
+constexpr auto& QwtScroll = Scroll<QwtChart>;
+constexpr auto& QwtRedraw = Redraw<QwtChart>;
+constexpr auto& QwtResize = Resize<QwtChart>;
+constexpr auto& QwtMemory = Memory<QwtChart>;
+constexpr auto& QwtShift = Shift<QwtChart>;
 
 BENCHMARK(QwtScroll)->Apply(Sizes);
 BENCHMARK(QwtRedraw)->Apply(Sizes);
+BENCHMARK(QwtResize)->Apply(Large);
+BENCHMARK(QwtMemory)->Apply(Once);
+BENCHMARK(QwtShift)->Apply(Once);
+BENCHMARK(QwtSetting)
+    ->ArgsProduct({benchmark::CreateDenseRange(0, std::size(variants) - 1, 1), {1000, 100000}})
+    ->Apply(Measured);
 
 } // namespace
 
 int main(int argc, char** argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    QApplication application(argc, argv);
-    benchmark::Initialize(&argc, argv);
-    benchmark::RunSpecifiedBenchmarks();
-    return 0;
+    return chart_bench::Main(argc, argv);
 }
