@@ -1,12 +1,11 @@
-// What opening, seeking and replaying a recording cost. First the median time to open one and to seek in it,
-// for data files of 4 MiB and of 4 GiB (mostly holes). Then a replay of 16 channels at 1,000,000 scans a
-// second: the processor's share of each 100 ms, and how long the window was deaf at most.
-// Usage: playback_bench [SECONDS]; the replay lasts 5 seconds by default and needs 64 MB of disk for each.
+// What opening, seeking and replaying a recording cost: opening one and seeking in it for data files of 4 MiB
+// and of 4 GiB (holes), and a replay of 16 channels at 1,000,000 scans a second, with the processor's share
+// of each 100 ms and how long the window was deaf at most. The replay needs 320 MB of disk.
 
-#include "app/frmMain.h"
+#include "bench/BenchWindow.h"
+#include "bench/Measure.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelSlider.h"
-#include "devices/drivers/simulated/SimulatedBoards.h"
 #include "files/ProjectInfo.h"
 
 #include <QApplication>
@@ -18,12 +17,10 @@
 #include <QPushButton>
 #include <QTemporaryDir>
 #include <QTimer>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
-#include <cstdlib>
-#include <ctime>
 #include <filesystem>
 #include <fstream>
 #include <random>
@@ -35,18 +32,7 @@ using namespace tracelet;
 constexpr std::int32_t Channels = 16;
 constexpr std::int64_t BytesAScan = Channels * 4;
 constexpr std::int32_t ScansASecond = 1'000'000;
-constexpr int Repeats = 21;
-
-double CpuSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
-double Median(std::vector<double> values) {
-    std::nth_element(values.begin(), values.begin() + std::ssize(values) / 2, values.end());
-    return values[values.size() / 2];
-}
+constexpr int ReplayedSeconds = 5;
 
 void WriteProject(const std::string& folder, std::int64_t scans) {
     ProjectInfo info;
@@ -85,79 +71,70 @@ std::string NoisyRecording(const std::string& folder, int seconds) {
     return folder + "/Project.tlp";
 }
 
-// Seconds from the accepted file dialog to the opened recording.
-double OpenProject(frmMain& window, const std::string& path) {
-    QElapsedTimer clock;
+// Answers the file dialog that BtnHistory shows.
+void OpenProject(frmMain& window, const std::string& path) {
     QTimer::singleShot(0, &window, [&] {
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
         dialog->findChild<QLineEdit*>(u"fileNameEdit"_qs)->setText(QString::fromStdString(path));
-        clock.start();
         dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
     });
     window.BtnHistory->click();
-    return static_cast<double>(clock.nsecsElapsed()) * 1e-9;
 }
 
-double Seek(frmMain& window, double percent) {
-    QElapsedTimer clock;
-    clock.start();
-    window.ZelSliderR->MoveByUser(percent);
-    window.HistoryTick();
-    return static_cast<double>(clock.nsecsElapsed()) * 1e-9;
+// MiB of the data file: 4 or 4096.
+void Open(benchmark::State& bench) {
+    const QTemporaryDir folder;
+    const std::string path = SparseRecording(folder.path().toStdString(), bench.range(0) << 20);
+    BenchWindow window;
+    for (auto _ : bench)
+        OpenProject(*window, path);
 }
 
-void MeasureSize(frmMain& window, const char* name, const std::string& path) {
-    std::vector<double> opening;
-    std::vector<double> seeking;
-    for (int i = 0; i < Repeats; ++i) {
-        opening.push_back(OpenProject(window, path));
-        window.ZelSliderV->SetValue(100.0); // ten scans a tick: the place costs, not the amount
-        seeking.push_back(Seek(window, 5.0 + 4.0 * i));
+void Seek(benchmark::State& bench) {
+    const QTemporaryDir folder;
+    BenchWindow window;
+    OpenProject(*window, SparseRecording(folder.path().toStdString(), bench.range(0) << 20));
+    window->ZelSliderV->SetValue(100.0); // ten scans a tick: the place costs, not the amount
+    double percent = 0;
+    for (auto _ : bench) {
+        percent = std::fmod(percent + 37.0, 95.0);
+        window->ZelSliderR->MoveByUser(percent);
+        window->HistoryTick();
     }
-    std::printf("%s: open %.3f ms, seek and first tick %.3f ms\n", name, 1e3 * Median(opening),
-                1e3 * Median(seeking));
 }
 
-void MeasureReplay(frmMain& window, const std::string& path) {
-    OpenProject(window, path);
-    double longest = 0.0;
-    QElapsedTimer heard;
-    QTimer beat;
-    QObject::connect(&beat, &QTimer::timeout, [&] {
-        if (heard.isValid())
-            longest = std::max(longest, static_cast<double>(heard.nsecsElapsed()) * 1e-9);
-        heard.start();
-    });
-    beat.start(1);
-    const double cpu = CpuSeconds();
-    QElapsedTimer clock;
-    clock.start();
-    window.ChkPlay->click();
-    while (window.isHisPlaying)
-        QApplication::processEvents(QEventLoop::WaitForMoreEvents);
-    const double wall = static_cast<double>(clock.nsecsElapsed()) * 1e-9;
-    std::printf("replay: %.2f s of recording in %.2f s, %.1f ms of processor time a 100 ms, deaf for %.1f ms "
-                "at most, "
-                "%lld points a plot\n",
-                static_cast<double>(window.HisScanCount) * window.ScanInterval, wall,
-                100.0 * (CpuSeconds() - cpu) / wall, 1e3 * longest,
-                static_cast<long long>(window.ZelGraph1->PointCount(0)));
+void Replay(benchmark::State& bench) {
+    const QTemporaryDir folder;
+    const std::string path = NoisyRecording(folder.path().toStdString(), ReplayedSeconds);
+    for (auto _ : bench) {
+        BenchWindow window;
+        OpenProject(*window, path);
+        double heard = measure::WallSeconds();
+        double longest = 0;
+        QTimer beat;
+        QObject::connect(&beat, &QTimer::timeout, [&] {
+            const double now = measure::WallSeconds();
+            longest = std::max(longest, now - std::exchange(heard, now));
+        });
+        beat.start(1);
+        const double cpu = measure::CpuSeconds();
+        const double start = measure::WallSeconds();
+        window->ChkPlay->click();
+        while (window->isHisPlaying)
+            QApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        const double wall = measure::WallSeconds() - start;
+        bench.counters["cpu_ms_a_100ms"] = 100.0 * (measure::CpuSeconds() - cpu) / wall;
+        bench.counters["speed"] = ReplayedSeconds / wall;
+        bench.counters["deaf_ms"] = 1e3 * longest;
+    }
 }
+
+void Sizes(benchmark::internal::Benchmark* bench) {
+    bench->Arg(4)->Arg(4096)->Unit(benchmark::kMicrosecond)->Repetitions(9)->ReportAggregatesOnly();
+}
+
+BENCHMARK(Open)->Apply(Sizes);
+BENCHMARK(Seek)->Apply(Sizes);
+BENCHMARK(Replay)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly();
 
 } // namespace
-
-int main(int argc, char** argv) {
-    QApplication application(argc, argv);
-    const int seconds = argc > 1 ? std::max(1, std::atoi(argv[1])) : 5;
-    QTemporaryDir folder;
-    const std::string root = folder.path().toStdString();
-    frmMain::Surroundings surroundings;
-    surroundings.boards = SimulatedBoards();
-    surroundings.programFolder = folder.path();
-    frmMain window(std::move(surroundings));
-    window.show();
-    MeasureSize(window, "4 MiB", SparseRecording(root + "/small", std::int64_t{4} << 20));
-    MeasureSize(window, "4 GiB", SparseRecording(root + "/large", std::int64_t{4} << 30));
-    MeasureReplay(window, NoisyRecording(root + "/noisy", seconds));
-    return 0;
-}

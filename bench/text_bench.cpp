@@ -1,16 +1,16 @@
 // How fast an analog recording becomes text, beside an fprintf loop over the same data: eight channels of
-// noisy values, CPU time of the process, medians of alternating runs. Usage: text_bench [FILE [ROWS]]; the
-// text goes into FILE, "/tmp/text_bench.xlt" by default, which is removed afterwards.
+// noisy values into a new file each time.
 
 #include "base/LittleEndian.h"
 #include "export/TextExport.h"
+
+#include <QTemporaryDir>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <ctime>
-#include <filesystem>
 #include <random>
 #include <string>
 
@@ -19,22 +19,16 @@ namespace {
 using namespace tracelet;
 
 constexpr std::size_t Channels = 8;
-constexpr int Runs = 9;
+constexpr std::size_t Rows = 250000;
 constexpr double ScanInterval = 1e-5; // seconds
 
-double CpuSeconds() {
-    timespec now{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
-
 // Sines of different heights under noise, in volts.
-std::vector<std::byte> NoisyScans(std::size_t rows) {
+std::vector<std::byte> NoisyScans() {
     std::mt19937 random(1);
     std::normal_distribution<double> noise(0.0, 0.05);
     std::vector<std::byte> data;
-    data.reserve(rows * Channels * sizeof(float));
-    for (std::size_t row = 0; row < rows; ++row)
+    data.reserve(Rows * Channels * sizeof(float));
+    for (std::size_t row = 0; row < Rows; ++row)
         for (std::size_t channel = 0; channel < Channels; ++channel) {
             const double phase = static_cast<double>(row) * 0.001 + static_cast<double>(channel);
             const double height = 10.0 / static_cast<double>(1 + channel);
@@ -43,12 +37,12 @@ std::vector<std::byte> NoisyScans(std::size_t rows) {
     return data;
 }
 
-void WriteByPrintf(const std::string& path, const std::vector<std::byte>& data, std::size_t rows) {
+void WriteByPrintf(const std::string& path, const std::vector<std::byte>& data) {
     std::FILE* file = std::fopen(path.c_str(), "wb");
     if (file == nullptr)
         std::abort();
     double seconds = 0.0;
-    for (std::size_t row = 0; row < rows; ++row) {
+    for (std::size_t row = 0; row < Rows; ++row) {
         const auto value = [&](std::size_t channel) {
             return static_cast<double>(
                 ReadLittleEndian<float>(data, (row * Channels + channel) * sizeof(float)));
@@ -73,43 +67,26 @@ void WriteByTracelet(const std::string& path, const std::vector<std::byte>& data
     file.Close();
 }
 
-double Median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    return values[values.size() / 2];
+using Writer = void (*)(const std::string& path, const std::vector<std::byte>& data);
+
+void Write(benchmark::State& bench, Writer writer) {
+    static const std::vector<std::byte> data = NoisyScans();
+    const QTemporaryDir folder;
+    const std::string path = folder.filePath(QStringLiteral("text.xlt")).toStdString();
+    for (auto _ : bench) {
+        writer(path, data);
+        bench.PauseTiming(); // the removal of the file before is not measured
+        std::remove(path.c_str());
+        bench.ResumeTiming();
+    }
+    bench.SetItemsProcessed(bench.iterations() * std::int64_t{Rows});
 }
 
-void Remove(const std::string& path) {
-    if (std::filesystem::is_regular_file(path))
-        std::filesystem::remove(path);
+void Often(benchmark::internal::Benchmark* bench) {
+    bench->Unit(benchmark::kMillisecond)->MeasureProcessCPUTime()->Repetitions(9)->ReportAggregatesOnly();
 }
 
-// Both write a new file, so the removal of the one before is not measured.
-template <typename Work>
-double Measured(const std::string& path, const Work& work) {
-    Remove(path);
-    const double start = CpuSeconds();
-    work();
-    return CpuSeconds() - start;
-}
+BENCHMARK_CAPTURE(Write, fprintf, WriteByPrintf)->Apply(Often);
+BENCHMARK_CAPTURE(Write, tracelet, WriteByTracelet)->Apply(Often);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    const std::string path = argc > 1 ? argv[1] : "/tmp/text_bench.xlt";
-    const std::size_t rows = argc > 2 ? std::strtoull(argv[2], nullptr, 10) : 500000;
-    const std::vector<std::byte> data = NoisyScans(rows);
-    std::vector<double> byPrintf;
-    std::vector<double> byTracelet;
-    for (int run = 0; run < Runs; ++run) {
-        byPrintf.push_back(Measured(path, [&] { WriteByPrintf(path, data, rows); }));
-        byTracelet.push_back(Measured(path, [&] { WriteByTracelet(path, data); }));
-    }
-    const double printfRows = static_cast<double>(rows) / Median(byPrintf);
-    const double traceletRows = static_cast<double>(rows) / Median(byTracelet);
-    std::printf("%zu rows of %zu channels into %s, median of %d runs, CPU time\n", rows, Channels,
-                path.c_str(), Runs);
-    std::printf("fprintf loop   %10.0f rows/s\n", printfRows);
-    std::printf("WriteAnalogText%10.0f rows/s\n", traceletRows);
-    std::printf("ratio          %10.2f\n", traceletRows / printfRows);
-    Remove(path);
-}

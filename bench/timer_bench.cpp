@@ -1,19 +1,19 @@
 // The timer control beside a thread that sleeps until absolute deadlines, both skipping deadlines that they
-// missed: ticks kept at 1 ms, drift at 10 ms. On an idle machine at least 0.97 of the thread's ticks are
-// kept, and the lateness at the end is that at the beginning.
-//
-// timer_bench [seconds]   30 unless given
+// missed, while the main window paints a full chart 30 times a second: the share of the thread's ticks that
+// the control kept, and how much later its ticks come at the end than at the beginning.
 
+#include "bench/BenchWindow.h"
+#include "bench/Measure.h"
 #include "devices/controls/ZelHiResTimerCtl.h"
+#include "devices/display/ZelGraph.h"
 
-#include <QCoreApplication>
+#include <QEventLoop>
 #include <QTimer>
+#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <atomic>
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
+#include <cmath>
 #include <ctime>
 #include <span>
 #include <thread>
@@ -21,95 +21,101 @@
 
 namespace {
 
-constexpr std::int64_t Second = 1'000'000'000; // in nanoseconds, as all times here
-constexpr std::int64_t Millisecond = 1'000'000;
+using namespace tracelet;
 
-std::int64_t Now() {
-    timespec now{};
-    clock_gettime(CLOCK_MONOTONIC, &now);
-    return std::int64_t{now.tv_sec} * Second + now.tv_nsec;
-}
+constexpr int seconds = 30;
+constexpr int framesASecond = 30;
+constexpr int plots = 16;
 
-std::size_t SleepingTicks(std::int64_t period, const std::atomic<bool>& stop) {
-    std::size_t ticks = 0;
-    for (std::int64_t deadline = Now() + period; !stop;) {
+int SleepingTicks(std::int64_t period, const std::atomic<bool>& stop) { // nanoseconds
+    constexpr std::int64_t second = 1'000'000'000;
+    const auto now = [] { return static_cast<std::int64_t>(measure::WallSeconds() * 1e9); };
+    int ticks = 0;
+    for (std::int64_t deadline = now() + period; !stop;) {
         timespec until{};
-        until.tv_sec = static_cast<time_t>(deadline / Second);
-        until.tv_nsec = static_cast<long>(deadline % Second);
+        until.tv_sec = static_cast<time_t>(deadline / second);
+        until.tv_nsec = static_cast<long>(deadline % second);
         while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) != 0) {
         }
         ++ticks;
-        deadline += (1 + std::max<std::int64_t>(Now() - deadline, 0) / period) * period;
+        deadline += (1 + std::max<std::int64_t>(now() - deadline, 0) / period) * period;
     }
     return ticks;
 }
 
-struct Run {
-    std::int64_t start = 0;          // of the first period
-    std::vector<std::int64_t> ticks; // moments of the control's ticks
-    std::size_t threadTicks = 0;
+// A chart of 100,000 points a plot that moves on by a thirtieth of a second's scans and is painted.
+class MovingChart {
+public:
+    explicit MovingChart(ZelGraph& painted) : graph(painted) {
+        graph.RemovePlots();
+        for (int i = 0; i < plots; ++i)
+            graph.AddPlot({});
+        graph.SetChartLength(100000);
+        graph.SetXAxisMax(4.0);
+        for (std::size_t i = 0; i < block.size(); ++i)
+            block[i] = 8 * std::sin(static_cast<float>(i) * 0.001F);
+        for (int i = 0; i < 121; ++i)
+            Append();
+        QObject::connect(&frames, &QTimer::timeout, &graph, [this] {
+            Append();
+            graph.repaint();
+        });
+        frames.setTimerType(Qt::PreciseTimer);
+        frames.start(1000 / framesASecond);
+    }
+
+private:
+    static constexpr int scans = 25000 / framesASecond;
+    void Append() {
+        graph.AppendSamples(1.0 / 25000,
+                            ZelGraph::PlotInterleaved(scans, plots, std::span<const float>(block)));
+    }
+
+    ZelGraph& graph;
+    std::vector<float> block = std::vector<float>(std::size_t{scans} * plots);
+    QTimer frames;
 };
 
-// Runs both for so many seconds.
-Run Measure(int milliseconds, int seconds) {
-    Run run;
-    run.ticks.reserve(static_cast<std::size_t>(seconds) * 1000 / static_cast<std::size_t>(milliseconds) + 10);
-    std::atomic<bool> stop = false;
-    std::thread thread([&] { run.threadTicks = SleepingTicks(milliseconds * Millisecond, stop); });
-    tracelet::ZelHiResTimerCtl control;
-    QObject::connect(&control, &tracelet::ZelHiResTimerCtl::OnTimer, &control,
-                     [&] { run.ticks.push_back(Now()); });
-    run.start = Now();
-    control.AddTimer(QStringLiteral("Bench"), milliseconds, true);
-    QTimer::singleShot(seconds * 1000, Qt::PreciseTimer, QCoreApplication::instance(),
-                       &QCoreApplication::quit);
-    QCoreApplication::exec();
-    stop = true;
-    thread.join();
-    return run;
+double MedianLateness(std::span<const double> ticks, double start, double period) { // seconds
+    std::vector<double> late;
+    for (const double tick : ticks)
+        late.push_back(std::fmod(tick - start, period));
+    std::ranges::sort(late);
+    return late.empty() ? 0.0 : late[late.size() / 2];
 }
 
-// Nanoseconds from the deadline before each tick to the tick.
-std::vector<std::int64_t> Lateness(const Run& run, std::int64_t period) {
-    std::vector<std::int64_t> late;
-    late.reserve(run.ticks.size());
-    for (std::int64_t tick : run.ticks)
-        late.push_back((tick - run.start) % period);
-    return late;
+void Timer(benchmark::State& bench) {
+    const auto milliseconds = static_cast<int>(bench.range(0));
+    const double period = milliseconds / 1000.0;
+    BenchWindow window;
+    const MovingChart chart(*window->ZelGraph1);
+    for (auto _ : bench) {
+        std::vector<double> ticks;
+        ticks.reserve(static_cast<std::size_t>(seconds / period) + 10);
+        std::atomic<bool> stop = false;
+        int threadTicks = 0;
+        std::thread thread(
+            [&] { threadTicks = SleepingTicks(static_cast<std::int64_t>(milliseconds) * 1'000'000, stop); });
+        ZelHiResTimerCtl control;
+        QObject::connect(&control, &ZelHiResTimerCtl::OnTimer, &control,
+                         [&] { ticks.push_back(measure::WallSeconds()); });
+        const double start = measure::WallSeconds();
+        control.AddTimer(QStringLiteral("Bench"), milliseconds, true);
+        QEventLoop loop;
+        QTimer::singleShot(seconds * 1000, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+        loop.exec();
+        stop = true;
+        thread.join();
+        const std::span<const double> all(ticks);
+        const std::size_t tenth = all.size() / 10;
+        bench.counters["ticks_kept"] = static_cast<double>(all.size()) / std::max(threadTicks, 1);
+        bench.counters["late_us"] = 1e6 * MedianLateness(all, start, period);
+        bench.counters["drift_us"] = 1e6 * (MedianLateness(all.last(tenth), start, period) -
+                                            MedianLateness(all.first(tenth), start, period));
+    }
 }
 
-double MedianMicroseconds(std::span<const std::int64_t> values) {
-    std::vector<std::int64_t> sorted(values.begin(), values.end());
-    std::ranges::sort(sorted);
-    return sorted.empty() ? 0.0 : static_cast<double>(sorted[sorted.size() / 2]) / 1e3;
-}
-
-void Report(int milliseconds, int seconds) {
-    const std::int64_t period = milliseconds * Millisecond;
-    const Run run = Measure(milliseconds, seconds);
-    const std::vector<std::int64_t> late = Lateness(run, period);
-    const std::size_t tenth = late.size() / 10;
-    std::vector<std::int64_t> sorted = late;
-    std::ranges::sort(sorted);
-    std::printf("%2d ms over %d s: %zu ticks, thread %zu, due %d: ratio %.4f\n", milliseconds, seconds,
-                run.ticks.size(), run.threadTicks, seconds * 1000 / milliseconds,
-                static_cast<double>(run.ticks.size()) /
-                    static_cast<double>(std::max<std::size_t>(run.threadTicks, 1)));
-    if (tenth == 0)
-        return;
-    std::printf("      lateness: median %.0f us, 99 %% below %.0f us; drift from the first to the last tenth "
-                "%.0f us\n",
-                MedianMicroseconds(late), static_cast<double>(sorted[sorted.size() * 99 / 100]) / 1e3,
-                MedianMicroseconds(std::span(late).last(tenth)) -
-                    MedianMicroseconds(std::span(late).first(tenth)));
-}
+BENCHMARK(Timer)->Arg(1)->Iterations(1)->Repetitions(5)->ReportAggregatesOnly();
+BENCHMARK(Timer)->Arg(10)->Iterations(1);
 
 } // namespace
-
-int main(int argc, char** argv) {
-    QCoreApplication application(argc, argv);
-    const int seconds = argc > 1 ? std::max(std::atoi(argv[1]), 1) : 30;
-    Report(1, seconds);
-    Report(10, seconds);
-    return 0;
-}

@@ -88,6 +88,19 @@ void CutTo(int handle, std::int64_t size) {
     }
 }
 
+// Writes into a file that had this status; what cannot be written whole leaves it as it was.
+void WriteTo(int handle, const struct stat& before, std::int64_t offset, std::span<const std::byte> bytes) {
+    if (before.st_nlink == 0) // nobody would ever find what is written
+        throw Fault::FileNotFound();
+    const int error = WriteAll(handle, offset, bytes);
+    if (error == 0)
+        return;
+    if (error == EBADF) // open for reading only
+        throw Fault::PermissionDenied();
+    CutTo(handle, before.st_size);
+    throw Fault::FromErrno(error);
+}
+
 } // namespace
 
 SystemFile::SystemFile(std::string_view path, Disposition disposition)
@@ -164,22 +177,13 @@ void SystemFile::Write(std::span<const std::byte> bytes) {
 }
 
 void SystemFile::WriteAt(std::int64_t offset, std::span<const std::byte> bytes) {
-    const struct stat before = StatusOf(handle);
-    if (before.st_nlink == 0) // nobody would ever find what is written
-        throw Fault::FileNotFound();
-    const int error = WriteAll(handle, offset, bytes);
-    if (error == 0)
-        return;
-    if (error == EBADF) // open for reading only
-        throw Fault::PermissionDenied();
-    CutTo(handle, before.st_size);
-    throw Fault::FromErrno(error);
+    WriteTo(handle, StatusOf(handle), offset, bytes);
 }
 
 void SystemFile::Append(std::span<const std::byte> bytes) {
-    const std::int64_t end = Size();
-    WriteAt(end, bytes);
-    position = end + static_cast<std::int64_t>(bytes.size());
+    const struct stat before = StatusOf(handle);
+    WriteTo(handle, before, before.st_size, bytes);
+    position = before.st_size + static_cast<std::int64_t>(bytes.size());
 }
 
 } // namespace tracelet
