@@ -51,11 +51,8 @@ void frmMain::InitPlotAttributes(bool isAI) {
 
 std::vector<PlotLook> frmMain::LiveLooks() const {
     std::vector<PlotLook> looks;
-    const bool byPosition = ZelAI1->DeviceName().contains(u"3605");
     for (std::int32_t position = 0; position < ZelAI1->ScanChannelCount(); ++position) {
-        const std::int32_t channel = byPosition
-                                         ? (position + ZelAI1->ScanStartChannel()) % ZelAI1->MaxChannelCount()
-                                         : ScannedChannel(position);
+        const std::int32_t channel = ScannedChannel(position);
         const PlotKind kind = M1.AIChanIsThermo[channel] ? PlotKind::Temperature : PlotKind::Voltage;
         looks.push_back(LookFrom(kind, false, channel, M1.AIPlotName, M1.AIPlotColor, M1.AIPlotLineStyle));
     }
