@@ -10,6 +10,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -23,6 +24,19 @@ Widget* Named(const QString& name, Widget* widget) {
     widget->setObjectName(name);
     return widget;
 }
+
+// No plot is selected at first: the first arrow key selects the line that the focus stands on, where a plain
+// list goes past it.
+class PlotList : public QListWidget {
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
+        if (isArrow && selectedItems().isEmpty() && currentItem() != nullptr)
+            currentItem()->setSelected(true);
+        else
+            QListWidget::keyPressEvent(event);
+    }
+};
 
 QLabel* Caption(const QString& name, const QString& text, QWidget* buddy) {
     auto* label = Named(name, new QLabel(text));
@@ -60,13 +74,14 @@ frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
 
 QGroupBox* frmGraphSet::BuildPlotGroup() {
     auto* frame = Named(u"framePlots"_qs, new QGroupBox(u"Plots"_qs));
-    lstPlots = Named(u"lstPlots"_qs, new QListWidget);
+    lstPlots = Named(u"lstPlots"_qs, new PlotList);
     lstPlots->setAccessibleName(u"Plots"_qs);
     BtnColor = Named(u"BtnColor"_qs, new QPushButton);
     BtnColor->setAccessibleName(u"Line color"_qs);
     BtnColor->setAutoDefault(false);
     CmbLineStyle = Named(u"CmbLineStyle"_qs, new QComboBox);
     CmbLineStyle->addItems({u"Solid"_qs, u"Dash"_qs, u"Dot"_qs, u"DashDot"_qs, u"DashDotDot"_qs});
+    CmbLineStyle->setCurrentIndex(-1); // until a plot is selected
 
     auto* layout = new QGridLayout(frame);
     layout->addWidget(lstPlots, 0, 0, 1, 2);
