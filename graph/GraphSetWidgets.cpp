@@ -49,9 +49,7 @@ QLabel* Caption(const QString& name, const QString& text, QWidget* buddy) {
 frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
     setObjectName(u"frmGraphSet"_qs);
     setWindowTitle(u"Graph Setting"_qs);
-    x.axis = XAxis;
     x.fault = u"Invalide X axis range"_qs;
-    y.axis = VoltageAxis;
     y.fault = u"Invalide Y axis range"_qs;
 
     auto* layout = new QGridLayout(this);
@@ -117,7 +115,7 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
         box->setEnabled(false);
         box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u"-0.000000000000000000"_qs));
     }
-    const bool isX = group.axis == XAxis;
+    const bool isX = axisName == u"X"_qs;
 
     auto* layout = new QGridLayout(group.frame);
     layout->addWidget(group.automatic, 0, 0, 1, 2, Qt::AlignLeft);

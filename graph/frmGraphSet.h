@@ -30,7 +30,6 @@ public:
 private:
     /// One axis and its widgets.
     struct AxisGroup {
-        int axis = 0;
         QString fault; ///< message of a reversed range
         QGroupBox* frame = nullptr;
         QCheckBox* automatic = nullptr;

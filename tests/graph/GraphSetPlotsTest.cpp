@@ -28,6 +28,22 @@ TEST_F(GraphSetTest, StyleOfAScanThatStartsAtChannelFour) {
     EXPECT_EQ(window->ZelGraph1->Plot(1).lineStyle, 3);
 }
 
+TEST_F(GraphSetTest, StylesBehindADifferentialPairGoToTheirChannels) {
+    window->ZelAI1->SetChannel(0);
+    window->ZelAI1->SetSignalConnection(1);
+    window->M1.AIChanConnection[0] = window->M1.AIChanConnection[1] = 1;
+    Scan(0, 2);
+    InDialog([&] {
+        Select(1);
+        Choose(3);
+        Ok();
+    });
+    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"AI 2"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).lineStyle, 3);
+    EXPECT_EQ(window->M1.AIPlotLineStyle[2], 3);
+    EXPECT_EQ(window->M1.AIPlotLineStyle[1], 0);
+}
+
 TEST_F(GraphSetTest, LinesMapToTheirPlots) {
     Scan(0, 2);
     SelectPorts(0, {0x05, 0x80});
@@ -46,7 +62,7 @@ TEST_F(GraphSetTest, LinesMapToTheirPlots) {
 
 TEST_F(GraphSetTest, StyleCodeWithoutEntryKeepsTheSelection) {
     window->M1.AIPlotLineStyle[1] = 2;
-    window->M1.AIPlotLineStyle[2] = 7;
+    window->M1.AIPlotLineStyle[2] = 5;
     window->M1.AIPlotLineStyle[3] = -1;
     Scan(1, 3);
     InDialog([&] {
@@ -58,7 +74,7 @@ TEST_F(GraphSetTest, StyleCodeWithoutEntryKeepsTheSelection) {
         EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 2);
         Ok();
     });
-    EXPECT_EQ(window->M1.AIPlotLineStyle[2], 7);
+    EXPECT_EQ(window->M1.AIPlotLineStyle[2], 5);
     EXPECT_EQ(window->M1.AIPlotLineStyle[3], -1);
 }
 

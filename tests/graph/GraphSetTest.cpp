@@ -47,10 +47,51 @@ TEST_F(GraphSetTest, ShowsThePlotsAndTheRanges) {
         EXPECT_EQ(Find<QGroupBox>("Frame1")->title(), u"X"_qs);
         EXPECT_EQ(Find<QGroupBox>("Frame2")->title(), u"Y"_qs);
         EXPECT_EQ(Find<QCheckBox>("chkXAutoS")->text(), u"AutoScale"_qs);
+        EXPECT_EQ(Find<QCheckBox>("chkYAutoS")->text(), u"AutoScale"_qs);
         EXPECT_EQ(Find<QPushButton>("BtnApply")->text(), u"OK"_qs);
         EXPECT_EQ(Find<QPushButton>("BtnCancel")->text(), u"Cancel"_qs);
         EXPECT_TRUE(Find<QPushButton>("BtnColor")->text().isEmpty());
     });
+}
+
+TEST_F(GraphSetTest, ReturnInABoxPressesNoButton) {
+    InDialog([&] {
+        Type("txtXMax", "99");
+        QTest::keyClick(Find<QLineEdit>("txtXMax"), Qt::Key_Return);
+        EXPECT_TRUE(dialog->isVisible());
+        EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
+    });
+}
+
+TEST_F(GraphSetTest, ClosingWhenIdleKeepsTheSamples) {
+    window->ZelGraph1->AddPoint(0, 1.0, 1.0);
+    InDialog([&] { Ok(); });
+    EXPECT_EQ(window->ZelGraph1->PointCount(0), 1);
+}
+
+TEST_F(GraphSetTest, AutomaticScaleIsOffEvenWhenTheRangeIsRefused) {
+    window->ZelGraph1->SetAxisAutoScale(XAxis, true);
+    InDialog([&] {
+        Click(Find<QCheckBox>("chkXAutoS"));
+        Find<QLineEdit>("txtXMin")->setText(u"abc"_qs);
+        Ok();
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
+    });
+    EXPECT_FALSE(window->ZelGraph1->AxisAutoScale(XAxis));
+}
+
+TEST_F(GraphSetTest, OkSetsTheRangeAnewAroundItsMiddle) {
+    InDialog([&] {
+        Type("txtXMin", "0.1");
+        Type("txtXMax", "0.7");
+        Ok();
+    });
+    const double division = (0.7 - 0.1) / 10;
+    const double middle = (0.7 + 0.1) / 2;
+    EXPECT_EQ(window->dDIVValue, division);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), middle - 5 * division);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), middle + 5 * division);
+    EXPECT_NE(window->ZelGraph1->XAxisMin(), 0.1); // by the last digit
 }
 
 TEST_F(GraphSetTest, CancelForgets) {
@@ -274,6 +315,9 @@ TEST_F(GraphSetTest, RunningSessionLeavesTheAxisGroupAsMade) {
         EXPECT_TRUE(Find<QCheckBox>("chkYAutoS")->isChecked());
         for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
             EXPECT_TRUE(TextOf(box).isEmpty()) << box;
+        EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
+        EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
+        EXPECT_FALSE(Find<QLineEdit>("txtYMax")->isEnabled());
         Click(Find<QCheckBox>("chkXAutoS"));
         EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
         EXPECT_EQ(TextOf("txtXMax"), u"10"_qs);

@@ -11,6 +11,30 @@ namespace {
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+/// State of the window whenever the display is written; its tooltip is set anew with every value.
+class DisplayWrites : public QObject {
+public:
+    explicit DisplayWrites(const frmMain& owner) : window(owner) { window.ZelLED1->installEventFilter(this); }
+
+    struct Write {
+        double value;
+        bool on;
+        bool guarded;
+        bool operator==(const Write&) const = default;
+    };
+    std::vector<Write> writes;
+
+    bool eventFilter(QObject*, QEvent* event) override {
+        if (event->type() == QEvent::ToolTipChange)
+            writes.push_back(
+                {window.ZelLED1->Value(), window.ZelLED1->Enabled(), window.isNumEditEventFired});
+        return false;
+    }
+
+private:
+    const frmMain& window;
+};
+
 class InteractionTest : public MainWindowTest {
 protected:
     [[nodiscard]] QAction* Entry(const char* name) const {
@@ -48,6 +72,7 @@ TEST_F(InteractionTest, MenuHasItsEntriesInOrder) {
     EXPECT_THAT(captions,
                 ElementsAre("MouseMode", "None", "XZoom", "YZoom", "XYZoom", "XPan", "YPan", "XYPan"));
     EXPECT_TRUE(window->Menufile->actions().at(1)->isSeparator());
+    EXPECT_FALSE(Entry("commet")->isEnabled()); // a heading, not a choice
 }
 
 TEST_F(InteractionTest, EveryEntryWritesItsCode) {
@@ -207,6 +232,19 @@ TEST_F(InteractionTest, ZoomWhoseChartLengthFailsLeavesTheDisplayAlive) {
     EXPECT_EQ(window->dDIVValue, 0.25);
     EXPECT_EQ(window->ZelLED1->Value(), 0.25);
     EXPECT_TRUE(window->ZelLED1->Enabled());
+}
+
+TEST_F(InteractionTest, DisplayIsOffWhileZoomsAndStepsWriteIt) {
+    const DisplayWrites display(*window);
+    window->ZelGraph1->SetMouseMode(MouseXZoom);
+    window->ZelGraph1->AxisSetRange(XAxis, 3.0, 5.5);
+    emit window->ZelGraph1->MouseUp(1, 0, 0, 0);
+    emit window->ZelLED1->Step(true);
+    window->ShowDIVValue(2.0);
+    using Write = DisplayWrites::Write;
+    EXPECT_THAT(display.writes,
+                ElementsAre(Write{0.25, false, false}, Write{1.25, false, true}, Write{2.0, true, true}));
+    EXPECT_FALSE(window->isNumEditEventFired);
 }
 
 TEST_F(InteractionTest, StepStartsFromTheZoomedValue) {

@@ -72,6 +72,12 @@ TEST_F(PlotsTest, FastInputShowsNoLines) {
     EXPECT_THAT(PlotNames(), ElementsAre("AI 0", "DI 0:0"));
 }
 
+TEST_F(PlotsTest, LinesBeyondTheTablesHaveNoPlot) {
+    window->M1.DIPlotName.Resize(2); // as after the change to a board with more ports
+    SelectPorts(0, {0x07});
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 3);
+}
+
 TEST_F(PlotsTest, WrapsAtTheLastChannel) {
     for (std::size_t i = 0; i < boards.analog.size(); ++i) {
         if (boards.analog[i].name.find("3605") != std::string::npos)
@@ -235,6 +241,10 @@ TEST_F(PlotsTest, ListOfARecordingIgnoresTheSwitches) {
         EXPECT_EQ(ListedNames(), c.names);
     }
     window->bHisAI = window->bHisDI = true;
+    window->bHistoryMode = false; // the view is the caller's choice
+    window->BuildPlots(true, false);
+    EXPECT_THAT(PlotNames(), ElementsAre("A", "B", "D"));
+    window->bHistoryMode = true;
     window->BuildPlots(true, false);
     EXPECT_EQ(window->ZelGraph1->Plot(0).axis, VoltageAxis);
     EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);

@@ -57,6 +57,8 @@ TEST(PolledChartLength, RoundsTheScansASecondFirst) {
 TEST(HistoryChartLength, HasNoExtraPoint) {
     EXPECT_EQ(HistoryChartLength(0.2, 0.004), 500);
     EXPECT_EQ(HistoryChartLength(1.0, 0.1), 100);
+    EXPECT_EQ(HistoryChartLength(1.0, 0.003), 3330); // 333.33 scans a second round first
+    EXPECT_EQ(HistoryChartLength(1.0, 0.4), 20);     // 2.5 rounds to 2
     EXPECT_THAT([] { (void)HistoryChartLength(1.0, 0.0); }, DividesByZero);
     EXPECT_THAT([] { (void)HistoryChartLength(1.0, 1e-12); }, Overflows);
 }

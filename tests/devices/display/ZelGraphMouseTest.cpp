@@ -172,6 +172,34 @@ TEST_F(ZelGraphMouse, ZoomSwitchesTheAutomaticScaleOfItsAxisOff) {
     EXPECT_FALSE(graph.AxisAutoScale(VoltageAxis));
 }
 
+TEST_F(ZelGraphMouse, PanSwitchesTheAutomaticScaleOfItsAxisOff) {
+    graph.SetAxisAutoScale(XAxis, true);
+    graph.SetAxisAutoScale(VoltageAxis, true);
+    graph.SetMouseMode(MouseXPan);
+    Drag(At(0.2, 0.2), At(0.6, 0.7));
+    EXPECT_FALSE(graph.AxisAutoScale(XAxis));
+    EXPECT_TRUE(graph.AxisAutoScale(VoltageAxis));
+    graph.SetMouseMode(MouseYPan);
+    Drag(At(0.2, 0.2), At(0.6, 0.7));
+    EXPECT_FALSE(graph.AxisAutoScale(VoltageAxis));
+}
+
+TEST_F(ZelGraphMouse, PlaceOfTheReleaseEndsTheBand) {
+    graph.SetMouseMode(MouseXZoom);
+    QTest::mousePress(&graph, Qt::LeftButton, {}, At(0.2, 0.5));
+    QTest::mouseRelease(&graph, Qt::LeftButton, {}, At(0.6, 0.5)); // no move told before
+    ExpectRange(XAxis, 10 * Share(At(0.2, 0).x()), 10 * Share(At(0.6, 0).x()));
+}
+
+TEST_F(ZelGraphMouse, AnotherModeGivesTheBandUp) {
+    graph.SetMouseMode(MouseXZoom);
+    QTest::mousePress(&graph, Qt::LeftButton, {}, At(0.2, 0.5));
+    QTest::mouseMove(&graph, At(0.5, 0.5));
+    graph.SetMouseMode(MouseXYZoom);
+    QTest::mouseRelease(&graph, Qt::LeftButton, {}, At(0.6, 0.8));
+    ExpectFirstRanges();
+}
+
 TEST_F(ZelGraphMouse, MouseUpComesAfterTheAxisHasChanged) {
     graph.SetMouseMode(MouseXZoom);
     double span = 0;
