@@ -87,7 +87,8 @@ TEST_F(MainWidgetsTest, CaptionsAreThese) {
         EXPECT_EQ(button->text(), QString::fromUtf16(caption)) << name;
     }
     const std::pair<const char*, const char16_t*> labels[] = {
-        {"Label14", u"High"}, {"Label15", u"Slow"}, {"Label16", u"Play Speed"}, {"Label6", u"100%"}};
+        {"Label14", u"High"}, {"Label15", u"Slow"},    {"Label16", u"Play Speed"}, {"Label6", u"100%"},
+        {"Label1", u"0%"},    {"Label2", u"Position"}, {"LabelSecDiv", u"sec/div"}};
     for (const auto& [name, caption] : labels) {
         auto* label = window.findChild<QLabel*>(QLatin1String(name));
         ASSERT_NE(label, nullptr) << name;
@@ -176,6 +177,22 @@ TEST_F(MainWidgetsTest, PlacesFollowTheArithmeticInPixels) {
     EXPECT_EQ(widgets.BtnExit->geometry().bottom(), widgets.FrameSet->geometry().bottom());
     EXPECT_EQ(widgets.BtnAccelerate->x(), widgets.ChkPlay->geometry().right() + 1);
     EXPECT_EQ(widgets.BtnStop->x(), widgets.BtnAccelerate->geometry().right() + 1);
+}
+
+TEST_F(MainWidgetsTest, NeighboursTouchAtEveryWidth) {
+    for (int width = 763; width < 779; ++width) {
+        PlaceAt(width, 483);
+        EXPECT_EQ(widgets.FrameListView->x(), widgets.ZelGraph1->geometry().right() + 1) << width;
+        EXPECT_EQ(widgets.FrameHis->geometry().right(), widgets.ZelGraph1->geometry().right()) << width;
+        EXPECT_EQ(widgets.BtnStart->geometry().right(), widgets.FrameListView->geometry().right()) << width;
+        EXPECT_EQ(widgets.FrameGraph->geometry().right(), widgets.ZelGraph1->geometry().right()) << width;
+    }
+}
+
+TEST_F(MainWidgetsTest, OpensAtItsDesignedSize) {
+    QWidget fresh;
+    MainWidgets().Build(fresh);
+    EXPECT_EQ(fresh.size(), QSize(1000, 650));
 }
 
 TEST_F(MainWidgetsTest, NoSizeHintKeepsTheWindowLarge) {

@@ -274,15 +274,29 @@ TEST(ZelGraph, AutomaticTimeAxisSpansTheHeldData) {
     graph.AddPlot({});
     graph.SetAxisAutoScale(XAxis, true);
     EXPECT_EQ(graph.XAxisMax(), 10) << "nothing held yet";
-    graph.SetChartLength(11);
+    graph.SetChartLength(5);
     for (int i = 0; i <= 20; ++i)
         graph.AddPoint(0, 100 + i, 1);
-    EXPECT_EQ(graph.XAxisMin(), 110);
+    EXPECT_EQ(graph.XAxisMin(), 116);
     EXPECT_EQ(graph.XAxisMax(), 120);
     EXPECT_TRUE(graph.AxisAutoScale(XAxis));
     graph.SetAxisAutoScale(XAxis, false);
     graph.AddPoint(0, 121, 1);
-    EXPECT_EQ(graph.XAxisMin(), 111) << "goes on from the range it had";
+    EXPECT_EQ(graph.XAxisMin(), 117) << "goes on from the range it had";
+}
+
+TEST(ZelGraph, AutomaticTimeAxisPassesOverHiddenPlots) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    graph.AddPlot({});
+    graph.SetAxisAutoScale(XAxis, true);
+    graph.AddPoint(0, 1, 1);
+    graph.AddPoint(0, 3, 1);
+    graph.AddPoint(1, 50, 1);
+    EXPECT_EQ(graph.XAxisMax(), 50);
+    graph.SetPlotVisible(1, false);
+    EXPECT_EQ(graph.XAxisMin(), 1);
+    EXPECT_EQ(graph.XAxisMax(), 3);
 }
 
 TEST(ZelGraph, AutomaticAxisKeepsItsFlagWhenEndsAreWritten) {
@@ -347,6 +361,21 @@ TEST(ZelGraph, TellsOnceThatMemoryIsSpentAndGoesOn) {
     for (int block = 0; block < 100; ++block)
         graph.AppendSamples(1e-3, ZelGraph::PlotInterleaved(1000, 1, std::span<const float>(data)));
     EXPECT_EQ(graph.PointCount(0), before + 100'000) << "a new chart length lifts the bound";
+}
+
+TEST(ZelGraph, NewPlotsHaveTheWholeLengthAfterMemoryWasSpent) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    graph.SetMemoryBudget(200'000);
+    const std::vector<float> data(100'000);
+    const SampleBlock block = ZelGraph::PlotInterleaved(100'000, 1, std::span<const float>(data));
+    graph.AppendSamples(1e-3, block);
+    ASSERT_LT(graph.PointCount(0), 100'000);
+    graph.SetMemoryBudget(1'000'000'000);
+    graph.RemovePlots();
+    graph.AddPlot({});
+    graph.AppendSamples(1e-3, block);
+    EXPECT_EQ(graph.PointCount(0), 100'000);
 }
 
 TEST(ZelGraph, LengthOfZeroOrLessKeepsEverything) {
