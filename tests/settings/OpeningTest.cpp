@@ -11,13 +11,13 @@ class Opening : public SettingsTest {};
 
 using Enabled = std::map<std::string, bool>;
 
-// Whether each named widget of a page is enabled.
+// The state that each named widget was given itself, whatever the frame around it.
 Enabled EnabledStates(const frmSetting& dialog) {
     Enabled states;
     for (const QWidget* widget : dialog.findChildren<QWidget*>()) {
         const std::string name = widget->objectName().toStdString();
         if (!name.empty() && !name.starts_with("qt_"))
-            states[name] = widget->isEnabled();
+            states[name] = widget->isEnabledTo(widget->parentWidget());
     }
     return states;
 }
@@ -121,6 +121,41 @@ TEST_F(Opening, Captions) {
         EXPECT_EQ(dialog.LabelBeforeTimeUnit->text(), u"ms"_qs);
         for (int line = 0; line < 8; ++line)
             EXPECT_EQ(dialog.LabelDIChannel[static_cast<std::size_t>(line)]->text(), QString::number(line));
+    });
+}
+
+TEST_F(Opening, FramesAndPagesHoldTheirWidgets) {
+    const std::pair<const char*, std::vector<const char*>> holders[] = {
+        {"FrameAIDevice_0",
+         {"cmdAISelectDevice_0", "LabelAIDeviceNumber_0", "labAIDeviceName_0", "labAIResolution_0"}},
+        {"FrameAIDevice_1",
+         {"cmdAISelectDevice_1", "LabelAIDeviceNumber_1", "labAIDeviceName_1", "labAIResolution_1"}},
+        {"SoftSetting_0", {"txtAIScanStart_0", "txtAIScanNumber_0", "cmdRange_0"}},
+        {"SoftSetting_1", {"txtAIScanStart_1", "txtAIScanNumber_1", "cmdRange_1"}},
+        {"NonSoftSetting", {"txtCount", "txtSampleRate", "cmbDataReturnType", "chkCylic", "cmbPacerSource"}},
+        {"FrameFAITrigger",
+         {"cmbTriggerMode", "cmbTriggerEdge", "cmbTriggerSource", "txtTriggerVoltage", "txtTriggerDelayTime",
+          "txtTriggerAfterTimeinAboveMode"}},
+        {"FrameDIDevice", {"DISelectDevice", "LabelDIDevNum", "LabelDIDevName"}},
+        {"FrameDIScan", {"ComboDIPort", "CheckDIChannel_0", "CheckDIChannel_7", "LabelDIChannel_0"}},
+    };
+    InSettings([&](frmSetting& dialog) {
+        for (const auto& [holder, held] : holders) {
+            const auto* frame = dialog.findChild<QGroupBox*>(QString::fromLatin1(holder));
+            ASSERT_NE(frame, nullptr) << holder;
+            for (const char* name : held)
+                EXPECT_NE(frame->findChild<QWidget*>(QString::fromLatin1(name)), nullptr) << name;
+        }
+        const std::vector<const char*> pages[] = {
+            {"FrameAIDevice_0", "SoftSetting_0", "NonSoftSetting", "FrameFAITrigger", "cmdFAIOK"},
+            {"FrameAIDevice_1", "SoftSetting_1", "FrameDIDevice", "FrameDIScan", "txtAITimeInterval",
+             "cmdDIOK"}};
+        for (const int page : {0, 1}) {
+            for (const char* name : pages[page])
+                EXPECT_NE(dialog.SSTab1->widget(page)->findChild<QWidget*>(QString::fromLatin1(name)),
+                          nullptr)
+                    << name;
+        }
     });
 }
 
@@ -268,11 +303,9 @@ TEST_F(Opening, WithoutDevices) {
 
 TEST_F(Opening, EnablingTables) {
     const std::set<std::string> channels0 = {"SoftSetting_0",       "LabelAIScanStart_0", "txtAIScanStart_0",
-                                             "LabelAIScanNumber_0", "txtAIScanNumber_0",  "LabelRange_0",
-                                             "cmdRange_0"};
+                                             "LabelAIScanNumber_0", "txtAIScanNumber_0",  "cmdRange_0"};
     const std::set<std::string> channels1 = {"SoftSetting_1",       "LabelAIScanStart_1", "txtAIScanStart_1",
-                                             "LabelAIScanNumber_1", "txtAIScanNumber_1",  "LabelRange_1",
-                                             "cmdRange_1"};
+                                             "LabelAIScanNumber_1", "txtAIScanNumber_1",  "cmdRange_1"};
     const std::set<std::string> fast = {"NonSoftSetting",      "LabelCount",        "txtCount",
                                         "LabelSampleRate",     "txtSampleRate",     "LabelHz",
                                         "LabelDataReturnType", "cmbDataReturnType", "chkCylic",

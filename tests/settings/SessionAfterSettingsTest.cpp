@@ -10,13 +10,6 @@ using testing::ElementsAre;
 
 class SessionAfterSettings : public SettingsTest {
 protected:
-    static void ClickRow(const dlgGainRange& dialog, int row) {
-        QTreeWidget* table = dialog.lstViewGain;
-        QTreeWidgetItem* item = table->topLevelItem(row);
-        table->scrollToItem(item);
-        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualItemRect(item).center());
-    }
-
     /// Sets up polled input: picks a board by its row, wires some channels, chooses the scan and accepts.
     void SetPolled(int board, const std::function<void(dlgGainRange&)>& wire, const char* start,
                    const char* count) {

@@ -115,6 +115,15 @@ protected:
         QTest::keyClick(list->view(), Qt::Key_Return);
     }
 
+    /// Clicks the row of a channel.
+    static void ClickRow(const dlgGainRange& dialog, int row) {
+        QTreeWidget* table = dialog.lstViewGain;
+        QTreeWidgetItem* item = table->topLevelItem(row);
+        table->scrollToItem(item);
+        QTest::mouseClick(table->viewport(), Qt::LeftButton, {}, table->visualItemRect(item).center());
+        EXPECT_EQ(table->currentItem(), item);
+    }
+
     static QStringList Items(const QComboBox* list) {
         QStringList items;
         for (int i = 0; i < list->count(); ++i)

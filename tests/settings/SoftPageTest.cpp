@@ -240,6 +240,29 @@ TEST_F(SoftPage, SameBoardAndCancelChangeNothing) {
     }
 }
 
+TEST_F(SoftPage, OnePortBoard) {
+    InSettings([&](frmSetting& dialog) {
+        ShowPage(dialog, 1);
+        QSignalSpy handled(dialog.ComboDIPort, &QComboBox::currentIndexChanged);
+        Pick(dialog.DISelectDevice, 1);
+        EXPECT_EQ(handled.count(), 0); // filling the list is no choice
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 1"_qs);
+        EXPECT_TRUE(dialog.FrameDIScan->isEnabled());
+        EXPECT_TRUE(dialog.ComboDIPort->isEnabled());
+        EXPECT_TRUE(dialog.CheckDIChannel[0]->isEnabled());
+        EXPECT_EQ(Items(dialog.ComboDIPort), QStringList{u"0"_qs});
+        EXPECT_EQ(window->nDIMaxPortCount, 1);
+        EXPECT_THAT(Masks(), ElementsAre(0, 0));
+        Click(dialog.CheckDIChannel[6]);
+        EXPECT_THAT(Masks(), ElementsAre(0x40, 0));
+        Click(dialog.cmdDIOK);
+    });
+    EXPECT_EQ(window->nDIPortStart, 0);
+    EXPECT_EQ(window->nDIPortCount, 1);
+    EXPECT_EQ(window->nDIChanCount, 1);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"DI 0:6"_qs);
+}
+
 TEST_F(SoftPage, BoardWithoutPorts) {
     Open(Boards({}, {{"Four", 4}, {"None", 0}}));
     SetMasks({0x01});

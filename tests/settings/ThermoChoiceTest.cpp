@@ -101,6 +101,7 @@ TEST_F(Choice, KindFollowsTheFamily) {
         {"6601HG", 0, 0, 1, {1, 1, 0, 0, 0}},
         {"6601HG", 3, 3, 1, {0, 0, 1, 1, 0}},
         {"6601HG", 0, 2, 1, {1, 0, 0, 1, 0}}, // the pair is that of the other control's channel
+        {"6601HG", 0, 0, 2, {1, 0, 0, 0, 0}}, // no code of a pair
         {"Merula", 1, 1, 1, {1, 1, 0, 0, 0}},
         {"6605HG", 0, 0, 1, {1, 0, 0, 0, 0}},
         {"3605", 3, 3, 1, {0, 0, 0, 1, 0}},

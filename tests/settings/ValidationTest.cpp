@@ -2,6 +2,8 @@
 
 #include "tests/settings/SettingsTest.h"
 
+#include <QWheelEvent>
+
 namespace tracelet {
 namespace {
 
@@ -50,10 +52,13 @@ const Row Rows[] = {
     {0, "txtSampleRate", "fast", RateNumber, "1"},
     {0, "txtSampleRate", "1e400", RateNumber, "1"},
     {0, "txtTriggerVoltage", "-2.5", nullptr, "-2.5"},
+    {0, "txtTriggerVoltage", "1e10", nullptr, "1e10"},
     {0, "txtTriggerVoltage", "2,5x", "Invalid trigger voltage", "1"},
     {0, "txtTriggerDelayTime", "12.25", nullptr, "12.25"},
+    {0, "txtTriggerDelayTime", "3000000000", nullptr, "3000000000"},
     {0, "txtTriggerDelayTime", "", "Invalid delay time", "0"},
     {0, "txtTriggerAfterTimeinAboveMode", "1e3", nullptr, "1e3"},
+    {0, "txtTriggerAfterTimeinAboveMode", "-1e99", nullptr, "-1e99"},
     {0, "txtTriggerAfterTimeinAboveMode", "?", "Invalid after time for about mode", "0"},
     {1, "txtAITimeInterval", "1", nullptr, "1"},
     {1, "txtAITimeInterval", "65535", nullptr, "65535"},
@@ -107,6 +112,49 @@ TEST_F(Validation, RefusedClickDoesNothingMore) {
         EXPECT_EQ(window->nAISampleCnt, 4096);
         EXPECT_EQ(dialog.txtCount->text(), u"4096"_qs);
     });
+}
+
+TEST_F(Validation, RefusedWheelStepDoesNothingMore) {
+    InSettings([&](frmSetting& dialog) {
+        ShowPage(dialog, 0);
+        QComboBox* list = dialog.cmbDataReturnType;
+        ASSERT_EQ(list->currentIndex(), 1);
+        const auto turnUp = [list] {
+            const QPointF at = list->rect().center();
+            QWheelEvent step(at, list->mapToGlobal(at), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                             Qt::NoScrollPhase, false);
+            QSpontaneKeyEvent::setSpontaneous(&step); // as from the mouse
+            qApp->notify(list, &step);
+        };
+        Type(dialog.txtCount, "12");
+        turnUp();
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{Count, "Tracelet"}));
+        EXPECT_EQ(list->currentIndex(), 1);
+        turnUp();
+        EXPECT_EQ(list->currentIndex(), 0);
+    });
+}
+
+TEST_F(Validation, RefusalByTabLeavesTheNextClickAlone) {
+    InSettings([&](frmSetting& dialog) {
+        ShowPage(dialog, 0);
+        const bool cyclic = dialog.chkCylic->isChecked();
+        Type(dialog.txtCount, "12");
+        QTest::keyClick(dialog.txtCount, Qt::Key_Tab);
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{Count, "Tracelet"}));
+        Activate(dialog);
+        Click(dialog.chkCylic);
+        EXPECT_NE(dialog.chkCylic->isChecked(), cyclic);
+        // So does a mnemonic from elsewhere.
+        Type(dialog.txtCount, "12");
+        QTest::keyClick(dialog.txtCount, Qt::Key_Tab);
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{Count, "Tracelet"}));
+        Activate(dialog);
+        QTest::keyClick(QApplication::focusWidget(), Qt::Key_O, Qt::AltModifier);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !dialog.isVisible(); }));
+    });
+    EXPECT_FALSE(window->M1.SoftMode);
+    EXPECT_THAT(boxes.Take(), IsEmpty());
 }
 
 TEST_F(Validation, AcceptedClickGoesOn) {
@@ -166,6 +214,8 @@ TEST_F(Validation, WindowsAndPopupsDoNotCheck) {
         QApplication::sendEvent(dialog.txtCount, &deactivated);
         QFocusEvent popup(QEvent::FocusOut, Qt::PopupFocusReason);
         QApplication::sendEvent(dialog.txtCount, &popup);
+        QFocusEvent menu(QEvent::FocusOut, Qt::MenuBarFocusReason);
+        QApplication::sendEvent(dialog.txtCount, &menu);
         EXPECT_EQ(dialog.txtCount->text(), u"7"_qs);
         // Another window of the application comes up and goes.
         QWidget other(&dialog, Qt::Dialog);
@@ -215,6 +265,9 @@ TEST_F(Validation, EscClosesWithoutCheck) {
         Type(dialog.txtCount, "abc");
         QTest::keyClick(dialog.txtCount, Qt::Key_Escape);
         EXPECT_FALSE(dialog.isVisible());
+        dialog.txtCount->clearFocus(); // a window on its way out checks nothing
+        QFocusEvent gone(QEvent::FocusOut, Qt::OtherFocusReason);
+        QApplication::sendEvent(dialog.txtCount, &gone);
     });
     EXPECT_THAT(boxes.Take(), IsEmpty());
 }

@@ -54,6 +54,29 @@ TEST_F(ChannelNumbersTest, NumbersWrapAround) {
     EXPECT_EQ(numbers.LogicalToPhys(argument), 1);
 }
 
+TEST_F(ChannelNumbersTest, RemaindersFollowTheSign) {
+    for (const char* name : {"plain", "05"}) {
+        const ChannelNumbers signs{name, 16, connections};
+        EXPECT_EQ(signs.PhysToLogical(-1), -1) << name;
+        std::int32_t argument = -1;
+        EXPECT_EQ(signs.LogicalToPhys(argument), -1) << name;
+        EXPECT_EQ(argument, -1) << name;
+    }
+    // All before channel 0 is the same place to the walk, but not to a plain remainder.
+    EXPECT_EQ((ChannelNumbers{"05", 16, connections}.PhysToLogical(-18)), -2);
+    EXPECT_EQ(numbers.PhysToLogical(-18), -1);
+}
+
+TEST_F(ChannelNumbersTest, TheWalkPassesAPairAgainBehindTheLastChannel) {
+    connections[0] = connections[1] = 1;
+    std::int32_t argument = 15; // one beyond the last logical channel
+    EXPECT_EQ(numbers.LogicalToPhys(argument), 0);
+    EXPECT_EQ(argument, 16);
+    argument = 16;
+    EXPECT_EQ(numbers.LogicalToPhys(argument), 2);
+    EXPECT_EQ(argument, 18);
+}
+
 TEST_F(ChannelNumbersTest, AllDifferentialScanWalksEvenChannels) {
     for (std::int32_t i = 0; i < 16; ++i)
         connections[i] = 1;
@@ -79,6 +102,10 @@ TEST_F(ChannelNumbersTest, FamilyWithoutPairsIgnoresTheWiring) {
 TEST_F(ChannelNumbersTest, FaultsAreRaised) {
     EXPECT_THAT([&] { (void)numbers.PhysToLogical(17); },
                 ThrowsMessage<RunTimeError>("Subscript out of range"));
+    connections[0] = 1;
+    const ChannelNumbers halfAPair{"plain", 1, connections}; // 0.5 logical channels round to 0
+    EXPECT_THAT([&] { (void)halfAPair.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
+    connections[0] = 0;
     const ChannelNumbers none{"05", 0, connections};
     EXPECT_THAT([&] { (void)none.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
     Table<std::int32_t> empty;
