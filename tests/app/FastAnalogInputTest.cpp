@@ -94,6 +94,47 @@ TEST_F(FastAnalogInputTest, StopRecordTellsTheTimeBetweenScans) {
     EXPECT_DOUBLE_EQ(ReadLittleEndian<double>(view, view.size() - 8), 4 / window->ZelAI1->SampleRate());
 }
 
+TEST_F(FastAnalogInputTest, OneScanHasItsIntervalToo) {
+    AnalogBoardInUse().SetPaced(true);
+    UseChannels(2);
+    window->ZelAI1->SetSampleRate(1.0);
+    window->bFAICyclic = true;
+    TurnOnAI();
+    Click(window->BtnStart);
+    const float scan[] = {1.0F, 2.0F};
+    emit window->ZelAI1->OnFirstBufferChange({}, scan, 2);
+    Click(window->BtnStart);
+    const std::vector<std::uint8_t> project = Bytes(window->szProjectFileName);
+    const auto view = std::as_bytes(std::span(project));
+    EXPECT_EQ(ReadLittleEndian<std::int32_t>(view, view.size() - 12), 1);
+    EXPECT_DOUBLE_EQ(ReadLittleEndian<double>(view, view.size() - 8), 2.0);
+}
+
+TEST_F(FastAnalogInputTest, StoppedBeforeTheFirstHalfWritesZeros) {
+    AnalogBoardInUse().SetPaced(true);
+    window->ZelAI1->SetSampleRate(1.0);
+    TurnOnAI();
+    Click(window->BtnStart);
+    Click(window->BtnStart);
+    const std::vector<std::uint8_t> project = Bytes(window->szProjectFileName);
+    ASSERT_THAT(project, SizeIs(16 + 12));
+    EXPECT_THAT(std::vector(project.end() - 12, project.end()), testing::Each(0));
+}
+
+TEST_F(FastAnalogInputTest, ScansOfAHalfAreRoundedHalvesToEven) {
+    UseChannels(2);
+    const std::vector<float> samples(8, 1.0F);
+    const struct {
+        std::int32_t dataCount;
+        std::int32_t scans;
+    } cases[] = {{7, 4}, {5, 2}, {8, 4}, {1, 0}, {3, 2}};
+    for (const auto& c : cases) {
+        window->ScanCount = 0;
+        emit window->ZelAI1->OnFirstBufferChange({}, samples, c.dataCount);
+        EXPECT_EQ(window->ScanCount, c.scans) << c.dataCount;
+    }
+}
+
 TEST_F(FastAnalogInputTest, RawCountsAreRecordedAsLongs) {
     UseChannels(2);
     window->ZelAI1->SetDataType(RawCounts);

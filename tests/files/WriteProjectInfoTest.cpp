@@ -108,6 +108,7 @@ TEST_F(WriteProjectInfoTest, DigitalSectionsFollowTheAnalogPlots) {
 }
 
 TEST_F(WriteProjectInfoTest, LineThatIsNotOnTheGraphComesFromTheTables) {
+    AnalogBoardInUse().SetPaced(false);
     SelectPorts(0, {0x03});
     window->M1.SoftMode = false;
     TurnOnAI();
@@ -135,6 +136,7 @@ TEST_F(WriteProjectInfoTest, StaleLineCountAndRecordsAgree) {
 }
 
 TEST_F(WriteProjectInfoTest, FastRecordingTellsItsSampleForm) {
+    AnalogBoardInUse().SetPaced(false);
     window->M1.SoftMode = false;
     TurnOnAI();
     Click(window->CkAISave2Disk);
@@ -178,6 +180,40 @@ TEST_F(WriteProjectInfoTest, FastFileThatCannotBeCreatedIsTold) {
     EXPECT_EQ(info.ScanCount, 1);
     EXPECT_FALSE(window->FAIFileHandle.IsOpen());
     EXPECT_TRUE(QDir().rmdir(path));
+}
+
+TEST_F(WriteProjectInfoTest, HeaderThatCannotBeWrittenShowsOnTheBoxesOfWhatIsRecorded) {
+    SelectPorts(0, {0x01});
+    TurnOnAI();
+    TurnOnDI();
+    const QString path = QString::fromStdString(NativePath(window->szProjectFileName));
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir().mkdir(path));
+    const struct {
+        bool ai;
+        bool di;
+    } cases[] = {{false, false}, {true, false}, {false, true}, {true, true}};
+    const auto told = [](const QCheckBox* box) {
+        return box->toolTip().startsWith(u"Recording stopped: "_qs) && !box->styleSheet().isEmpty();
+    };
+    for (const auto& c : cases) {
+        SCOPED_TRACE(testing::Message() << c.ai << c.di);
+        window->CkAISave2Disk->setChecked(c.ai);
+        window->CkDISave2Disk->setChecked(c.di);
+        StartPolling();
+        Tick(2);
+        EXPECT_EQ(told(window->CkAISave2Disk), c.ai);
+        EXPECT_EQ(told(window->CkDISave2Disk), c.di);
+        EXPECT_EQ(window->ScanCount, 2);
+        EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(0)); // a recording that nothing describes
+        EXPECT_FALSE(window->SoftAIWritten || window->DIWritten);
+        Click(window->BtnStart);
+        EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+    }
+    EXPECT_TRUE(QDir().rmdir(path));
+    (void)Written();
+    EXPECT_FALSE(told(window->CkAISave2Disk) || told(window->CkDISave2Disk));
+    EXPECT_TRUE(window->BtnSaveAs->isEnabled());
 }
 
 } // namespace
