@@ -160,13 +160,44 @@ TEST_F(FastAnalogInputTest, RawCountsAreRecordedAsLongs) {
     EXPECT_NEAR(window->ZelGraph1->PointAt(1, 100).x(), 100 * 2 / window->ZelAI1->SampleRate(), 1e-9);
 }
 
+TEST_F(FastAnalogInputTest, RawCountsOfTheTaggedFamilyKeepTheirLowTwelveBits) {
+    constexpr std::int32_t Board6602 = 4;
+    window->ZelAI1->SetDeviceNumber(Board6602);
+    ASSERT_TRUE(window->ZelAI1->DeviceName().contains(u"6602"));
+    AnalogBoardInUse().SetPaced(false);
+    window->InitPlotAttributes(true);
+    UseChannels(3);
+    window->nAISampleCnt = 600;
+    window->ZelAI1->SetDataType(RawCounts);
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    RunOneShot();
+    const std::vector<std::uint8_t> bytes = Bytes(window->szFAIFileName);
+    ASSERT_THAT(bytes, SizeIs(600 * 4));
+    const SimulatedAnalogBoard& board = AnalogBoardInUse();
+    bool anyTag = false;
+    for (std::size_t i = 0; i < 600; ++i) {
+        const auto channel = static_cast<std::int32_t>(i % 3);
+        const Signal signal = StreamSignal(board.Number(), channel, window->ZelAI1->SampleRate() / 3);
+        const std::int16_t count = SampledCount(
+            board.ConverterOf(), {channel, board.Info().ranges.front(), SingleEnded}, signal, i / 3);
+        anyTag = anyTag || (count & 0xF000) != 0;
+        ASSERT_EQ(ReadLittleEndian<std::int32_t>(std::as_bytes(std::span(bytes)), i * 4), count & 0xFFF) << i;
+    }
+    EXPECT_TRUE(anyTag);
+}
+
 TEST_F(FastAnalogInputTest, NothingIsWrittenWithoutTheSaveBox) {
     TurnOnAI();
-    RunOneShot();
-    EXPECT_FALSE(window->FAIWritten);
-    EXPECT_THAT(Recorded(), IsEmpty());
-    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
-    EXPECT_EQ(window->ScanCount, 4096);
+    for (const std::int32_t type : {AnalogValues, RawCounts}) {
+        window->ZelAI1->SetDataType(type);
+        RunOneShot();
+        EXPECT_FALSE(window->FAIWritten);
+        EXPECT_THAT(Recorded(), IsEmpty());
+        EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+        EXPECT_EQ(window->ScanCount, 4096);
+        EXPECT_EQ(window->ZelGraph1->PointCount(0), 4096);
+    }
 }
 
 TEST_F(FastAnalogInputTest, OneShotKeepsTheAxisAndTheWholeBuffer) {

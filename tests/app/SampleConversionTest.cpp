@@ -17,8 +17,10 @@ const auto OutOfRange = testing::ThrowsMessage<RunTimeError>("Subscript out of r
 TEST(ConvertRawData, NegativeCountsAreOffByOne) {
     const std::vector<std::int16_t> counts = {0, 1, 32767, -1, Lowest, -32767};
     std::vector<std::int32_t> out;
-    ConvertRawData(counts, out, 6, "PCI-9 plain");
-    EXPECT_THAT(out, ElementsAre(0, 1, 32767, 65536, 32769, 32770));
+    for (const char* name : {"PCI-9 plain", "6601HG", "6605", "602", ""}) {
+        ConvertRawData(counts, out, 6, name);
+        EXPECT_THAT(out, ElementsAre(0, 1, 32767, 65536, 32769, 32770)) << name;
+    }
 }
 
 TEST(ConvertRawData, TwelveBitDeviceKeepsTheLowBits) {

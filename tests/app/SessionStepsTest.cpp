@@ -4,6 +4,9 @@
 
 #include "devices/display/ZelGraph.h"
 
+#include <QDir>
+#include <QFile>
+
 #include <new>
 #include <stdexcept>
 
@@ -118,6 +121,9 @@ TEST_F(SessionSteps, FailedFastStartIsToldBeforeItIsUndone) {
 
 TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
     TurnOnAI();
+    StartPolling();
+    Tick(5);
+    Click(window->BtnStart);
     window->ZelAI1->SetDeviceNumber(-1);
     bool idleDuringMessage = false;
     boxes.WhenNextOpens(
@@ -125,9 +131,11 @@ TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
     Click(window->BtnStart);
     EXPECT_TRUE(idleDuringMessage);
     EXPECT_THAT(boxes.Take(), SizeIs(1));
-    EXPECT_THAT(Bytes(window->szProjectFileName), SizeIs(16 + 12));
-    EXPECT_FALSE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PollTimer));
-    EXPECT_TRUE(window->FrameSet->isEnabled());
+    const std::vector<std::uint8_t> project = Bytes(window->szProjectFileName);
+    ASSERT_THAT(project, SizeIs(16 + 12));
+    EXPECT_THAT(std::vector(project.end() - 12, project.end()), testing::Each(0)); // not the scans before
+    EXPECT_FALSE(window->ZelHiResTimerCtl1->TimerEnabled(frmMain::PollTimer));
+    ExpectIdle();
 }
 
 TEST_F(SessionSteps, FailedPolledStartShowsTheAnalogControlsText) {
@@ -197,6 +205,56 @@ TEST_F(SessionSteps, FailedDigitalReadIsToldBeforeTheSessionStops) {
     EXPECT_TRUE(runningDuringMessage);
     EXPECT_THAT(boxes.Take(), SizeIs(1));
     ExpectIdle();
+}
+
+// Closing the window, say, may stop the session while the message is open.
+TEST_F(SessionSteps, SessionStoppedDuringTheMessageStaysStopped) {
+    SelectPorts(0, {0x01});
+    TurnOnDI();
+    StartPolling();
+    Faults faults;
+    faults.readError = "No answer";
+    DigitalBoardInUse().SetFaults(faults);
+    boxes.WhenNextOpens([&] { window->BtnStart_Click(); });
+    Tick(1);
+    EXPECT_THAT(boxes.Take(), SizeIs(1));
+    ExpectIdle();
+}
+
+TEST_F(SessionSteps, StopEndsTheTicks) {
+    window->nTimerInterval = 1;
+    TurnOnAI();
+    Click(window->BtnStart);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->TickCount >= 3; }));
+    Click(window->BtnStart);
+    EXPECT_FALSE(window->ZelHiResTimerCtl1->TimerEnabled(frmMain::PollTimer));
+    const std::int32_t ticks = window->TickCount;
+    QTest::qWait(20);
+    EXPECT_EQ(window->TickCount, ticks);
+}
+
+TEST_F(SessionSteps, DigitalHeaderThatCannotBeWrittenShowsOnItsBox) {
+    SelectPorts(0, {0x01});
+    TurnOnDI();
+    Click(window->CkDISave2Disk);
+    const QString path = QString::fromStdString(NativePath(window->szDIFileName));
+    ASSERT_TRUE(QFile::remove(path));
+    ASSERT_TRUE(QDir().mkdir(path));
+    StartPolling();
+    EXPECT_THAT(window->CkDISave2Disk->toolTip().toStdString(), testing::StartsWith("Recording stopped: "));
+    EXPECT_TRUE(window->CkAISave2Disk->toolTip().isEmpty());
+    ASSERT_TRUE(QDir().rmdir(path));
+    Tick(2);
+    Click(window->BtnStart);
+    EXPECT_FALSE(window->DIWritten);
+    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+
+    StartPolling();
+    EXPECT_TRUE(window->CkDISave2Disk->toolTip().isEmpty());
+    EXPECT_TRUE(window->CkDISave2Disk->styleSheet().isEmpty());
+    Tick(1);
+    Click(window->BtnStart);
+    EXPECT_THAT(Bytes(window->szDIFileName), SizeIs(8 + 1));
 }
 
 // Only the thermocouple control can have no limits set; without it the start goes on.

@@ -170,6 +170,8 @@ TEST_F(StartUpTest, ClosingLeavesNoFileOpen) {
     TurnOnAI();
     Click(window->BtnStart);
     ASSERT_TRUE(window->FAIFileHandle.IsOpen());
+    window->HisAIFileHandle = SystemFile(window->szAIFileName, Disposition::OpenAlways);
+    window->Files.OpenForReading(frmMain::HisFileNumB, window->szDIFileName);
     window->close();
     EXPECT_FALSE(window->FAIFileHandle.IsOpen());
     EXPECT_FALSE(window->HisAIFileHandle.IsOpen());

@@ -45,6 +45,32 @@ TEST_F(SessionAfterSettings, ThermocouplesOfTheDifferentialFamilyAreReadAtTwiceT
     Click(window->BtnStart);
 }
 
+// Every setting of a thermocouple is that of its physical channel, wherever the scan begins.
+TEST_F(SessionAfterSettings, ThermocoupleKeepsItsSettingsBehindTheScanStart) {
+    constexpr int Board6601 = 3;
+    SetPolled(
+        Board6601,
+        [](dlgGainRange& dialog) {
+            ClickRow(dialog, 5);
+            Click(dialog.OptThermo);
+            Choose(dialog.ComboTCType, 1);
+            Choose(dialog.ComboScale, 3);
+            Choose(dialog.ComboExpChan, 9);
+        },
+        "4", "3");
+    ASSERT_TRUE(window->M1.AIChanIsThermo[5]);
+    window->M1.AIThermoScale[1] = 0; // of the channel whose number is the position in the scan
+    TurnOnAI();
+    StartPolling();
+    Tick(2);
+    EXPECT_EQ(window->ZelThermo1->Channel(), 5);
+    EXPECT_EQ(window->ZelThermo1->ThermoType(), 1);
+    EXPECT_EQ(window->ZelThermo1->ThermoScale(), 3);
+    EXPECT_EQ(window->ZelThermo1->ExpChannel(), 9);
+    EXPECT_NEAR(window->ZelGraph1->PointAt(1, 1).y(), SimulatedCelsius(5, 9, 1) + 273.15, 0.05);
+    Click(window->BtnStart);
+}
+
 TEST_F(SessionAfterSettings, WiringIsReadBackUpToTheSpareElement) {
     const struct {
         bool singleEnded;

@@ -215,6 +215,7 @@ TEST_F(AnalogSettingsTest, UnpairedFamilyWiresChannelsAlone) {
     control.SetBoards(boards);
     control.SetDeviceNumber(0);
     Connect(control, 3, 1);
+    Connect(control, 8, 1); // the spare element is not wired
     EXPECT_THAT(Connections(control), ElementsAre(0, 0, 0, 1, 0, 0, 0, 0, 0));
 }
 
@@ -360,6 +361,10 @@ TEST_F(AnalogSettingsTest, AFailedReadingLeavesItsText) {
     EXPECT_THAT([&] { (void)control.ReadChannels(true); },
                 ThrowsMessage<RunTimeError>("The board was unplugged"));
     EXPECT_EQ(control.ErrorText(), QStringLiteral("The board was unplugged"));
+    control.SetDeviceNumber(-1);
+    EXPECT_EQ(control.ErrorText(), QString());
+    control.SetDeviceNumber(0);
+    EXPECT_THROW((void)control.ReadChannels(true), RunTimeError);
     fake->refusedScan.clear();
     (void)control.ReadChannels(true);
     EXPECT_EQ(control.ErrorText(), QString());
