@@ -2,6 +2,7 @@
 
 #include "devices/display/Envelope.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <span>
 #include <vector>
@@ -22,7 +23,7 @@ struct RowScale {
     /// Distance from the upper edge of row 0; kept near the image.
     [[nodiscard]] double RowOf(double value) const {
         const double row = (top - value) * perUnit + 0.5;
-        return row < -margin ? -margin : row > rowCount + margin ? rowCount + margin : row;
+        return std::min(rowCount + margin, std::max(-margin, row));
     }
 
     static constexpr double margin = 64; ///< rows beyond the image that are told apart

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <limits>
+#include <random>
 #include <vector>
 
 namespace tracelet {
@@ -154,6 +155,30 @@ TEST(ColumnRaster, MarksAreSquaresAboutTheirPixelCutAtTheColumns) {
     DrawMark(canvas.pixels, 5, 0, 7, 99, scale, HardStroke());
     EXPECT_EQ(canvas.Rows(),
               (std::vector<std::string>{"...#...", "##.#...", "##.....", "##.....", "......."}));
+}
+
+TEST(ColumnRaster, ColumnsDrawnTogetherEqualThoseDrawnOneByOne) {
+    std::mt19937 random(1);
+    for (const int height : {1, 3, 20, 300})
+        for (const int thickness : {1, 2, 4}) {
+            std::vector<Extent> spans;
+            for (int i = 0; i < 203; ++i) {
+                const auto at = static_cast<float>(std::uniform_int_distribution(-400, 1400)(random)) * 0.01F;
+                const bool tall = random() % 16 == 0;
+                const auto length = static_cast<float>(random() % (tall ? 2000 : 60)) * 0.01F;
+                spans.push_back(i % 29 == 5 ? Extent{} : Extent{at, at + length});
+            }
+            spans[50] = {-std::numeric_limits<float>::infinity(), std::numeric_limits<float>::infinity()};
+            const RowScale scale(0, 10, height);
+            const Stroke stroke = {0xff40a0ff, thickness, true, {}};
+            const std::vector<std::uint8_t> crowded(spans.size());
+            Canvas together(static_cast<int>(spans.size()), height);
+            Canvas single(static_cast<int>(spans.size()), height);
+            DrawSpans(together.pixels, 0, 0, Framed(spans), crowded, scale, stroke);
+            for (std::size_t i = 0; i < spans.size(); ++i)
+                DrawSpans(single.pixels, static_cast<int>(i), 0, Framed({spans[i]}), crowded, scale, stroke);
+            EXPECT_EQ(together.cells, single.cells) << height << " rows, " << thickness;
+        }
 }
 
 } // namespace
