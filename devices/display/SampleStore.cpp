@@ -2,8 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 #include <new>
+#include <type_traits>
 
 namespace tracelet {
 
@@ -25,6 +27,43 @@ float ToFloat(double value) {
     if (value < -most)
         return -std::numeric_limits<float>::infinity();
     return static_cast<float>(value);
+}
+
+constexpr std::int64_t lanes = 4; ///< channels that are taken apart in one go
+using Lanes [[gnu::vector_size(lanes * sizeof(float))]] = float;
+using Columns = std::array<std::array<float, SampleStore::tileSize>, lanes>;
+
+/// Four scans of four channels become four samples of each channel.
+void Transpose(Lanes (&rows)[lanes]) {
+    using Order [[gnu::vector_size(lanes * sizeof(int))]] = int;
+    constexpr Order firstHalves = {0, 4, 1, 5};
+    constexpr Order lastHalves = {2, 6, 3, 7};
+    const Lanes a = __builtin_shuffle(rows[0], rows[2], firstHalves);
+    const Lanes b = __builtin_shuffle(rows[1], rows[3], firstHalves);
+    const Lanes c = __builtin_shuffle(rows[0], rows[2], lastHalves);
+    const Lanes d = __builtin_shuffle(rows[1], rows[3], lastHalves);
+    rows[0] = __builtin_shuffle(a, b, firstHalves);
+    rows[1] = __builtin_shuffle(a, b, lastHalves);
+    rows[2] = __builtin_shuffle(c, d, firstHalves);
+    rows[3] = __builtin_shuffle(c, d, lastHalves);
+}
+
+/// Takes the first four of `channels` channels apart.
+template <typename Value>
+void TakeApart(const Value* values, std::int64_t channels, std::int64_t count, Columns& columns) {
+    std::int64_t scan = 0;
+    if constexpr (std::is_same_v<Value, float>)
+        for (; scan + lanes <= count; scan += lanes, values += lanes * channels) {
+            Lanes rows[lanes];
+            for (std::int64_t i = 0; i < lanes; ++i)
+                std::memcpy(&rows[i], values + i * channels, sizeof(Lanes));
+            Transpose(rows);
+            for (std::size_t i = 0; i < columns.size(); ++i)
+                std::memcpy(&columns[i][static_cast<std::size_t>(scan)], &rows[i], sizeof(Lanes));
+        }
+    for (; scan < count; ++scan, values += channels)
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            columns[i][static_cast<std::size_t>(scan)] = ToFloat(values[i]);
 }
 
 /// Appends every `stride`th of the values.
@@ -97,10 +136,17 @@ void SampleStore::AppendEven(double start, double step, std::int64_t count, std:
         Prepare(plot, count);
     for (PlotData& plot : touched)
         Place(plot, start, step, count);
-    for (PlotData& plot : touched) {
-        AppendColumn(plot.samples, values++, channels, count);
-        Trim(plot, 0);
+    std::size_t next = 0;
+    Columns columns; // left as it is: filled before use
+    for (; next + columns.size() <= touched.size(); next += columns.size(), values += columns.size()) {
+        TakeApart(values, channels, count, columns);
+        for (std::size_t i = 0; i < columns.size(); ++i)
+            AppendColumn(touched[next + i].samples, columns[i].data(), 1, count);
     }
+    for (; next < touched.size(); ++next)
+        AppendColumn(touched[next].samples, values++, channels, count);
+    for (PlotData& plot : touched)
+        Trim(plot, 0);
     Finish(count);
 }
 

@@ -54,6 +54,31 @@ TEST(SampleStore, MoreChannelsThanPlotsAreIgnored) {
     EXPECT_EQ(store.Count(0), 3);
 }
 
+template <typename Value>
+class SampleStoreBlocks : public testing::Test {};
+using SampleTypes = testing::Types<float, std::int32_t, double>;
+TYPED_TEST_SUITE(SampleStoreBlocks, SampleTypes);
+
+TYPED_TEST(SampleStoreBlocks, EveryChannelOfEveryScanReachesItsPlot) {
+    for (const int plots : {1, 3, 4, 6, 9, 16})
+        for (const int channels : {plots, plots + 1, plots + 5, 1})
+            for (const int scans : {1, 3, 4, 7, 255, 256}) {
+                std::vector<TypeParam> values; // of exactly the size that may be read
+                for (int i = 0; i < scans * channels; ++i)
+                    values.push_back(static_cast<TypeParam>(i));
+                SampleStore store = StoreOf(plots);
+                for (int block = 0; block < 2; ++block) // the second one does not begin at a chunk
+                    store.AppendEven(block * scans, 1, scans, channels, values.data());
+                for (int plot = 0; plot < plots; ++plot) {
+                    Points expected;
+                    for (int i = 0; plot < channels && i < 2 * scans; ++i)
+                        expected.emplace_back(i, i % scans * channels + plot);
+                    ASSERT_EQ(PointsOf(store, plot), expected)
+                        << plot << " of " << channels << ", " << scans << " scans";
+                }
+            }
+}
+
 TEST(SampleStore, PlotsOfAScanShareTheirTimes) {
     SampleStore store = StoreOf(64);
     std::vector<float> values(64, 1);
