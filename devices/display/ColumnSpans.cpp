@@ -159,7 +159,8 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
     const std::size_t count = spans.size();
     float edge = valueAt(crossing[0]);
     for (std::size_t i = 0; i < count; ++i) {
-        samples.Prefetch(crossing[std::min(i + lookAhead, count)].behind - offset);
+        const std::size_t ahead = std::min(i + lookAhead, count - 1);
+        samples.Prefetch(crossing[ahead].behind - offset, crossing[ahead + 1].behind - offset);
         Extent& span = spans[i];
         span.Add(edge);
         edge = valueAt(crossing[i + 1]);

@@ -8,7 +8,6 @@ namespace tracelet {
 namespace {
 
 constexpr std::int64_t bucketSize = std::int64_t{1} << Envelope::bucketBits;
-constexpr std::int64_t plainCount = 3 * bucketSize; ///< so few samples are read one by one
 constexpr std::int64_t fan = std::int64_t{1} << Envelope::fanBits;
 
 // Four lanes fill the vector registers that every machine has; two sets of them hide the latency.
@@ -109,10 +108,12 @@ void Envelope::DropBefore(std::int64_t index) {
     }
 }
 
-Extent Envelope::Range(std::int64_t first, std::int64_t end) const {
+Extent Envelope::LongRange(std::int64_t first, std::int64_t end) const {
     Extent extent;
     first = std::max(first, First());
     end = std::min(end, End());
+    if (first >= end)
+        return extent;
     const std::int64_t firstBucket = (first + bucketSize - 1) >> bucketBits;
     const std::int64_t endBucket = end >> bucketBits;
     if (end - first <= plainCount || firstBucket >= endBucket) {

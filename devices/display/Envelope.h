@@ -67,28 +67,43 @@ public:
     void DropBefore(std::int64_t index);
 
     /// Extent of the held samples first <= index < end.
-    [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const;
-    /// Fetches the samples around `index` into the processor's cache ahead of their use.
-    [[gnu::always_inline]] void Prefetch(std::int64_t index) const {
-        if (index < First() || index >= End())
+    [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const {
+        const std::int64_t count = end - first;
+        const bool plain =
+            count <= plainCount && first >= First() && end <= End() && count <= Samples::Run(first);
+        return plain ? ExtentOf({samples.From(first), static_cast<std::size_t>(count)})
+                     : LongRange(first, end);
+    }
+    static constexpr std::int64_t plainCount = 192; ///< ranges as short as this are read sample by sample
+    /// Fetches what Range(first, end) reads into the processor's cache ahead of its use.
+    [[gnu::always_inline]] void Prefetch(std::int64_t first, std::int64_t end) const {
+        if (first < First() || end >= End())
             return;
+        if (end - first <= plainCount) {
+            PrefetchSamples(first, end);
+            return;
+        }
         constexpr std::int64_t bucketMask = (std::int64_t{1} << bucketBits) - 1;
-        constexpr std::int64_t line = 16;
-        const float* bucket = samples.From(index & ~bucketMask);
-        for (std::int64_t i = 0; i <= bucketMask; i += line)
-            __builtin_prefetch(bucket + i);
-        if (index >> bucketBits < levels[0].End())
-            __builtin_prefetch(levels[0].From(index >> bucketBits));
+        PrefetchSamples(end & ~bucketMask, (end | bucketMask) + 1);
+        if (end >> bucketBits < levels[0].End())
+            __builtin_prefetch(levels[0].From(end >> bucketBits));
     }
 
     [[nodiscard]] std::size_t HeldBytes() const;
 
 private:
+    [[gnu::always_inline]] void PrefetchSamples(std::int64_t first, std::int64_t end) const {
+        constexpr std::int64_t line = 16; // samples
+        const float* next = samples.From(first);
+        for (std::int64_t i = first; i < end; i += line, next += line)
+            __builtin_prefetch(next);
+    }
     /// Whether the samples around `index` are known to lie within `extent`, without reading them.
     [[nodiscard]] bool Within(std::int64_t index, const Extent& extent) const {
         const std::int64_t bucket = index >> bucketBits;
         return bucket < levels[0].End() && extent.Holds(levels[0][bucket]);
     }
+    [[nodiscard]] Extent LongRange(std::int64_t first, std::int64_t end) const;
     void ReserveAll(std::int64_t count);
     void CloseBuckets();
     void JoinBuckets(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const;
