@@ -160,28 +160,19 @@ TEST_F(ZelGraphMouse, XYPanMovesBoth) {
     EXPECT_LT(graph.AxisMin(VoltageAxis), -14);
 }
 
-TEST_F(ZelGraphMouse, ZoomSwitchesTheAutomaticScaleOfItsAxisOff) {
-    graph.SetAxisAutoScale(XAxis, true);
-    graph.SetAxisAutoScale(VoltageAxis, true);
-    graph.SetMouseMode(MouseXZoom);
-    Drag(At(0.2, 0.2), At(0.6, 0.7));
-    EXPECT_FALSE(graph.AxisAutoScale(XAxis));
-    EXPECT_TRUE(graph.AxisAutoScale(VoltageAxis));
-    graph.SetMouseMode(MouseYZoom);
-    Drag(At(0.2, 0.2), At(0.6, 0.7));
-    EXPECT_FALSE(graph.AxisAutoScale(VoltageAxis));
-}
-
-TEST_F(ZelGraphMouse, PanSwitchesTheAutomaticScaleOfItsAxisOff) {
-    graph.SetAxisAutoScale(XAxis, true);
-    graph.SetAxisAutoScale(VoltageAxis, true);
-    graph.SetMouseMode(MouseXPan);
-    Drag(At(0.2, 0.2), At(0.6, 0.7));
-    EXPECT_FALSE(graph.AxisAutoScale(XAxis));
-    EXPECT_TRUE(graph.AxisAutoScale(VoltageAxis));
-    graph.SetMouseMode(MouseYPan);
-    Drag(At(0.2, 0.2), At(0.6, 0.7));
-    EXPECT_FALSE(graph.AxisAutoScale(VoltageAxis));
+TEST_F(ZelGraphMouse, ZoomsAndPansSwitchTheAutomaticScaleOfTheirAxisOff) {
+    const std::pair<std::int32_t, std::int32_t> modes[] = {{MouseXZoom, MouseYZoom}, {MouseXPan, MouseYPan}};
+    for (const auto& [alongX, alongY] : modes) {
+        graph.SetAxisAutoScale(XAxis, true);
+        graph.SetAxisAutoScale(VoltageAxis, true);
+        graph.SetMouseMode(alongX);
+        Drag(At(0.2, 0.2), At(0.6, 0.7));
+        EXPECT_FALSE(graph.AxisAutoScale(XAxis)) << alongX;
+        EXPECT_TRUE(graph.AxisAutoScale(VoltageAxis)) << alongX;
+        graph.SetMouseMode(alongY);
+        Drag(At(0.2, 0.2), At(0.6, 0.7));
+        EXPECT_FALSE(graph.AxisAutoScale(VoltageAxis)) << alongY;
+    }
 }
 
 TEST_F(ZelGraphMouse, PlaceOfTheReleaseEndsTheBand) {
