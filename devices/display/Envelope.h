@@ -69,8 +69,8 @@ public:
     /// Extent of the held samples first <= index < end.
     [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const {
         const std::int64_t count = end - first;
-        const bool plain =
-            count <= plainCount && first >= First() && end <= End() && count <= Samples::Run(first);
+        const bool plain = count > 0 && count <= plainCount && first >= First() && end <= End() &&
+                           count <= Samples::Run(first);
         return plain ? ExtentOf({samples.From(first), static_cast<std::size_t>(count)})
                      : LongRange(first, end);
     }

@@ -72,6 +72,16 @@ TEST(Envelope, AnswersEveryRangeAsAPlainScanDoes) {
     EXPECT_EQ(envelope.Range(0, count), PlainExtent(values, dropped, count)) << "only what is held";
 }
 
+TEST(Envelope, RangeOfNothingIsEmpty) {
+    Envelope envelope;
+    EXPECT_TRUE(envelope.Range(0, 0).Empty()) << "nothing held";
+    for (int i = 0; i < 10; ++i)
+        envelope.Append(1);
+    EXPECT_TRUE(envelope.Range(5, 5).Empty());
+    EXPECT_TRUE(envelope.Range(6, 5).Empty());
+    EXPECT_TRUE(envelope.Range(10, 10).Empty());
+}
+
 TEST(Envelope, KeepsALoneSpikeThroughAllLevels) {
     Envelope envelope;
     constexpr std::int64_t count = 3'000'000;
