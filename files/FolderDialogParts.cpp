@@ -21,9 +21,7 @@ QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
 
 QDialogButtonBox* BuildOKAndCancel(QWidget* dialog) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
-    QPushButton* ok = buttons->button(QDialogButtonBox::Ok);
-    ok->setObjectName(u"OKButton"_qs);
-    ok->setDefault(true);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(u"OKButton"_qs);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
     return buttons;
 }

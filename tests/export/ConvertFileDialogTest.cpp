@@ -117,11 +117,16 @@ TEST_F(ConvertFileDialogTest, OKStoresDriveFolderAndName) {
     list->setCurrentRow(0); // ".."
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_EQ(szTextSaveDir, program);
+    const std::string driveBefore = szTextSaveDrive;
+    auto* drives = Find<QComboBox>(*dialog, "Drive1");
+    drives->addItem(u"stick"_qs, QString::fromStdString(folder.Path()));
+    drives->setCurrentIndex(drives->count() - 1);
+    EXPECT_EQ(szTextSaveDrive, driveBefore);
     QTest::keyClicks(Find<QLineEdit>(*dialog, "txtFolderName"), u"texts 1"_qs);
     Press(*dialog, "OKButton");
     EXPECT_FALSE(dialog->isVisible());
     EXPECT_EQ(szTextSaveDir, fs::path(program).parent_path());
-    EXPECT_EQ(szTextSaveDrive, Find<QComboBox>(*dialog, "Drive1")->currentData().toString().toStdString());
+    EXPECT_EQ(szTextSaveDrive, folder.Path());
     EXPECT_EQ(szTextSaveFolder, "texts 1");
 }
 

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QDialog>
+#include <QKeyEvent>
 #include <QProgressBar>
 #include <QPushButton>
 #include <QTest>
@@ -29,7 +30,7 @@ protected:
         QTest::mouseClick(button, Qt::LeftButton);
         QTest::keyClick(button, Qt::Key_Space);
         QTest::keyClick(&window, Qt::Key_Escape);
-        window.close();
+        EXPECT_FALSE(window.close());
         if (QWidget* shown = QApplication::activeModalWidget()) {
             QTest::keyClick(shown, Qt::Key_Escape);
             shown->close();
@@ -64,6 +65,70 @@ TEST_F(ConvertProgressTest, ShowsAModalBarAfterItsTime) {
         EXPECT_EQ(bar->value(), bar->maximum());
     }
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
+}
+
+TEST_F(ConvertProgressTest, WaitsHalfASecond) {
+    ConvertProgress progress(&window);
+    QTest::qSleep(600);
+    progress.Show(0.5);
+    EXPECT_NE(QApplication::activeModalWidget(), nullptr);
+}
+
+// Keeps the types of the events that reach it.
+class Receiver : public QObject {
+public:
+    bool event(QEvent* event) override {
+        seen.push_back(event->type());
+        return true;
+    }
+    std::vector<int> seen;
+};
+
+TEST_F(ConvertProgressTest, EveryKindOfInputIsDroppedAndNothingElse) {
+    Receiver receiver;
+    const auto send = [&](QEvent::Type type) {
+        QEvent event(type);
+        QCoreApplication::sendEvent(&receiver, &event);
+        return event.isAccepted();
+    };
+    const ConvertProgress progress(&window, Never);
+    for (const QEvent::Type type : {QEvent::MouseButtonPress,
+                                    QEvent::MouseButtonRelease,
+                                    QEvent::MouseButtonDblClick,
+                                    QEvent::MouseMove,
+                                    QEvent::Wheel,
+                                    QEvent::KeyPress,
+                                    QEvent::KeyRelease,
+                                    QEvent::ShortcutOverride,
+                                    QEvent::Shortcut,
+                                    QEvent::InputMethod,
+                                    QEvent::ContextMenu,
+                                    QEvent::TouchBegin,
+                                    QEvent::TouchUpdate,
+                                    QEvent::TouchEnd,
+                                    QEvent::TabletPress,
+                                    QEvent::TabletMove,
+                                    QEvent::TabletRelease,
+                                    QEvent::NativeGesture,
+                                    QEvent::DragEnter,
+                                    QEvent::Drop,
+                                    QEvent::Close})
+        EXPECT_FALSE(send(type)) << type;
+    EXPECT_TRUE(receiver.seen.empty());
+    for (const QEvent::Type type : {QEvent::Timer, QEvent::Paint, QEvent::User})
+        send(type);
+    EXPECT_EQ(receiver.seen, (std::vector<int>{QEvent::Timer, QEvent::Paint, QEvent::User}));
+}
+
+TEST_F(ConvertProgressTest, InputThatWaitsWhenItEndsIsDropped) {
+    {
+        ConvertProgress progress(&window, AtOnce);
+        progress.Show(0.5);
+        for (const QEvent::Type type : {QEvent::KeyPress, QEvent::KeyRelease})
+            QCoreApplication::postEvent(button, new QKeyEvent(type, Qt::Key_Space, Qt::NoModifier));
+    }
+    QCoreApplication::processEvents();
+    EXPECT_EQ(clicks, 0);
 }
 
 TEST_F(ConvertProgressTest, HandlesNoInputWhileItLives) {

@@ -285,7 +285,7 @@ TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     EXPECT_TRUE(Exists("base/two/AI.xlt"));
 }
 
-// Sixteen channels of zeros, the file without blocks on the disk.
+// Sixteen channels and eight lines of zeros, the files without blocks on the disk.
 SavedRecording Zeros(std::int32_t scans) {
     SavedRecording recording;
     recording.info = {.bHisAI = true,
@@ -296,6 +296,11 @@ SavedRecording Zeros(std::int32_t scans) {
                       .HisAIChanIsThermo = std::vector<std::uint8_t>(16),
                       .ScanCount = scans,
                       .ScanInterval = 1.0};
+    recording.info.bHisDI = true;
+    recording.info.nHisDIChanCount = 8;
+    recording.info.diPlots.resize(8);
+    recording.info.HisDIPortMask = {0xFF};
+    recording.digital = BytesOf(std::vector<std::int32_t>{0, 1});
     return recording;
 }
 
@@ -316,6 +321,7 @@ TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
     for (std::int32_t scans = 100000; values.size() < 2 && scans < 10000000; scans *= 2) {
         const std::string project = Save(Zeros(scans));
         fs::resize_file(saved / "Saved/AI.tld", static_cast<std::uintmax_t>(scans) * 64);
+        fs::resize_file(saved / "Saved/DI.tld", static_cast<std::uintmax_t>(scans) + 8);
         OpenProject(project);
         fs::remove_all(fs::path(window->szProgramPath) / "texts");
         values.clear();

@@ -71,11 +71,16 @@ TEST_F(DialogTest, OKStoresDriveFolderAndName) {
     QTest::keyClick(list, Qt::Key_Return);
     EXPECT_TRUE(dialog.isVisible());
     EXPECT_EQ(szDir, program);
+    const std::string driveBefore = szDrive;
+    auto* drives = Find<QComboBox>(dialog, "Drive1");
+    drives->addItem(u"stick"_qs, QString::fromStdString(folder.Path()));
+    drives->setCurrentIndex(drives->count() - 1);
+    EXPECT_EQ(szDrive, driveBefore);
     QTest::keyClicks(Find<QLineEdit>(dialog, "txtFolderName"), u"run 1"_qs);
     QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(szDir, folder.Path());
-    EXPECT_EQ(szDrive, Find<QComboBox>(dialog, "Drive1")->currentData().toString().toStdString());
+    EXPECT_EQ(szDrive, folder.Path());
     EXPECT_EQ(szNewFolder, "run 1");
 }
 

@@ -1,5 +1,6 @@
 #include "files/FolderLists.h"
 
+#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TemporaryFolder.h"
 #include "tests/support/MessageBoxes.h"
 
@@ -170,6 +171,59 @@ TEST_F(FolderListsTest, TheDriveFollowsTheFolder) {
     EXPECT_EQ(lists.Drive(), drive);
     DoubleClick("beta");
     EXPECT_EQ(lists.Drive(), folder / "beta");
+}
+
+TEST_F(FolderListsTest, ADriveWhoseLastFolderIsGoneIsEnteredAtItsTop) {
+    fs::create_directory(folder / "beta/gone");
+    lists.Load(program, drive, path);
+    PickDrive(folder / "beta");
+    DoubleClick("gone");
+    lists.Drive1->setCurrentIndex(lists.Drive1->findData(QString::fromStdString(drive)));
+    fs::remove(folder / "beta/gone");
+    lists.Drive1->setCurrentIndex(lists.Drive1->count() - 1);
+    EXPECT_EQ(lists.Path(), folder / "beta");
+    EXPECT_EQ(lists.Drive(), folder / "beta");
+}
+
+TEST_F(FolderListsTest, AFolderWhoseNameGoesOnFromADrivesIsNotOnIt) {
+    fs::create_directory(folder / "beta2");
+    lists.Load(program, drive, path);
+    PickDrive(folder / "beta");
+    DoubleClick("..");
+    DoubleClick("beta2");
+    EXPECT_EQ(lists.Path(), folder / "beta2");
+    EXPECT_EQ(lists.Drive(), drive);
+}
+
+TEST_F(FolderListsTest, ARememberedDriveThatIsNotMountedGivesWay) {
+    drive = folder.Path();
+    path = program;
+    lists.Load(program, drive, path);
+    EXPECT_EQ(lists.Path(), program);
+    EXPECT_NE(lists.Drive(), folder.Path());
+    EXPECT_GE(lists.Drive1->currentIndex(), 0);
+}
+
+TEST_F(FolderListsTest, OnlyAnEmptyDriveStartsInTheProgramsFolder) {
+    drive = "/";
+    lists.Load(program, drive, path);
+    EXPECT_EQ(lists.Path(), "/");
+}
+
+TEST_F(FolderListsTest, AFolderThatMayNotBeEnteredGivesWayToTheRoot) {
+    fs::permissions(folder.Path(), fs::perms{0755});
+    fs::permissions(folder / "beta", fs::perms::none);
+    drive = "/";
+    path = folder / "beta";
+    {
+        const OrdinaryUser user;
+        if (user.IsOne()) {
+            lists.Load(program, drive, path);
+            EXPECT_EQ(lists.Path(), "/");
+            EXPECT_EQ(fs::current_path(), "/");
+        }
+    }
+    fs::permissions(folder / "beta", fs::perms::owner_all);
 }
 
 TEST(MountedVolumes, AreFoldersWithTheRootFirst) {

@@ -244,6 +244,15 @@ TEST(ProjectInfo, MostChannelsAreRead) {
     EXPECT_EQ(Read(Whole(info)), info);
 }
 
+TEST(ProjectInfo, ManyPlotsWithoutNamesAreRead) {
+    ProjectInfo info;
+    info.bHisAI = true;
+    info.nHisAIChanCount = 64;
+    info.aiPlots.resize(64);
+    info.HisAIChanIsThermo = {0};
+    EXPECT_EQ(Read(AsText(ProjectHeader(info)) + AsText(StopRecord(0, 0.0))), info);
+}
+
 TEST(ProjectInfo, CountsWithoutTheirFlagAreNotLookedAt) {
     for (const std::int32_t count : {-5, 2'000'000'000}) {
         const std::string bytes = std::string(8, '\0') + Long(count) + Long(count) + std::string(12, '\0');

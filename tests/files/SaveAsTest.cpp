@@ -92,6 +92,14 @@ TEST_F(SaveAsTest, CancelAndEmptyNameCreateNothing) {
     EXPECT_TRUE(window->Files.IsOpen(frmMain::ProjectFileNum));
 }
 
+TEST_F(SaveAsTest, DialogClosedByCodeSavesNothing) {
+    Record(1);
+    window->szNewFolder = "before";
+    OnModalDialog<Dialog>([](Dialog& dialog) { dialog.accept(); });
+    Click(window->BtnSaveAs);
+    EXPECT_THAT(Saved(), IsEmpty());
+}
+
 TEST_F(SaveAsTest, ExistingFolderIsOverwrittenAndStaleDataStay) {
     ASSERT_TRUE(QDir(target.path()).mkdir(u"a"_qs));
     QFile stale(target.filePath(u"a/DI.tld"_qs));

@@ -1,6 +1,7 @@
 #include "files/SystemFile.h"
 
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TemporaryFolder.h"
 
 #include <fcntl.h>
@@ -103,8 +104,12 @@ TEST(SystemFile, MovesOwnership) {
     second = SystemFile(folder / "b", Disposition::OpenAlways);
     EXPECT_EQ(second.Position(), 0);
     EXPECT_EQ(fcntl(second.Handle(), F_GETFD) == -1, false);
-    second.Close();
-    EXPECT_EQ(second.Handle(), -1);
+    second.Write(Bytes("de"));
+    SystemFile third;
+    third = std::move(second);
+    EXPECT_EQ(third.Position(), 2);
+    third.Close();
+    EXPECT_EQ(third.Handle(), -1);
 }
 
 TEST(SystemFile, ReadsAndWritesAtItsPosition) {
@@ -157,12 +162,20 @@ TEST(SystemFile, FailedWriteLeavesWhatWasWrittenWhole) {
 TEST(SystemFile, OpenAlwaysReadsWhatMayOnlyBeRead) {
     const TemporaryFolder folder;
     const std::string path = folder.Write("a", "abc");
-    fs::permissions(path, fs::perms::owner_read);
-    SystemFile file(path, Disposition::OpenAlways);
-    EXPECT_EQ(ReadText(file, 10), "abc");
-    if (geteuid() != 0) { // who may do everything is not refused
+    fs::permissions(path, fs::perms{0444});
+    fs::permissions(folder.Path(), fs::perms{0555});
+    {
+        const OrdinaryUser user;
+        if (!user.IsOne())
+            GTEST_SKIP() << "there is no other user";
+        SystemFile file(path, Disposition::OpenAlways);
+        EXPECT_EQ(ReadText(file, 10), "abc");
         EXPECT_EQ(FaultOf([&] { file.Write(Bytes("x")); }), "Permission denied");
+        EXPECT_EQ(FaultOf([&] { SystemFile(path, Disposition::CreateAlways); }), "Permission denied");
+        EXPECT_EQ(FaultOf([&] { SystemFile(folder / "new", Disposition::OpenAlways); }), "Permission denied");
     }
+    EXPECT_EQ(ContentOf(path), "abc");
+    fs::permissions(folder.Path(), fs::perms::owner_all);
 }
 
 } // namespace

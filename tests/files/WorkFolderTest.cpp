@@ -1,6 +1,7 @@
 #include "files/WorkFolder.h"
 
 #include "files/Paths.h"
+#include "tests/files/OrdinaryUser.h"
 #include "tests/files/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -46,6 +47,30 @@ TEST(WorkFolder, FallsBackToTheTemporaryFolder) {
         RemoveWorkFolder(work);
         EXPECT_FALSE(fs::exists(work.sztmpPath));
     }
+}
+
+TEST(WorkFolder, ThatCanBeMadeNowhereNamesNothing) {
+    const TemporaryFolder folder;
+    fs::permissions(folder.Path(), fs::perms{0555});
+    const char* before = std::getenv("TMPDIR");
+    const std::string kept = before != nullptr ? before : "";
+    setenv("TMPDIR", folder.Path().c_str(), 1);
+    {
+        const OrdinaryUser user;
+        if (user.IsOne()) {
+            const WorkFolder work = MakeWorkFolder(folder / "none");
+            std::error_code ignored;
+            EXPECT_FALSE(fs::exists(work.sztmpPath, ignored));
+            EXPECT_FALSE(fs::exists(fs::path(NativePath(work.szAIFileName)).parent_path(), ignored));
+            RemoveWorkFolder(work); // nothing raised
+        }
+    }
+    if (before != nullptr)
+        setenv("TMPDIR", kept.c_str(), 1);
+    else
+        unsetenv("TMPDIR");
+    EXPECT_THAT(folder.Names(), IsEmpty());
+    fs::permissions(folder.Path(), fs::perms::owner_all);
 }
 
 TEST(WorkFolder, GoesWithItsFourFiles) {

@@ -546,6 +546,16 @@ TEST_F(PlaybackTest, SpeedChangesWhilePlaying) {
     EXPECT_DOUBLE_EQ(window->ZelSliderR->Value(), 50.0);
 }
 
+TEST_F(PlaybackTest, DraggingTheSpeedKeepsTheTicksComing) {
+    OpenSaved(Polled(1000, 0.05));
+    Click(window->ChkPlay);
+    for (int move = 0; move < 500 && window->HisScanIndex == 0; ++move) {
+        window->ZelSliderV->MoveByUser(20.0 + move % 10); // all of them ticks of 100 ms
+        QTest::qWait(10);
+    }
+    EXPECT_GT(window->HisScanIndex, 0);
+}
+
 TEST_F(PlaybackTest, ClearedGraphPlaysOnAtItsTime) {
     OpenSaved(Polled(10));
     Click(window->ChkPlay);
