@@ -42,9 +42,7 @@ Progress PartOf(ConvertProgress& progress, double start, double share) {
 }
 
 void WriteTexts(frmMain& window, const std::string& folder) {
-    const SystemFile closed;
-    const SystemFile& digitalData =
-        window.Files.IsOpen(frmMain::HisFileNumB) ? window.Files.File(frmMain::HisFileNumB) : closed;
+    const SystemFile& digitalData = window.Files.File(frmMain::HisFileNumB); // a closed one reads as empty
     const auto analogBytes =
         static_cast<double>(window.bTextSaveAI ? BytesFrom(window.HisAIFileHandle, 0) : 0);
     const auto digitalBytes = static_cast<double>(window.bTextSaveDI ? BytesFrom(digitalData, 0) : 0);

@@ -61,8 +61,7 @@ void frmMain::Pause() {
 void frmMain::BtnStop_Click() {
     if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
         ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
-    ChkPlay->setChecked(false);
-    ChkPlay->setText(PlayCaption);
+    ChkPlay->setChecked(false); // its handler writes the caption
     isHisPlaying = false;
     isHisPlayPaused = false;
     ShowPosition(StoppedPosition);
@@ -153,10 +152,6 @@ void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
 }
 
 void frmMain::PlaySoftDIData(bool& end) {
-    if (!Files.IsOpen(HisFileNumB)) {
-        end = true;
-        return;
-    }
     std::int64_t scan = HisScanIndex;
     end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
                     dHisPlaySpeed, [&](std::span<const std::uint8_t> states, std::int32_t scans) {

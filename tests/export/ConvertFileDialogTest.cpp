@@ -133,11 +133,16 @@ TEST_F(ConvertFileDialogTest, OKStoresDriveFolderAndName) {
 TEST_F(ConvertFileDialogTest, AnEmptyNameIsRefused) {
     szTextSaveFolder = "last";
     const auto dialog = Opened();
-    Press(*dialog, "OKButton");
-    EXPECT_THAT(boxes.Take(),
-                testing::ElementsAre(MessageBoxes::Box{"Folder Name should not be null", "Tracelet"}));
-    EXPECT_TRUE(dialog->isVisible());
-    EXPECT_EQ(szTextSaveFolder, "");
+    QTest::keyClick(Find<QListWidget>(*dialog, "Dir1"), Qt::Key_Return); // goes up
+    for (const char* box : {"ChkAI", "ChkDI"}) {
+        Find<QCheckBox>(*dialog, box)->click(); // whatever is to be written
+        Press(*dialog, "OKButton");
+        EXPECT_THAT(boxes.Take(),
+                    testing::ElementsAre(MessageBoxes::Box{"Folder Name should not be null", "Tracelet"}));
+        EXPECT_TRUE(dialog->isVisible());
+        EXPECT_EQ(szTextSaveFolder, "");
+        EXPECT_EQ(szTextSaveDir, folder.Path()); // the rest is stored all the same
+    }
     Find<QLineEdit>(*dialog, "txtFolderName")->setText(u"now"_qs);
     Press(*dialog, "OKButton");
     EXPECT_FALSE(dialog->isVisible());

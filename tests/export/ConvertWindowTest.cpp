@@ -285,15 +285,15 @@ TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     EXPECT_TRUE(Exists("base/two/AI.xlt"));
 }
 
-// Sixteen channels and eight lines of zeros, the files without blocks on the disk.
+// Four channels and eight lines of zeros, the files without blocks on the disk.
 SavedRecording Zeros(std::int32_t scans) {
     SavedRecording recording;
     recording.info = {.bHisAI = true,
                       .bHisAISoft = true,
                       .bHisAIAnalog = true,
-                      .nHisAIChanCount = 16,
-                      .aiPlots = std::vector<PlotRecord>(16),
-                      .HisAIChanIsThermo = std::vector<std::uint8_t>(16),
+                      .nHisAIChanCount = 4,
+                      .aiPlots = std::vector<PlotRecord>(4),
+                      .HisAIChanIsThermo = std::vector<std::uint8_t>(4),
                       .ScanCount = scans,
                       .ScanInterval = 1.0};
     recording.info.bHisDI = true;
@@ -320,7 +320,7 @@ TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
     // Twice the work until it takes long enough on this machine.
     for (std::int32_t scans = 100000; values.size() < 2 && scans < 10000000; scans *= 2) {
         const std::string project = Save(Zeros(scans));
-        fs::resize_file(saved / "Saved/AI.tld", static_cast<std::uintmax_t>(scans) * 64);
+        fs::resize_file(saved / "Saved/AI.tld", static_cast<std::uintmax_t>(scans) * 16);
         fs::resize_file(saved / "Saved/DI.tld", static_cast<std::uintmax_t>(scans) + 8);
         OpenProject(project);
         fs::remove_all(fs::path(window->szProgramPath) / "texts");

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <unistd.h>
 
 namespace tracelet {
@@ -10,18 +11,21 @@ public:
     OrdinaryUser() : before(geteuid()) {
         constexpr uid_t Nobody = 65534;
         if (before == 0)
-            isOne = seteuid(Nobody) == 0;
+            isAnother = seteuid(Nobody) == 0;
     }
     ~OrdinaryUser() { [[maybe_unused]] const int result = seteuid(before); }
     OrdinaryUser(const OrdinaryUser&) = delete;
     OrdinaryUser& operator=(const OrdinaryUser&) = delete;
 
-    /// False where a container knows no other user.
-    [[nodiscard]] bool IsOne() const { return isOne; }
+    /// Whether that is so, and the user gets into `folder`: a container may know no other user, and the
+    /// folder for temporary files may be root's own.
+    [[nodiscard]] bool Reaches(const std::string& folder) const {
+        return (before != 0 || isAnother) && euidaccess(folder.c_str(), R_OK | X_OK) == 0;
+    }
 
 private:
     uid_t before;
-    bool isOne = true;
+    bool isAnother = false;
 };
 
 } // namespace tracelet

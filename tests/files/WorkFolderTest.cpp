@@ -57,7 +57,7 @@ TEST(WorkFolder, ThatCanBeMadeNowhereNamesNothing) {
     setenv("TMPDIR", folder.Path().c_str(), 1);
     {
         const OrdinaryUser user;
-        if (user.IsOne()) {
+        if (user.Reaches(folder.Path())) {
             const WorkFolder work = MakeWorkFolder(folder / "none");
             std::error_code ignored;
             EXPECT_FALSE(fs::exists(work.sztmpPath, ignored));

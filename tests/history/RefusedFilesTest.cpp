@@ -1,0 +1,137 @@
+#include "tests/files/OrdinaryUser.h"
+#include "tests/history/HistoryWindowTest.h"
+
+#include "export/ConvertFileDialog.h"
+#include "files/Dialog.h"
+
+namespace tracelet {
+namespace {
+
+namespace fs = std::filesystem;
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+using Box = MessageBoxes::Box;
+
+/// Files and folders that their owner keeps from the user of the window.
+class RefusedFilesTest : public HistoryWindowTest {
+protected:
+    RefusedFilesTest() {
+        for (const fs::path& path : {fs::path(saved.Path()), fs::path(window->szProgramPath)})
+            fs::permissions(path, fs::perms{0755});
+    }
+    ~RefusedFilesTest() override { fs::current_path("/"); }
+
+    [[nodiscard]] bool IsOrdinary(const OrdinaryUser& user) const {
+        return user.Reaches(saved.Path()) && user.Reaches(window->szProgramPath);
+    }
+
+    [[nodiscard]] std::string SaveBoth() {
+        SavedRecording recording = Polled(3);
+        AddDigital(recording, 3);
+        return Save(recording);
+    }
+
+    void Permit(const char* name, unsigned mode) const { fs::permissions(saved / name, fs::perms{mode}); }
+};
+
+TEST_F(RefusedFilesTest, ProjectIsToldByTheCommandAfterTheModeHasChanged) {
+    const std::string project = SaveBoth();
+    Permit("Saved/Project.tlp", 0);
+    const OrdinaryUser user;
+    if (!IsOrdinary(user))
+        GTEST_SKIP() << "no other user gets in here";
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Permission denied", "BtnHistory"}));
+    EXPECT_TRUE(window->bHistoryMode);
+    EXPECT_FALSE(window->BtnStart->isEnabled());
+}
+
+TEST_F(RefusedFilesTest, DataAreToldByTheirReaderAndLoadingGoesOn) {
+    const std::string project = SaveBoth();
+    Permit("Saved/AI.tld", 0);
+    Permit("Saved/DI.tld", 0);
+    const OrdinaryUser user;
+    if (!IsOrdinary(user))
+        GTEST_SKIP() << "no other user gets in here";
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"},
+                                          Box{"Permission denied", "ReadHisAIFile"}));
+    EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
+}
+
+TEST_F(RefusedFilesTest, RecordingThatMayOnlyBeReadPlays) {
+    const std::string project = SaveBoth();
+    for (const char* name : {"Saved/AI.tld", "Saved/DI.tld", "Saved/Project.tlp"})
+        Permit(name, 0444);
+    Permit("Saved", 0555);
+    {
+        const OrdinaryUser user;
+        if (IsOrdinary(user)) {
+            OpenProject(project);
+            Click(window->ChkPlay);
+            PlayTicks(3);
+            EXPECT_THAT(PointsOf(0), SizeIs(3));
+            EXPECT_THAT(PointsOf(4), SizeIs(3));
+        }
+    }
+    Permit("Saved", 0755);
+}
+
+TEST_F(RefusedFilesTest, MissingDataAreNotCreatedWhereNothingMayBe) {
+    const std::string project = Save(Polled(3));
+    fs::remove(saved / "Saved/AI.tld");
+    Permit("Saved", 0555);
+    {
+        const OrdinaryUser user;
+        if (IsOrdinary(user)) {
+            OpenProject(project);
+            EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"}));
+        }
+    }
+    Permit("Saved", 0755);
+}
+
+TEST_F(RefusedFilesTest, ConversionMakesNoFolder) {
+    OpenProject(SaveBoth());
+    const OrdinaryUser user;
+    if (!IsOrdinary(user))
+        GTEST_SKIP() << "no other user gets in here";
+    OnModalDialog<ConvertFileDialog>([](ConvertFileDialog& dialog) {
+        dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(u"texts"_qs);
+        Click(dialog.findChild<QPushButton*>(u"OKButton"_qs));
+    });
+    Click(window->BtnHisConvert);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Create Directory Fail", "Tracelet"}));
+}
+
+TEST_F(RefusedFilesTest, SaveAsIsToldAndTheEarlierRecordingStays) {
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    StartPolling();
+    Tick(2);
+    Click(window->BtnStart);
+    window->szDrive = "/";
+    window->szDir = saved.Path();
+    const auto saveAs = [this](const QString& name) {
+        OnModalDialog<Dialog>([&](Dialog& dialog) {
+            dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
+            Click(dialog.findChild<QPushButton*>(u"OKButton"_qs));
+        });
+        Click(window->BtnSaveAs);
+    };
+    saveAs(u"run"_qs);
+    const std::string earlier = ContentOf(saved / "run/Project.tlp");
+    Permit("run/Project.tlp", 0444);
+    const OrdinaryUser user;
+    if (!IsOrdinary(user))
+        GTEST_SKIP() << "no other user gets in here";
+    saveAs(u"run"_qs);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Permission denied", "BtnSaveAs"}));
+    EXPECT_EQ(ContentOf(saved / "run/Project.tlp"), earlier);
+    saveAs(u"other"_qs); // its folder cannot be made
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
+}
+
+} // namespace
+} // namespace tracelet
