@@ -169,35 +169,6 @@ TEST_F(WriteProjectInfoTest, EveryStartEmptiesTheWorkFiles) {
     Click(window->BtnStart);
 }
 
-TEST_F(WriteProjectInfoTest, HeaderThatCannotBeWrittenEndsTheRecordingOfWhatIsSaved) {
-    const QString path = QString::fromStdString(NativePath(window->szProjectFileName));
-    ASSERT_TRUE(QFile::remove(path));
-    ASSERT_TRUE(QDir().mkdir(path));
-    SelectPorts(0, {0x01});
-    TurnOnAI();
-    TurnOnDI();
-    Click(window->CkDISave2Disk);
-    for (const bool savesAnalog : {false, true}) {
-        if (savesAnalog)
-            Click(window->CkAISave2Disk);
-        StartPolling();
-        Tick(2);
-        EXPECT_TRUE(window->CkDISave2Disk->toolTip().startsWith(u"Recording stopped"_qs));
-        EXPECT_EQ(!window->CkAISave2Disk->toolTip().isEmpty(), savesAnalog);
-        Click(window->BtnStart);
-        EXPECT_EQ(window->ScanCount, 2); // the session goes on
-        EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(0));
-        EXPECT_THAT(Bytes(window->szDIFileName), SizeIs(8));
-        EXPECT_FALSE(window->BtnSaveAs->isEnabled());
-    }
-    ASSERT_TRUE(QDir().rmdir(path));
-    StartPolling();
-    Tick(1);
-    Click(window->BtnStart);
-    EXPECT_TRUE(window->CkDISave2Disk->toolTip().isEmpty());
-    EXPECT_TRUE(window->BtnSaveAs->isEnabled());
-}
-
 TEST_F(WriteProjectInfoTest, FastFileThatCannotBeCreatedIsTold) {
     TurnOnAI();
     (void)Written();
