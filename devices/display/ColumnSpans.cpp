@@ -157,10 +157,15 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
         return static_cast<float>(before + (behind - before) * edge.share);
     };
     const std::size_t count = spans.size();
+    const auto prefetch = [&](std::size_t column) {
+        samples.Prefetch(crossing[column].behind - offset, crossing[column + 1].behind - offset);
+    };
+    for (std::size_t i = 0; i < std::min(lookAhead, count); ++i)
+        prefetch(i);
     float edge = valueAt(crossing[0]);
     for (std::size_t i = 0; i < count; ++i) {
-        const std::size_t ahead = std::min(i + lookAhead, count - 1);
-        samples.Prefetch(crossing[ahead].behind - offset, crossing[ahead + 1].behind - offset);
+        if (i + lookAhead < count)
+            prefetch(i + lookAhead);
         Extent& span = spans[i];
         span.Add(edge);
         edge = valueAt(crossing[i + 1]);

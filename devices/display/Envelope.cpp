@@ -29,6 +29,20 @@ Lanes Higher(Lanes value, Lanes bound) {
     return value > bound ? value : bound;
 }
 
+// Halves against each other, then neighbours. What is no number never became a bound.
+using Order [[gnu::vector_size(laneCount * sizeof(int))]] = int;
+constexpr Order halves = {2, 3, 0, 1};
+constexpr Order neighbours = {1, 0, 3, 2};
+
+float Lowest(Lanes bounds) {
+    bounds = Lower(__builtin_shuffle(bounds, halves), bounds);
+    return Lower(__builtin_shuffle(bounds, neighbours), bounds)[0];
+}
+float Highest(Lanes bounds) {
+    bounds = Higher(__builtin_shuffle(bounds, halves), bounds);
+    return Higher(__builtin_shuffle(bounds, neighbours), bounds)[0];
+}
+
 } // namespace
 
 Extent ExtentOf(std::span<const float> values) {
@@ -52,11 +66,7 @@ Extent ExtentOf(std::span<const float> values) {
     for (const float* next = values.data(); next < last; next += stride)
         add(next);
     add(last); // may take some values twice, which changes nothing
-    low[0] = Lower(low[1], low[0]);
-    high[0] = Higher(high[1], high[0]);
-    for (std::size_t lane = 0; lane < laneCount; ++lane)
-        extent.Add(Extent{low[0][lane], high[0][lane]});
-    return extent;
+    return {Lowest(Lower(low[1], low[0])), Highest(Higher(high[1], high[0]))};
 }
 
 void Envelope::ReserveAll(std::int64_t count) {
