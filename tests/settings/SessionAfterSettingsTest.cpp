@@ -92,8 +92,9 @@ TEST_F(SessionAfterSettings, WiringIsReadBackUpToTheSpareElement) {
     }
 }
 
-// A scan starts at a physical channel; the pairs in front of it must not shift it.
-TEST_F(SessionAfterSettings, ScanBehindPairsReadsAndShowsItsOwnChannels) {
+// A scan starts at a physical channel, which the pairs in front of it do not shift; a pair in it is one
+// channel.
+TEST_F(SessionAfterSettings, ScanAmongPairsReadsAndShowsItsOwnChannels) {
     constexpr int Board6601 = 3;
     SetPolled(
         Board6601,
@@ -103,24 +104,24 @@ TEST_F(SessionAfterSettings, ScanBehindPairsReadsAndShowsItsOwnChannels) {
                 Click(dialog.optDifferent);
             }
         },
-        "4", "3");
-    ASSERT_EQ(window->ZelAI1->ScanStartChannel(), 4);
+        "2", "3");
+    ASSERT_EQ(window->ZelAI1->ScanStartChannel(), 2);
     std::vector<std::string> names;
     for (int plot = 0; plot < window->ZelGraph1->PlotCount(); ++plot)
         names.push_back(window->ZelGraph1->Plot(plot).name.toStdString());
-    EXPECT_THAT(names, ElementsAre("AI 4", "AI 5", "AI 6"));
+    EXPECT_THAT(names, ElementsAre("AI 2", "AI 4", "AI 5"));
     TurnOnAI();
     StartPolling();
     const SimulatedAnalogBoard& board = AnalogBoardInUse();
     const std::uint64_t first = board.ScansRead();
     Tick(3);
-    for (const std::int32_t position : {0, 1, 2}) {
-        const std::int32_t channel = 4 + position;
-        const double expected = board.PolledValue(
-            {channel, board.Info().ranges.front(), channel < 6 ? SingleEnded : Differential}, first + 2);
-        EXPECT_FLOAT_EQ(static_cast<float>(window->ZelGraph1->PointAt(position, 2).y()),
-                        static_cast<float>(expected))
-            << channel;
+    const ChannelSetup scanned[] = {{2, board.Info().ranges.front(), Differential},
+                                    {4, board.Info().ranges.front(), SingleEnded},
+                                    {5, board.Info().ranges.front(), SingleEnded}};
+    for (const int plot : {0, 1, 2}) {
+        EXPECT_FLOAT_EQ(static_cast<float>(window->ZelGraph1->PointAt(plot, 2).y()),
+                        static_cast<float>(board.PolledValue(scanned[plot], first + 2)))
+            << scanned[plot].channel;
     }
     Click(window->BtnStart);
 }
