@@ -30,6 +30,8 @@ struct Extent {
 
 /// Extent of values that stand one behind the other.
 [[nodiscard]] Extent ExtentOf(std::span<const float> values);
+/// The same on machines without wide vectors.
+[[nodiscard]] Extent ExtentByNarrowVectors(std::span<const float> values);
 
 /// Samples of one plot with a pyramid of extents over them: buckets of 64 samples, then of 16 buckets each,
 /// closed when full and found by the absolute index of their samples. Appending costs O(1) a sample, the

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <limits>
 #include <random>
+#include <span>
 #include <vector>
 
 namespace tracelet {
@@ -21,28 +22,42 @@ Extent PlainExtent(const std::vector<float>& values, std::int64_t first, std::in
     return extent;
 }
 
-TEST(Extent, OfNothingIsEmpty) {
+/// By the vectors of this machine and by those of every machine.
+class ExtentTest : public testing::TestWithParam<Extent (*)(std::span<const float>)> {};
+INSTANTIATE_TEST_SUITE_P(Vectors, ExtentTest, testing::Values(ExtentOf, ExtentByNarrowVectors));
+
+TEST_P(ExtentTest, OfNothingIsEmpty) {
     EXPECT_TRUE(Extent{}.Empty());
-    EXPECT_TRUE(ExtentOf({}).Empty());
+    EXPECT_TRUE(GetParam()({}).Empty());
     const std::vector<float> values(100, nan);
-    EXPECT_TRUE(ExtentOf(values).Empty());
+    EXPECT_TRUE(GetParam()(values).Empty());
 }
 
-TEST(Extent, PassesOverWhatIsNoNumberWhereverItStands) {
+TEST_P(ExtentTest, PassesOverWhatIsNoNumberWhereverItStands) {
     for (std::size_t count : {1U, 7U, 8U, 9U, 16U, 63U, 64U, 65U}) {
         for (std::size_t at = 0; at < count; ++at) {
             std::vector<float> values(count, 2.0F);
             values[at] = nan;
-            const Extent extent = ExtentOf(values);
+            const Extent extent = GetParam()(values);
             EXPECT_EQ(extent.Empty(), count == 1);
             if (count > 1) {
                 EXPECT_EQ(extent, (Extent{2, 2})) << count << " " << at;
             }
             values[at] = -inf;
-            EXPECT_EQ(ExtentOf(values).low, -inf) << count << " " << at;
+            EXPECT_EQ(GetParam()(values).low, -inf) << count << " " << at;
             values[at] = inf;
-            EXPECT_EQ(ExtentOf(values).high, inf) << count << " " << at;
+            EXPECT_EQ(GetParam()(values).high, inf) << count << " " << at;
         }
+    }
+}
+
+TEST_P(ExtentTest, HoldsEveryValueAndNoMore) {
+    std::mt19937 random(2);
+    std::uniform_real_distribution<float> value(-5, 5);
+    for (std::size_t count = 1; count < 200; ++count) {
+        std::vector<float> values(count);
+        std::ranges::generate(values, [&] { return value(random); });
+        EXPECT_EQ(GetParam()(values), (Extent{std::ranges::min(values), std::ranges::max(values)})) << count;
     }
 }
 
