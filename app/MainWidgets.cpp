@@ -19,6 +19,8 @@
 #include <QStyledItemDelegate>
 #include <QTreeWidget>
 
+#include <cmath>
+
 namespace tracelet {
 namespace {
 
@@ -47,6 +49,11 @@ QFont StrokeFont() {
     QFont font = QFontDatabase::systemFont(QFontDatabase::FixedFont);
     font.setBold(true);
     return font;
+}
+
+/// Width of the column of strokes, in pixels, with so many for one character.
+int StrokeWidth(double character) {
+    return static_cast<int>(std::ceil(7 * character)) + 14;
 }
 
 /// Rows with air between them.
@@ -111,7 +118,14 @@ void MainWidgets::BuildPlotList(QWidget& window) {
     header->setSectionsMovable(false);
     header->setSectionResizeMode(0, QHeaderView::Stretch);
     header->setSectionResizeMode(1, QHeaderView::Fixed);
-    header->resizeSection(1, QFontMetrics(StrokeFont()).horizontalAdvance(u"-------"_qs) + 14);
+    header->resizeSection(1, StrokeWidth(0.602 * QFontInfo(ListView1->font()).pixelSize()));
+    // Loading the strokes' own font can wait until there are some: most such fonts are as wide as that guess.
+    QObject::connect(
+        ListView1->model(), &QAbstractItemModel::rowsInserted, header,
+        [header] {
+            header->resizeSection(1, StrokeWidth(QFontMetricsF(StrokeFont()).horizontalAdvance(u'-')));
+        },
+        Qt::SingleShotConnection);
 
     Picture4 = Named<QWidget>("Picture4", FrameListView);
     ZelLED1 = Named<ZelLED>("ZelLED1", Picture4);

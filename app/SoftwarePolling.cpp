@@ -138,7 +138,7 @@ void frmMain::SoftAIScan() {
     if (AnyThermo())
         ReadTemperatures(n);
 
-    const double time = (surroundings.ticks() - StartTicks) / 1000.0;
+    const auto time = static_cast<float>((surroundings.ticks() - StartTicks) / 1000.0);
     scanRow.assign(scanValues.size(), 0.0F);
     for (std::size_t i = 0; i < scanValues.size(); ++i)
         scanRow[i] = static_cast<float>(scanValues[i]);

@@ -20,4 +20,4 @@ install() {
         "${missing[@]}" >/dev/null
 }
 
-build_tools=(g++ cmake ninja-build qt6-base-dev libgl-dev fonts-dejavu-core libcomedi-dev)
+build_tools=(g++ cmake ninja-build qt6-base-dev libgl-dev libfontconfig-dev fonts-dejavu-core libcomedi-dev)

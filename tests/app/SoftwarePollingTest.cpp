@@ -111,7 +111,7 @@ TEST_F(SoftwarePollingTest, EveryTickDrawsAndRecordsOneScan) {
             EXPECT_EQ(recorded[scan * 3 + static_cast<std::size_t>(channel)], expected);
             const QPointF point = window->ZelGraph1->PointAt(channel, static_cast<std::int64_t>(scan));
             EXPECT_EQ(static_cast<float>(point.y()), expected);
-            EXPECT_FLOAT_EQ(static_cast<float>(point.x()), 0.05F * static_cast<float>(scan + 1));
+            EXPECT_EQ(point.x(), static_cast<float>(0.05 * static_cast<double>(scan + 1)));
         }
     }
 }

@@ -317,7 +317,7 @@ TEST_F(InteractionTest, ClearGraphKeepsPlotsAxesAndMode) {
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 1.0);
     EXPECT_EQ(window->ZelGraph1->MouseMode(), 4);
     Tick(1);
-    EXPECT_EQ(window->ZelGraph1->PointAt(0, 0).x(), 0.4);
+    EXPECT_EQ(window->ZelGraph1->PointAt(0, 0).x(), 0.4F);
     Click(window->BtnStart);
 }
 
