@@ -65,7 +65,7 @@ def rows(of):
         plain = of.cpu("recording_bench", f"PlainWrite/{block}")
         yield (f"notification of {block:,} samples to file", "plain write",
                plain / of.cpu("recording_bench", f"Notification/{block}"), 0.75, 0.9, "×")
-        yield (f"the same with the chart's share", "plain write",
+        yield ("the same with the chart's share", "plain write",
                plain / of.cpu("recording_bench", f"NotificationAndChart/{block}"), None, None, "×")
     yield ("conversion to text", "fprintf loop",
            of.cpu("text_bench", "Write/fprintf") / of.cpu("text_bench", "Write/tracelet"), 6, 8, "×")
@@ -83,9 +83,9 @@ def rows(of):
     yield ("tick and frames of an hour's polling: last minute", "second minute",
            of.counter("polled_bench", "PolledHour", "last_to_second_minute"), "<1.1", None, "×")
     yield ("memory gained in an hour's polling", "", of.counter("polled_bench", "PolledHour", "grown_MiB"), "<1", None, "MiB")
-    yield ("allocations a tick", "", round(of.counter("polled_bench", "PolledTick/64", "allocations"), 1), None, "<0", "")
+    yield ("allocations a tick", "", of.counter("polled_bench", "PolledTick/64", "allocations"), None, "<0.01", "")
     yield ("allocations a notification", "",
-           round(of.counter("recording_bench", "NotificationAndChart/65536", "allocations"), 1), None, "<0", "")
+           of.counter("recording_bench", "NotificationAndChart/65536", "allocations"), None, "<0.01", "")
     for name in ("Open", "Seek"):
         yield (f"{name.lower()} a recording of 4 GiB", "one of 4 MiB",
                of.cpu("playback_bench", f"{name}/4096") / of.cpu("playback_bench", f"{name}/4"), "<1.5", None, "×")
@@ -106,7 +106,7 @@ def verdict(figure, must, aim):
 
 
 def text(number):
-    return f"{number:.0f}" if abs(number) >= 100 else f"{number:.3g}"
+    return f"{number:.0f}" if abs(number) >= 100 else f"{number:.1g}" if abs(number) < 0.01 else f"{number:.3g}"
 
 
 def bound(value):
