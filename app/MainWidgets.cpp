@@ -51,8 +51,8 @@ QFont StrokeFont() {
     return font;
 }
 
-/// Width of the column of strokes, in pixels, with so many for one character.
-int StrokeWidth(double character) {
+/// Width of the column of strokes, given that of one of their characters; both in pixels.
+int StrokeColumnWidth(double character) {
     return static_cast<int>(std::ceil(7 * character)) + 14;
 }
 
@@ -118,12 +118,13 @@ void MainWidgets::BuildPlotList(QWidget& window) {
     header->setSectionsMovable(false);
     header->setSectionResizeMode(0, QHeaderView::Stretch);
     header->setSectionResizeMode(1, QHeaderView::Fixed);
-    header->resizeSection(1, StrokeWidth(0.602 * QFontInfo(ListView1->font()).pixelSize()));
-    // Loading the strokes' own font can wait until there are some: most such fonts are as wide as that guess.
+    // Loading the strokes' own font can wait until there are some: until then this share of the height, which
+    // most such fonts are wide, will do.
+    header->resizeSection(1, StrokeColumnWidth(0.602 * QFontInfo(ListView1->font()).pixelSize()));
     QObject::connect(
         ListView1->model(), &QAbstractItemModel::rowsInserted, header,
         [header] {
-            header->resizeSection(1, StrokeWidth(QFontMetricsF(StrokeFont()).horizontalAdvance(u'-')));
+            header->resizeSection(1, StrokeColumnWidth(QFontMetricsF(StrokeFont()).horizontalAdvance(u'-')));
         },
         Qt::SingleShotConnection);
 

@@ -105,6 +105,8 @@ private:
             *cell = stroke.color;
     }
 
+    static constexpr int step = 4; ///< rows that are filled without a look whether they are the last
+
     void FillGroup(int x, std::span<const RowSpan, lanes> rows) const {
         int first = pixels.height;
         int last = -1;
@@ -144,7 +146,6 @@ private:
                 std::memcpy(cells, &cell, sizeof cell);
             }
     }
-    static constexpr int step = 4; ///< rows that are filled without a look whether they are the last
 
     void Soften(int x, const RowSpan& rows) const {
         Tint(x, rows.top - 1, rows.softTop);
@@ -189,6 +190,17 @@ void DrawDashed(const SpanPainter& painter, int x, std::size_t phase, const Exte
         painter.Dimmed(x, rows);
 }
 
+void DrawSolid(const SpanPainter& painter, int at, int height, std::span<const Extent> spans, RowScale scale,
+               int thickness) {
+    std::array<RowSpan, 96> rows;
+    for (std::size_t done = 0; done < spans.size(); done += rows.size()) {
+        const std::size_t count = std::min(spans.size() - done, rows.size());
+        for (std::size_t i = 0; i < count; ++i)
+            rows[i] = VisibleRowsOf(spans[done + i], scale, thickness, height);
+        painter.Solid(at + static_cast<int>(done), std::span(rows).first(count));
+    }
+}
+
 } // namespace
 
 RowScale::RowScale(double low, double high, int rows)
@@ -207,21 +219,6 @@ std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
     }
     return pattern;
 }
-
-namespace {
-
-void DrawSolid(const SpanPainter& painter, int at, int height, std::span<const Extent> spans, RowScale scale,
-               int thickness) {
-    std::array<RowSpan, 96> rows;
-    for (std::size_t done = 0; done < spans.size(); done += rows.size()) {
-        const std::size_t count = std::min(spans.size() - done, rows.size());
-        for (std::size_t i = 0; i < count; ++i)
-            rows[i] = VisibleRowsOf(spans[done + i], scale, thickness, height);
-        painter.Solid(at + static_cast<int>(done), std::span(rows).first(count));
-    }
-}
-
-} // namespace
 
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
                std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke) {
