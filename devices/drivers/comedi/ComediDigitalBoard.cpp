@@ -1,6 +1,7 @@
 #include "devices/drivers/comedi/ComediDigitalBoard.h"
 
-#include "base/NumberText.h"
+#include "base/RunTimeError.h"
+#include "devices/drivers/DigitalPorts.h"
 
 #include <algorithm>
 #include <optional>
@@ -40,10 +41,7 @@ void ComediDigitalBoard::Open() {
 void ComediDigitalBoard::ReadPorts(std::int32_t start, std::span<std::uint8_t> states) {
     if (!isOpen)
         throw RunTimeError("The board is not open");
-    const auto end = start + static_cast<std::int64_t>(states.size());
-    if (start < 0 || end > info.portCount)
-        throw RunTimeError("The board has no digital port " +
-                           NumberText(start < 0 ? start : static_cast<std::int32_t>(end - 1)));
+    RequirePorts(info, start, states.size());
     // One reading gives 32 lines of a subdevice: all four ports at the same time.
     std::optional<PortPlace> block;
     unsigned int bits = 0;

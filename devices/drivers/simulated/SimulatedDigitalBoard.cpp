@@ -1,7 +1,7 @@
 #include "devices/drivers/simulated/SimulatedDigitalBoard.h"
 
-#include "base/NumberText.h"
 #include "base/RunTimeError.h"
+#include "devices/drivers/DigitalPorts.h"
 #include "devices/drivers/simulated/SimulatedSignals.h"
 
 #include <thread>
@@ -21,10 +21,7 @@ void SimulatedDigitalBoard::ReadPorts(std::int32_t start, std::span<std::uint8_t
     CheckReading(now);
     if (!isOpen)
         throw RunTimeError("The board is not open");
-    const auto end = start + static_cast<std::int64_t>(states.size());
-    if (start < 0 || end > info.portCount)
-        throw RunTimeError("The board has no digital port " +
-                           NumberText(start < 0 ? start : static_cast<std::int32_t>(end - 1)));
+    RequirePorts(info, start, states.size());
     std::this_thread::sleep_for(now.slow);
     std::int32_t port = start;
     for (std::uint8_t& state : states)
