@@ -62,6 +62,16 @@ protected:
         AnalogBoardInUse().SetFaults(faults);
     }
 
+    /// Starts a session whose digital reads fail.
+    void PollDigitalInVain() {
+        SelectPorts(0, {0x01});
+        TurnOnDI();
+        StartPolling();
+        Faults faults;
+        faults.readError = "No answer";
+        DigitalBoardInUse().SetFaults(faults);
+    }
+
     void ExpectIdle() const {
         EXPECT_FALSE(window->isSystemRunning);
         EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
@@ -192,12 +202,7 @@ TEST_F(SessionSteps, UnforeseenReadErrorEndsItsTickQuietly) {
 }
 
 TEST_F(SessionSteps, FailedDigitalReadIsToldBeforeTheSessionStops) {
-    SelectPorts(0, {0x01});
-    TurnOnDI();
-    StartPolling();
-    Faults faults;
-    faults.readError = "No answer";
-    DigitalBoardInUse().SetFaults(faults);
+    PollDigitalInVain();
     bool runningDuringMessage = false;
     boxes.WhenNextOpens(
         [&] { runningDuringMessage = window->isSystemRunning && window->BtnStart->text() == u"Stop"_qs; });
@@ -209,12 +214,7 @@ TEST_F(SessionSteps, FailedDigitalReadIsToldBeforeTheSessionStops) {
 
 // Closing the window, say, may stop the session while the message is open.
 TEST_F(SessionSteps, SessionStoppedDuringTheMessageStaysStopped) {
-    SelectPorts(0, {0x01});
-    TurnOnDI();
-    StartPolling();
-    Faults faults;
-    faults.readError = "No answer";
-    DigitalBoardInUse().SetFaults(faults);
+    PollDigitalInVain();
     boxes.WhenNextOpens([&] { window->BtnStart_Click(); });
     Tick(1);
     EXPECT_THAT(boxes.Take(), SizeIs(1));

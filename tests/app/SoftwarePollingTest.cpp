@@ -1,7 +1,5 @@
-#include "tests/support/MainWindowTest.h"
+#include "tests/app/SoftwarePollingTest.h"
 
-#include "base/LittleEndian.h"
-#include "devices/display/ZelGraph.h"
 #include "devices/display/ZelLED.h"
 
 #include <QFile>
@@ -13,44 +11,6 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 using Box = MessageBoxes::Box;
-
-class SoftwarePollingTest : public MainWindowTest {
-protected:
-    void Record() {
-        Click(window->CkAISave2Disk);
-        if (window->CkDISave2Disk->isEnabled())
-            Click(window->CkDISave2Disk);
-    }
-
-    [[nodiscard]] std::vector<float> RecordedScans() const {
-        const std::vector<std::uint8_t> bytes = Bytes(window->szAIFileName);
-        std::vector<float> values;
-        for (std::size_t at = 0; at + 4 <= bytes.size(); at += 4)
-            values.push_back(ReadLittleEndian<float>(std::as_bytes(std::span(bytes)), at));
-        return values;
-    }
-
-    [[nodiscard]] float Expected(std::int32_t channel, std::uint64_t ordinal) {
-        const SimulatedAnalogBoard& board = AnalogBoardInUse();
-        return static_cast<float>(
-            board.PolledValue({channel, board.Info().ranges.front(), SingleEnded}, ordinal));
-    }
-
-    void PickBoard(QStringView namePart) {
-        for (std::size_t i = 0; i < boards.analog.size(); ++i) {
-            if (QString::fromStdString(boards.analog[i].name).contains(namePart))
-                window->ZelAI1->SetDeviceNumber(static_cast<std::int32_t>(i));
-        }
-        ASSERT_TRUE(window->ZelAI1->DeviceName().contains(namePart));
-        const std::int64_t count = std::int64_t{window->ZelAI1->MaxChannelCount()} + 1;
-        window->M1.AIChanIsThermo.Resize(count);
-        window->M1.AIThermoExpChan.Resize(count);
-        window->M1.AIThermoScale.Resize(count);
-        window->M1.AIThermoType.Resize(count);
-        window->InitPlotAttributes(true);
-        window->BuildPlots(false, true);
-    }
-};
 
 TEST_F(SoftwarePollingTest, StartSetsTheTimeAxis) {
     TurnOnAI();
@@ -224,122 +184,6 @@ TEST_F(SoftwarePollingTest, UnpairedFamilyWithoutThermocouplesReadsZeros) {
     Click(window->BtnStart);
     EXPECT_EQ(AnalogBoardInUse().ScansRead(), scans);
     EXPECT_THAT(RecordedScans(), ElementsAre(0, 0, 0, 0));
-}
-
-TEST_F(SoftwarePollingTest, ThermocoupleChannelsReadTemperatures) {
-    PickBoard(u"6601HG");
-    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-    window->ZelAI1->SetScanChannelCount(2);
-    window->M1.AIChanIsThermo[1] = true;
-    window->M1.AIThermoType[1] = 1;
-    window->M1.AIThermoScale[1] = 3;
-    window->M1.AIThermoExpChan[1] = 4;
-    window->BuildPlots(false, true);
-    EXPECT_EQ(window->ZelGraph1->Plot(0).axis, VoltageAxis);
-    EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);
-    TurnOnAI();
-    StartPolling();
-    EXPECT_EQ(window->ZelThermo1->Channel(), 1);
-    Tick(2);
-    Click(window->BtnStart);
-    EXPECT_EQ(window->ZelThermo1->ThermoType(), 1);
-    EXPECT_EQ(window->ZelThermo1->ExpChannel(), 4);
-    for (std::uint64_t scan = 0; scan < 2; ++scan) {
-        EXPECT_NEAR(window->ZelGraph1->PointAt(1, static_cast<std::int64_t>(scan)).y(),
-                    SimulatedCelsius(1, 4, scan) + 273.15, 0.05);
-    }
-}
-
-TEST_F(SoftwarePollingTest, DoubledChannelOnTheDifferentialFamily) {
-    PickBoard(u"6605HG");
-    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-    window->ZelAI1->SetScanStartChannel(2);
-    window->M1.AIChanIsThermo[2] = true;
-    window->BuildPlots(false, true);
-    ASSERT_EQ(window->ZelAI1->SignalConnection(), Differential);
-    TurnOnAI();
-    StartPolling();
-    EXPECT_EQ(window->ZelThermo1->Channel(), 4);
-    Tick(1);
-    EXPECT_EQ(window->ZelThermo1->Channel(), 4);
-    EXPECT_NEAR(window->ZelGraph1->PointAt(0, 0).y(), SimulatedCelsius(4, 0, 0), 0.05);
-    Click(window->BtnStart);
-}
-
-TEST_F(SoftwarePollingTest, SingleEndedChannelsOfTheDifferentialFamilyAreNotDoubled) {
-    PickBoard(u"6605HG");
-    AnalogBoardInfo info = AnalogBoardInUse().Info();
-    info.singleEnded = true;
-    Open(OneAnalogBoard(info));
-    PickBoard(u"6605HG");
-    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-    window->ZelAI1->SetScanStartChannel(2);
-    window->M1.AIChanIsThermo[2] = true;
-    window->BuildPlots(false, true);
-    ASSERT_EQ(window->ZelAI1->SignalConnection(), SingleEnded);
-    TurnOnAI();
-    StartPolling();
-    EXPECT_EQ(window->ZelThermo1->Channel(), 0);
-    Tick(1);
-    EXPECT_EQ(window->ZelThermo1->Channel(), 2);
-    Click(window->BtnStart);
-}
-
-TEST_F(SoftwarePollingTest, UnpairedFamilyWithAThermocoupleReadsAllChannels) {
-    PickBoard(u"3605");
-    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-    window->ZelAI1->SetScanStartChannel(4);
-    window->ZelAI1->SetScanChannelCount(2);
-    window->M1.AIChanIsThermo[5] = true;
-    window->BuildPlots(false, true);
-    TurnOnAI();
-    Record();
-    StartPolling();
-    EXPECT_EQ(window->ZelThermo1->Channel(), 0) << "no input limits for this family";
-    const std::uint64_t first = AnalogBoardInUse().ScansRead();
-    Tick(3); // the signal begins at 0
-    Click(window->BtnStart);
-    EXPECT_EQ(window->ZelThermo1->Channel(), 5);
-    ASSERT_THAT(RecordedScans(), SizeIs(6));
-    ASSERT_NE(Expected(4, first + 2), 0.0F);
-    EXPECT_EQ(RecordedScans()[4], Expected(4, first + 2));
-    EXPECT_NEAR(RecordedScans()[5], SimulatedCelsius(5, 0, 2), 0.05);
-}
-
-TEST_F(SoftwarePollingTest, LimitsAreSetFromTheLastChannelToTheFirst) {
-    PickBoard(u"6601HG");
-    window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-    window->ZelAI1->SetScanChannelCount(4);
-    window->M1.AIChanIsThermo[1] = window->M1.AIChanIsThermo[3] = true;
-    window->BuildPlots(false, true);
-    TurnOnAI();
-    StartPolling();
-    EXPECT_EQ(window->ZelThermo1->Channel(), 1);
-    Click(window->BtnStart);
-}
-
-TEST_F(SoftwarePollingTest, ThermocouplesNeedARangeOfFiveMillivolts) {
-    PickBoard(u"6601HG");
-    AnalogBoardInfo info = AnalogBoardInUse().Info();
-    const struct {
-        double limit; // volts, either side of 0
-        bool suffices;
-    } cases[] = {{0.0049, false}, {0.005, true}};
-    for (const auto& c : cases) {
-        info.ranges = {{.code = 0, .first = -c.limit, .second = c.limit}};
-        Open(OneAnalogBoard(info));
-        PickBoard(u"6601HG");
-        window->ZelThermo1->SetDeviceNumber(window->ZelAI1->DeviceNumber());
-        window->M1.AIChanIsThermo[0] = true;
-        window->BuildPlots(false, true);
-        TurnOnAI();
-        Click(window->BtnStart);
-        EXPECT_EQ(window->isSystemRunning, c.suffices);
-        if (c.suffices)
-            Click(window->BtnStart);
-        else
-            EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"}));
-    }
 }
 
 TEST_F(SoftwarePollingTest, SmallerDigitalDeviceEndsTheSessionWithItsText) {

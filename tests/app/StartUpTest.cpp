@@ -83,13 +83,6 @@ TEST_F(StartUpTest, GraphShowsTenSecondsOfOneChannel) {
     EXPECT_EQ(window->ListView1->topLevelItemCount(), 0);
 }
 
-TEST_F(StartUpTest, AxesBearTheirTitles) {
-    EXPECT_EQ(window->ZelGraph1->AxisTitle(XAxis), u"Second"_qs);
-    EXPECT_EQ(window->ZelGraph1->AxisTitle(VoltageAxis), u"AI Data"_qs);
-    EXPECT_EQ(window->ZelGraph1->AxisTitle(DigitalAxis), u"DI Data"_qs);
-    EXPECT_EQ(window->ZelGraph1->AxisTitle(TemperatureAxis), u"Temperature Data"_qs);
-}
-
 TEST_F(StartUpTest, WidgetsStandInTheirFirstState) {
     EXPECT_FALSE(window->CkAISave2Disk->isEnabled());
     EXPECT_FALSE(window->CkDISave2Disk->isEnabled());

@@ -2,7 +2,6 @@
 
 #include "base/RunTimeError.h"
 #include "devices/drivers/ConverterCounts.h"
-#include "devices/drivers/Thermocouple.h"
 #include "devices/drivers/simulated/SimulatedBoards.h"
 #include "devices/drivers/simulated/SimulatedSignals.h"
 
@@ -13,7 +12,6 @@
 #include <chrono>
 #include <future>
 #include <limits>
-#include <string>
 #include <thread>
 #include <vector>
 
@@ -395,63 +393,6 @@ TEST_F(SimulatedAnalogTest, LongestOneShotAndFullScanAtTopRateStart) {
     std::vector<float> buffer(1000);
     EXPECT_EQ(board->ReadStream(std::span<float>(buffer)).count, 1000U);
     board->StopStream();
-}
-
-TEST_F(SimulatedAnalogTest, ThermocouplesGiveTheirTemperature) {
-    for (const Catalogue which : {HighGain6601, HighGain6605, Isolated3605}) {
-        Use(which);
-        const std::int32_t channel = 5;
-        for (std::int32_t code = 0; code <= 6; ++code) {
-            const auto type = static_cast<ThermocoupleType>(code);
-            const auto ordinal = static_cast<std::uint64_t>(code); // one reading of this input each
-            const ThermocoupleReading reading = board->ReadThermocouple(Channels(channel, 1)[0], 3, type);
-            EXPECT_EQ(reading.coldJunctionCelsius, SimulatedColdJunction(channel));
-            EXPECT_NEAR(ThermocoupleCelsius(type, reading), SimulatedCelsius(channel, 3, ordinal), 1e-6);
-        }
-    }
-}
-
-TEST_F(SimulatedAnalogTest, ThermocoupleInputsCountApart) {
-    Use(HighGain6601);
-    const auto celsius = [&](std::int32_t channel, std::int32_t expansion) {
-        return ThermocoupleCelsius(
-            ThermocoupleType::K,
-            board->ReadThermocouple(Channels(channel, 1)[0], expansion, ThermocoupleType::K));
-    };
-    EXPECT_NEAR(celsius(0, 0), 50.0, 1e-6);
-    EXPECT_NEAR(celsius(0, 0), 51.0, 1e-6);
-    EXPECT_NEAR(celsius(1, 0), 52.0, 1e-6);
-    EXPECT_NEAR(celsius(0, 1), 55.0, 1e-6);
-    board->SetFaults({.readError = "Open circuit"});
-    EXPECT_THROW(celsius(0, 0), RunTimeError);
-    board->SetFaults({});
-    EXPECT_NEAR(celsius(0, 0), 52.0, 1e-6);
-}
-
-TEST_F(SimulatedAnalogTest, DifferentialOnlyBoardCountsThermocoupleInputsInTwos) {
-    Use(HighGain6605);
-    ChannelSetup channel = Channels(0, 1)[0];
-    channel.channel = 30;
-    EXPECT_NO_THROW((void)board->ReadThermocouple(channel, 0, ThermocoupleType::J));
-    channel.channel = 32;
-    EXPECT_THROW((void)board->ReadThermocouple(channel, 0, ThermocoupleType::J), RunTimeError);
-    Use(HighGain6601);
-    channel.channel = 16;
-    EXPECT_THROW((void)board->ReadThermocouple(channel, 0, ThermocoupleType::J), RunTimeError);
-}
-
-TEST_F(SimulatedAnalogTest, EveryTypeReadsAtEveryInputAndTime) {
-    Use(Isolated3605);
-    for (std::int32_t code = 0; code <= 6; ++code) {
-        const auto type = static_cast<ThermocoupleType>(code);
-        for (const std::int32_t channel : {0, 31}) {
-            for (const std::int32_t expansion : {0, 15}) {
-                for (int i = 0; i < 200; ++i)
-                    ASSERT_NO_THROW((void)ThermocoupleCelsius(
-                        type, board->ReadThermocouple(Channels(channel, 1)[0], expansion, type)));
-            }
-        }
-    }
 }
 
 } // namespace
