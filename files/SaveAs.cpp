@@ -38,7 +38,7 @@ void frmMain::SaveRecording(const std::string& folder) {
 
     Files.Close(ProjectFileNum);
     if (refusal) // a project that is there tells of an earlier recording and stays as it is
-        throw RunTimeError(*refusal);
+        throw *refusal;
     Files.Open(ProjectFileNum, project);
     Files.Seek(ProjectFileNum, Files.Length(ProjectFileNum));
     Files.PutBytes(ProjectFileNum, unwrittenStopRecord);
