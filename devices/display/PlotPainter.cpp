@@ -20,7 +20,6 @@ constexpr double markDistance = 24;
 void PlotPainter::Update(const SampleStore& store, const PlotScene& scene, std::uint64_t revision,
                          std::int64_t firstColumn) {
     finder.Forget();
-    paintedColumns = 0;
     const bool sameSize = image.width() == scene.width && image.height() == scene.height;
     if (!sameSize || revision != paintedRevision) {
         Restart(scene);
@@ -118,7 +117,6 @@ void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene,
     PaintGround(scene, column, at, count);
     for (const PlotScene::Trace& trace : scene.traces)
         PaintTrace(store, scene, trace, column, at, count);
-    paintedColumns += count;
 }
 
 void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,

@@ -42,9 +42,6 @@ public:
     /// Copies the picture to (x, y).
     void Draw(QPainter& painter, int x, int y) const;
 
-    /// Columns painted by the last Update.
-    [[nodiscard]] std::int64_t PaintedColumns() const { return paintedColumns; }
-
 private:
     /// Samples of a trace as they were when it was painted last.
     struct Painted {
@@ -76,7 +73,6 @@ private:
     std::vector<std::uint8_t> marked; ///< by column from `first` on: to be painted
     std::vector<Extent> spans;
     ColumnSpans finder;
-    std::int64_t paintedColumns = 0;
 };
 
 } // namespace tracelet

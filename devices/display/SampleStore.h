@@ -32,7 +32,6 @@ public:
     /// Newest points kept a plot, 0: all. Points beyond it go when the next ones come, so that what is drawn
     /// can be looked at closely.
     void SetLimit(std::int64_t points);
-    [[nodiscard]] std::int64_t Limit() const { return limit; }
     /// Drops points beyond the limit at once.
     void DropSurplus();
 
