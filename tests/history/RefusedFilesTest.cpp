@@ -19,6 +19,7 @@ protected:
     RefusedFilesTest() {
         for (const fs::path& path : {fs::path(saved.Path()), fs::path(window->szProgramPath)})
             fs::permissions(path, fs::perms{0755});
+        fs::current_path(saved.Path()); // where the tests were built may be closed to the user
     }
     ~RefusedFilesTest() override {
         fs::current_path("/");
