@@ -19,8 +19,12 @@ std::int32_t CheckedLong(double integral) {
     return static_cast<std::int32_t>(integral);
 }
 
-bool IsBlank(char c) { return c == ' ' || c == '\t'; }
-bool IsDigit(char c) { return c >= '0' && c <= '9'; }
+bool IsBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+bool IsDigit(char c) {
+    return c >= '0' && c <= '9';
+}
 
 std::string_view Trimmed(std::string_view text) {
     while (!text.empty() && IsBlank(text.front()))
@@ -84,13 +88,19 @@ std::string Normalized(std::string_view text) {
     return out;
 }
 
-bool ExponentIsNegative(const std::string& number) { return number.find("e-") != std::string::npos; }
+bool ExponentIsNegative(const std::string& number) {
+    return number.find("e-") != std::string::npos;
+}
 
 } // namespace
 
-std::int32_t CLng(double value) { return CheckedLong(std::nearbyint(value)); }
+std::int32_t CLng(double value) {
+    return CheckedLong(std::nearbyint(value));
+}
 
-std::int32_t Int(double value) { return CheckedLong(std::floor(value)); }
+std::int32_t Int(double value) {
+    return CheckedLong(std::floor(value));
+}
 
 double Quotient(double dividend, double divisor) {
     if (divisor == 0.0)
@@ -116,6 +126,8 @@ double TextToDouble(std::string_view text) {
     return value;
 }
 
-std::int32_t TextToLong(std::string_view text) { return CLng(TextToDouble(text)); }
+std::int32_t TextToLong(std::string_view text) {
+    return CLng(TextToDouble(text));
+}
 
 } // namespace tracelet

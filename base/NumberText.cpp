@@ -43,11 +43,17 @@ std::string Fixed(double value, int decimals) {
 
 } // namespace
 
-std::string NumberText(double value) { return Formatted(value, std::chars_format::general, 15); }
+std::string NumberText(double value) {
+    return Formatted(value, std::chars_format::general, 15);
+}
 
-std::string NumberText(float value) { return Formatted(value, std::chars_format::general, 7); }
+std::string NumberText(float value) {
+    return Formatted(value, std::chars_format::general, 7);
+}
 
-std::string NumberText(std::int32_t value) { return std::to_string(value); }
+std::string NumberText(std::int32_t value) {
+    return std::to_string(value);
+}
 
 std::string OptionalDecimalsText(double value) {
     std::string text = Fixed(value, 4);

@@ -150,8 +150,8 @@ private:
         std::int32_t scanStart = 0;
         std::int32_t scanCount = 0;
         std::vector<ChannelSetup> scan; // by position; empty until it is worked out from the above
-        double wantedRate = 1000.0; // hertz, as it was asked for
-        double sampleRate = 0.0;    // hertz, as the board settled it
+        double wantedRate = 1000.0;     // hertz, as it was asked for
+        double sampleRate = 0.0;        // hertz, as the board settled it
         std::int32_t pacer = InternalPacer;
         std::int32_t form = AnalogValues;
         TriggerSetup trigger;

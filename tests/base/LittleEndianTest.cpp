@@ -19,8 +19,8 @@ TEST(LittleEndian, LowestByteFirst) {
     AppendLittleEndian(bytes, std::int32_t{0x01020304});
     AppendLittleEndian(bytes, 1.0F);
     AppendLittleEndian(bytes, 1.0);
-    EXPECT_THAT(AsInts(bytes), testing::ElementsAre(255, 255, 4, 3, 2, 1, 0, 0, 0x80, 0x3F, 0, 0, 0, 0, 0, 0,
-                                                    0xF0, 0x3F));
+    EXPECT_THAT(AsInts(bytes),
+                testing::ElementsAre(255, 255, 4, 3, 2, 1, 0, 0, 0x80, 0x3F, 0, 0, 0, 0, 0, 0, 0xF0, 0x3F));
     EXPECT_EQ(ReadLittleEndian<std::int16_t>(bytes, 0), -1);
     EXPECT_EQ(ReadLittleEndian<std::int32_t>(bytes, 2), 0x01020304);
     EXPECT_EQ(ReadLittleEndian<float>(bytes, 6), 1.0F);

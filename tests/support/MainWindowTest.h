@@ -25,7 +25,8 @@
 
 namespace tracelet {
 
-/// The real main window on simulated boards, in a program folder of its own and on a clock that the test sets.
+/// The real main window on simulated boards, in a program folder of its own and on a clock that the test
+/// sets.
 class MainWindowTest : public testing::Test {
 protected:
     MainWindowTest() { Open(SimulatedBoards()); }

@@ -16,7 +16,9 @@ MessageBoxes::~MessageBoxes() {
         ADD_FAILURE() << "unexpected message box: \"" << box.text << "\", title \"" << box.title << "\"";
 }
 
-std::vector<MessageBoxes::Box> MessageBoxes::Take() { return std::exchange(boxes, {}); }
+std::vector<MessageBoxes::Box> MessageBoxes::Take() {
+    return std::exchange(boxes, {});
+}
 
 void MessageBoxes::Answer() {
     auto* box = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());

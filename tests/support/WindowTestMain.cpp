@@ -1,5 +1,5 @@
-// Runs window tests: one QApplication for all of them; an unexpected warning of the toolkit fails the test that
-// caused it.
+// Runs window tests: one QApplication for all of them; an unexpected warning of the toolkit fails the test
+// that caused it.
 
 #include <QApplication>
 #include <QLocale>
