@@ -16,6 +16,12 @@ std::int32_t NextOrHighest(std::int32_t count) {
     return count < std::numeric_limits<std::int32_t>::max() ? count + 1 : count;
 }
 
+// On this family's differential inputs each channel takes two of the thermocouple control's numbers.
+bool DoublesThermoChannels(const ZelAI& input) {
+    return input.BoardName().find("6605") != std::string_view::npos &&
+           input.SignalConnection() == Differential;
+}
+
 } // namespace
 
 bool frmMain::SoftPoolStart() {
@@ -79,21 +85,18 @@ void frmMain::StartPollTimer() {
 void frmMain::SelectThermoLimits(std::int32_t channel) {
     if (!M1.AIChanIsThermo[channel])
         return;
-    const QString name = ZelAI1->DeviceName();
     const auto limit = [this](std::int32_t selected) {
         ZelThermo1->SetInputLimits(selected, -ThermoLimit, ThermoLimit);
         ZelThermo1->SetChannel(selected);
     };
-    if (!name.contains(u"05"))
+    if (!IsUnpairedFamily(ZelAI1->BoardName()))
         limit(channel);
-    if (name.contains(u"6605") && ZelAI1->SignalConnection() == Differential)
-        limit(2 * channel);
+    if (DoublesThermoChannels(*ZelAI1))
+        limit(ThermoChannel(channel));
 }
 
 std::int32_t frmMain::ThermoChannel(std::int32_t physical) const {
-    const bool doubled = ZelAI1->BoardName().find("6605") != std::string_view::npos &&
-                         ZelAI1->SignalConnection() == Differential;
-    return doubled ? 2 * physical : physical;
+    return DoublesThermoChannels(*ZelAI1) ? 2 * physical : physical;
 }
 
 void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {

@@ -1,17 +1,5 @@
-#include "app/FontWarmUp.h"
-#include "app/frmMain.h"
-
-#include <QApplication>
-
-#include <optional>
+#include "app/Run.h"
 
 int main(int argc, char** argv) {
-    std::optional<tracelet::FontWarmUp> fonts(std::in_place);
-    QApplication application(argc, argv);
-    fonts.reset();
-    QApplication::setApplicationName(QStringLiteral("Tracelet"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
-    tracelet::frmMain window;
-    window.show();
-    return QApplication::exec();
+    return tracelet::Run(argc, argv);
 }
