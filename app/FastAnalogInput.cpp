@@ -7,6 +7,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -72,7 +74,7 @@ void frmMain::HandleHalf(std::span<const std::int16_t> RawData, std::span<const 
         QuietHandler([&] { BufferChangeFunc(RawData, DataCntPerChan); });
         break;
     default:
-        MsgBox(this, u"Wrong Data Return Type"_qs, u"OnFirstBufferChange"_qs);
+        MsgBox(this, u"Wrong Data Return Type"_s, u"OnFirstBufferChange"_s);
     }
     ScanCount = SumOrHighest(ScanCount, DataCntPerChan);
 }
@@ -127,7 +129,7 @@ void frmMain::ZelAI1_OnInputFailed() {
         return;
     const QString reason = ZelAI1->ErrorText();
     QuietHandler([this] { BtnStart_Click(); });
-    MsgBox(this, reason, u"BtnStart"_qs);
+    MsgBox(this, reason, u"BtnStart"_s);
 }
 
 } // namespace tracelet

@@ -1,6 +1,7 @@
 #include "app/MainWidgets.h"
 
 #include "app/Named.h"
+#include "app/NoticeLine.h"
 #include "devices/display/PlaybackButtons.h"
 #include "devices/display/Shading.h"
 #include "devices/display/StartButton.h"
@@ -20,6 +21,8 @@
 #include <QTreeWidget>
 
 #include <cmath>
+
+using namespace Qt::StringLiterals;
 
 namespace tracelet {
 namespace {
@@ -90,6 +93,7 @@ void MainWidgets::Build(QWidget& window) {
     BuildGraphGroup(window);
     BuildPlaybackGroup(window);
     BuildCommands(window);
+    LabelNotice = Named<NoticeLine>("LabelNotice", &window);
     NameForAssistance();
     OrderTabs();
     window.resize(openingSize);
@@ -105,7 +109,7 @@ void MainWidgets::BuildPlotList(QWidget& window) {
     rows.setColor(QPalette::Highlight, chartGrid);
     rows.setColor(QPalette::HighlightedText, chartText);
     ListView1->setPalette(rows);
-    ListView1->setHeaderLabels({u" Chan"_qs, u" Line"_qs});
+    ListView1->setHeaderLabels({u" Chan"_s, u" Line"_s});
     ListView1->setRootIsDecorated(false);
     ListView1->setItemsExpandable(false);
     ListView1->setUniformRowHeights(true);
@@ -130,7 +134,7 @@ void MainWidgets::BuildPlotList(QWidget& window) {
 
     Picture4 = Named<QWidget>("Picture4", FrameListView);
     ZelLED1 = Named<ZelLED>("ZelLED1", Picture4);
-    auto* unit = Named<QLabel>("LabelSecDiv", u"sec/div"_qs, Picture4);
+    auto* unit = Named<QLabel>("LabelSecDiv", u"sec/div"_s, Picture4);
     auto* row = new QHBoxLayout(Picture4);
     row->setContentsMargins(4, 4, 5, 4);
     row->setSpacing(5);
@@ -139,10 +143,10 @@ void MainWidgets::BuildPlotList(QWidget& window) {
 }
 
 void MainWidgets::BuildDeviceGroup(QWidget& window) {
-    FrameSet = Named<QGroupBox>("FrameSet", u"Device"_qs, &window);
-    BtnSet = Named<QPushButton>("BtnSet", u"&Setting..."_qs, FrameSet);
-    CkAISave2Disk = Named<QCheckBox>("CkAISave2Disk", u"AI Save2Disk"_qs, FrameSet);
-    CkDISave2Disk = Named<QCheckBox>("CkDISave2Disk", u"DI Save2Disk"_qs, FrameSet);
+    FrameSet = Named<QGroupBox>("FrameSet", u"Device"_s, &window);
+    BtnSet = Named<QPushButton>("BtnSet", u"&Setting..."_s, FrameSet);
+    CkAISave2Disk = Named<QCheckBox>("CkAISave2Disk", u"AI Save2Disk"_s, FrameSet);
+    CkDISave2Disk = Named<QCheckBox>("CkDISave2Disk", u"DI Save2Disk"_s, FrameSet);
     QGridLayout* grid = GridIn(FrameSet);
     grid->addWidget(BtnSet, 0, 0);
     grid->addWidget(CkAISave2Disk, 1, 0);
@@ -150,15 +154,15 @@ void MainWidgets::BuildDeviceGroup(QWidget& window) {
 }
 
 void MainWidgets::BuildSignalGroup(QWidget& window) {
-    FrameCmd = Named<QGroupBox>("FrameCmd", u"Signal"_qs, &window);
+    FrameCmd = Named<QGroupBox>("FrameCmd", u"Signal"_s, &window);
     ZelButton1 = Named<ZelButton>("ZelButton1", FrameCmd);
-    ZelButton1->setText(u"AI"_qs);
+    ZelButton1->setText(u"AI"_s);
     ZelButton2 = Named<ZelButton>("ZelButton2", FrameCmd);
-    ZelButton2->setText(u"DI"_qs);
-    LabelAIOn = Named<QLabel>("LabelAIOn", u"On"_qs, FrameCmd);
-    LabelAI = Named<QLabel>("LabelAI", u"Analog\ninput"_qs, FrameCmd);
-    LabelDIOn = Named<QLabel>("LabelDIOn", u"On"_qs, FrameCmd);
-    LabelDI = Named<QLabel>("LabelDI", u"Digital\ninput"_qs, FrameCmd);
+    ZelButton2->setText(u"DI"_s);
+    LabelAIOn = Named<QLabel>("LabelAIOn", u"On"_s, FrameCmd);
+    LabelAI = Named<QLabel>("LabelAI", u"Analog\ninput"_s, FrameCmd);
+    LabelDIOn = Named<QLabel>("LabelDIOn", u"On"_s, FrameCmd);
+    LabelDI = Named<QLabel>("LabelDI", u"Digital\ninput"_s, FrameCmd);
     QGridLayout* grid = GridIn(FrameCmd);
     grid->setVerticalSpacing(0);
     grid->addWidget(ZelButton1, 0, 0, 2, 1);
@@ -172,16 +176,15 @@ void MainWidgets::BuildSignalGroup(QWidget& window) {
 }
 
 void MainWidgets::BuildGraphGroup(QWidget& window) {
-    FrameGraph = Named<QGroupBox>("FrameGraph", u"Graph"_qs, &window);
-    BtnGraphSet = Named<QPushButton>("BtnGraphSet", u"Setting..."_qs, FrameGraph);
-    BtnClearGraph = Named<QPushButton>("BtnClearGraph", u"Clear Graph"_qs, FrameGraph);
+    FrameGraph = Named<QGroupBox>("FrameGraph", u"Graph"_s, &window);
+    BtnGraphSet = Named<QPushButton>("BtnGraphSet", u"Setting..."_s, FrameGraph);
+    BtnClearGraph = Named<QPushButton>("BtnClearGraph", u"Clear Graph"_s, FrameGraph);
     BtnClearGraph->setMinimumWidth(112);
     QGridLayout* grid = GridIn(FrameGraph);
     grid->addWidget(BtnGraphSet, 0, 0);
     grid->addWidget(BtnClearGraph, 1, 0);
-    LabelGraphHint =
-        Named<QLabel>("LabelGraphHint",
-                      u"Right-click the graph to choose what the mouse does: zoom or pan."_qs, FrameGraph);
+    LabelGraphHint = Named<QLabel>(
+        "LabelGraphHint", u"Right-click the graph to choose what the mouse does: zoom or pan."_s, FrameGraph);
     LabelGraphHint->setWordWrap(true);
     LabelGraphHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
     grid->addWidget(LabelGraphHint, 0, 1, 2, 1);
@@ -190,47 +193,47 @@ void MainWidgets::BuildGraphGroup(QWidget& window) {
 }
 
 void MainWidgets::BuildPlaybackGroup(QWidget& window) {
-    FrameHis = Named<QGroupBox>("FrameHis", u"History Playback"_qs, &window);
+    FrameHis = Named<QGroupBox>("FrameHis", u"History Playback"_s, &window);
     ChkPlay = Named<PlayButton>("ChkPlay", FrameHis);
-    ChkPlay->setText(u"4"_qs);
+    ChkPlay->setText(u"4"_s);
     BtnAccelerate = Named<GlyphButton>("BtnAccelerate", Glyph::Accelerate, FrameHis);
     BtnStop = Named<GlyphButton>("BtnStop", Glyph::Stop, FrameHis);
     ZelSliderR = Named<ZelSlider>("ZelSliderR", Qt::Horizontal, FrameHis);
-    Label1 = Named<QLabel>("Label1", u"0%"_qs, FrameHis);
-    Label2 = Named<QLabel>("Label2", u"Position"_qs, FrameHis);
-    Label6 = Named<QLabel>("Label6", u"100%"_qs, FrameHis);
+    Label1 = Named<QLabel>("Label1", u"0%"_s, FrameHis);
+    Label2 = Named<QLabel>("Label2", u"Position"_s, FrameHis);
+    Label6 = Named<QLabel>("Label6", u"100%"_s, FrameHis);
     ZelSliderV = Named<ZelSlider>("ZelSliderV", Qt::Horizontal, FrameHis);
-    Label15 = Named<QLabel>("Label15", u"Slow"_qs, FrameHis);
-    Label16 = Named<QLabel>("Label16", u"Play Speed"_qs, FrameHis);
-    Label14 = Named<QLabel>("Label14", u"High"_qs, FrameHis);
-    BtnHisConvert = Named<QPushButton>("BtnHisConvert", u"Convert"_qs, FrameHis);
+    Label15 = Named<QLabel>("Label15", u"Slow"_s, FrameHis);
+    Label16 = Named<QLabel>("Label16", u"Play Speed"_s, FrameHis);
+    Label14 = Named<QLabel>("Label14", u"High"_s, FrameHis);
+    BtnHisConvert = Named<QPushButton>("BtnHisConvert", u"Convert"_s, FrameHis);
     FrameHis->setEnabled(false);
 }
 
 void MainWidgets::BuildCommands(QWidget& window) {
-    BtnStart = Named<StartButton>("BtnStart", u"Start"_qs, &window);
-    BtnModeSwitch = Named<QPushButton>("BtnModeSwitch", u"History Mode"_qs, &window);
+    BtnStart = Named<StartButton>("BtnStart", u"Start"_s, &window);
+    BtnModeSwitch = Named<QPushButton>("BtnModeSwitch", u"History Mode"_s, &window);
     BtnModeSwitch->setEnabled(false);
-    BtnSaveAs = Named<QPushButton>("BtnSaveAs", u"Save As"_qs, &window);
-    BtnHistory = Named<QPushButton>("BtnHistory", u"&History..."_qs, &window);
-    BtnExit = Named<QPushButton>("BtnExit", u"&Exit"_qs, &window);
+    BtnSaveAs = Named<QPushButton>("BtnSaveAs", u"Save As"_s, &window);
+    BtnHistory = Named<QPushButton>("BtnHistory", u"&History..."_s, &window);
+    BtnExit = Named<QPushButton>("BtnExit", u"&Exit"_s, &window);
 }
 
 void MainWidgets::NameForAssistance() const {
     const std::pair<QWidget*, QString> names[] = {
-        {ZelGraph1, u"Chart"_qs},
-        {ListView1, u"Plots"_qs},
-        {ZelLED1, u"Seconds per division"_qs},
-        {ZelButton1, u"Analog input"_qs},
-        {ZelButton2, u"Digital input"_qs},
-        {BtnSet, u"Device settings"_qs},
-        {BtnGraphSet, u"Graph settings"_qs},
-        {ChkPlay, u"Play"_qs},
-        {BtnAccelerate, u"Double speed"_qs},
-        {BtnStop, u"Stop playback"_qs},
-        {ZelSliderR, u"Position in percent"_qs},
-        {ZelSliderV, u"Play speed in scans per second"_qs},
-        {BtnHisConvert, u"Convert to text"_qs},
+        {ZelGraph1, u"Chart"_s},
+        {ListView1, u"Plots"_s},
+        {ZelLED1, u"Seconds per division"_s},
+        {ZelButton1, u"Analog input"_s},
+        {ZelButton2, u"Digital input"_s},
+        {BtnSet, u"Device settings"_s},
+        {BtnGraphSet, u"Graph settings"_s},
+        {ChkPlay, u"Play"_s},
+        {BtnAccelerate, u"Double speed"_s},
+        {BtnStop, u"Stop playback"_s},
+        {ZelSliderR, u"Position in percent"_s},
+        {ZelSliderV, u"Play speed in scans per second"_s},
+        {BtnHisConvert, u"Convert to text"_s},
     };
     for (const auto& [widget, name] : names)
         widget->setAccessibleName(name);

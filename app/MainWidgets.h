@@ -11,6 +11,7 @@ class QWidget;
 
 namespace tracelet {
 
+class NoticeLine;
 class ZelButton;
 class ZelGraph;
 class ZelLED;
@@ -62,6 +63,8 @@ struct MainWidgets {
     QPushButton* BtnSaveAs = nullptr;
     QPushButton* BtnHistory = nullptr;
     QPushButton* BtnExit = nullptr;
+
+    NoticeLine* LabelNotice = nullptr; ///< at the window's foot
 
     /// Makes the widgets as children of `window`, in the state of a window that has just opened, and gives
     /// the window the size that it opens with.

@@ -1,4 +1,5 @@
 #include "app/MainWidgets.h"
+#include "app/NoticeLine.h"
 #include "base/Convert.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelSlider.h"
@@ -109,6 +110,9 @@ void MainWidgets::Place(OuterSize outer) const {
     };
     for (const auto& [widget, place] : placed)
         widget->setGeometry(PixelRect(*place));
+    const QRect bottomRow = PixelRect(at.FrameSet).united(PixelRect(at.BtnExit));
+    LabelNotice->setGeometry(bottomRow.left(), bottomRow.bottom() + 1, bottomRow.width(),
+                             LabelNotice->parentWidget()->height() - bottomRow.bottom() - 1);
     LabelGraphHint->setVisible(FrameGraph->width() >= BtnClearGraph->minimumWidth() + hintWidth);
 }
 

@@ -10,10 +10,12 @@
 #include <QLabel>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
-const QString FastExcludesDigital = u"FAI can't run together with DI"_qs;
+const QString FastExcludesDigital = u"FAI can't run together with DI"_s;
 
 } // namespace
 
@@ -26,9 +28,9 @@ void frmMain::ZelButton1_Change() {
     }
     QString refusal;
     if (ZelAI1->DeviceNumber() < 0)
-        refusal = u"No AI device is selected"_qs;
+        refusal = u"No AI device is selected"_s;
     else if (ZelAI1->ScanChannelCount() < 1)
-        refusal = u"No AI channel is selected"_qs;
+        refusal = u"No AI channel is selected"_s;
     else if (bDIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
     if (!refusal.isEmpty()) {
@@ -51,9 +53,9 @@ void frmMain::ZelButton2_Change() {
     }
     QString refusal;
     if (ZelDIO1->DeviceNumber() < 0)
-        refusal = u"No DI device is selected"_qs;
+        refusal = u"No DI device is selected"_s;
     else if (nDIPortCount <= 0)
-        refusal = u"No DI Port is selected"_qs;
+        refusal = u"No DI Port is selected"_s;
     else if (bAIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
     if (!refusal.isEmpty()) {
@@ -81,7 +83,7 @@ void frmMain::BtnStart_Click() {
         return;
     }
     if (!bAIEnabled && !bDIEnabled) {
-        MsgBox(this, u"No Operation is enabled"_qs);
+        MsgBox(this, u"No Operation is enabled"_s);
         return;
     }
     StartSession();
@@ -96,7 +98,7 @@ void frmMain::StartSession() {
     ClearRecordingFaults();
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
-    BtnStart->setText(u"Stop"_qs);
+    BtnStart->setText(u"Stop"_s);
     EnableSetCmdControls(false);
     BtnSaveAs->setEnabled(false);
     WriteProjectInfo();
@@ -108,10 +110,10 @@ void frmMain::StartSession() {
         return;
     }
     const QString reason = ZelAI1->ErrorText();
-    MsgBox(this, reason.isEmpty() ? u"Device start failed"_qs : reason, u"BtnStart"_qs);
+    MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;
     EnableSetCmdControls(true);
-    BtnStart->setText(u"Start"_qs);
+    BtnStart->setText(u"Start"_s);
 }
 
 void frmMain::StopSession() {
@@ -127,7 +129,7 @@ void frmMain::StopSession() {
     WriteStopRecord(elapsed);
     isSystemRunning = false;
     EnableSetCmdControls(true);
-    BtnStart->setText(u"Start"_qs);
+    BtnStart->setText(u"Start"_s);
     BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
 }
 
@@ -144,8 +146,8 @@ void frmMain::EnableSetCmdControls(bool Enable) {
 
 void frmMain::StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason) {
     broken = true;
-    saveBox->setToolTip(u"Recording stopped: %1"_qs.arg(QString::fromUtf8(reason.what())));
-    saveBox->setStyleSheet(u"QCheckBox { color: #C62828; font-weight: bold; }"_qs);
+    saveBox->setToolTip(u"Recording stopped: %1"_s.arg(QString::fromUtf8(reason.what())));
+    saveBox->setStyleSheet(u"QCheckBox { color: #C62828; font-weight: bold; }"_s);
 }
 
 void frmMain::ClearRecordingFaults() {

@@ -6,6 +6,8 @@
 
 #include <limits>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -176,7 +178,7 @@ void frmMain::RecordScan() {
 
 void frmMain::SoftDIScan() {
     if (!ZelDIO1->ReadPorts(nDIPortStart, nDIPortCount, portStates)) {
-        MsgBox(this, ZelDIO1->ErrorText(), u"SoftPoolTimerProc"_qs);
+        MsgBox(this, ZelDIO1->ErrorText(), u"SoftPoolTimerProc"_s);
         if (isSystemRunning)
             BtnStart_Click();
         return;

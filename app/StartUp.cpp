@@ -13,16 +13,18 @@
 #include <QCoreApplication>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
-const QString frmMain::PollTimer = u"SoftPoolTimer"_qs;
-const QString frmMain::PlayTimer = u"HistoryTimer"_qs;
+const QString frmMain::PollTimer = u"SoftPoolTimer"_s;
+const QString frmMain::PlayTimer = u"HistoryTimer"_s;
 
 frmMain::frmMain() : frmMain(Surroundings{}) {}
 
 frmMain::frmMain(Surroundings given) : surroundings(std::move(given)) {
-    setObjectName(u"frmMain"_qs);
-    setWindowTitle(u"Tracelet"_qs);
+    setObjectName(u"frmMain"_s);
+    setWindowTitle(u"Tracelet"_s);
     const QString folder = surroundings.programFolder.isEmpty() ? QCoreApplication::applicationDirPath()
                                                                 : surroundings.programFolder;
     szProgramPath = folder.toStdString();
@@ -43,10 +45,10 @@ void frmMain::MakeControls() {
     ZelThermo1 = new ZelThermo(this);
     ZelDIO1 = new ZelDIO(this);
     ZelHiResTimerCtl1 = new ZelHiResTimerCtl(this);
-    ZelAI1->setObjectName(u"ZelAI1"_qs);
-    ZelThermo1->setObjectName(u"ZelThermo1"_qs);
-    ZelDIO1->setObjectName(u"ZelDIO1"_qs);
-    ZelHiResTimerCtl1->setObjectName(u"ZelHiResTimerCtl1"_qs);
+    ZelAI1->setObjectName(u"ZelAI1"_s);
+    ZelThermo1->setObjectName(u"ZelThermo1"_s);
+    ZelDIO1->setObjectName(u"ZelDIO1"_s);
+    ZelHiResTimerCtl1->setObjectName(u"ZelHiResTimerCtl1"_s);
     ZelAI1->SetBoards(surroundings.boards);
     ZelThermo1->SetBoards(surroundings.boards);
     ZelDIO1->SetBoards(surroundings.boards);
@@ -132,10 +134,10 @@ void frmMain::SizeSharedTables() {
 }
 
 void frmMain::SetUpTemplates() {
-    ZelGraph1->SetXAxisTitle(u"Second"_qs);
-    ZelGraph1->SetAxisTitle(VoltageAxis, u"AI Data"_qs);
-    ZelGraph1->SetAxisTitle(DigitalAxis, u"DI Data"_qs);
-    ZelGraph1->SetAxisTitle(TemperatureAxis, u"Temperature Data"_qs);
+    ZelGraph1->SetXAxisTitle(u"Second"_s);
+    ZelGraph1->SetAxisTitle(VoltageAxis, u"AI Data"_s);
+    ZelGraph1->SetAxisTitle(DigitalAxis, u"DI Data"_s);
+    ZelGraph1->SetAxisTitle(TemperatureAxis, u"Temperature Data"_s);
     ZelGraph1->SetXAxisMin(0.0);
     ZelGraph1->SetXAxisMax(10.0);
     ZelGraph1->SetChartLength(0);

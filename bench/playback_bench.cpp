@@ -25,6 +25,8 @@
 #include <fstream>
 #include <random>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace tracelet;
@@ -75,7 +77,7 @@ std::string NoisyRecording(const std::string& folder, int seconds) {
 void OpenProject(frmMain& window, const std::string& path) {
     QTimer::singleShot(0, &window, [&] {
         auto* dialog = qobject_cast<QFileDialog*>(QApplication::activeModalWidget());
-        dialog->findChild<QLineEdit*>(u"fileNameEdit"_qs)->setText(QString::fromStdString(path));
+        dialog->findChild<QLineEdit*>(u"fileNameEdit"_s)->setText(QString::fromStdString(path));
         dialog->findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open)->click();
     });
     window.BtnHistory->click();

@@ -8,6 +8,8 @@
 #include "files/Paths.h"
 #include "history/RecordingReader.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -65,14 +67,14 @@ void WriteTexts(frmMain& window, const std::string& folder) {
 } // namespace
 
 void frmMain::BtnHisConvert_Click() {
-    Handler(this, u"Convert"_qs, [this] {
+    Handler(this, u"Convert"_s, [this] {
         const TextSave save{szTextSaveDrive, szTextSaveDir, szTextSaveFolder, bTextSaveAI, bTextSaveDI};
         ConvertFileDialog(szProgramPath, save, bHisAI, bHisDI, this).exec();
         if (!bTextSaveAI && !bTextSaveDI)
             return;
         const std::string folder = szTextSaveDir + "\\" + szTextSaveFolder;
         if (!CreateFolder(folder)) {
-            MsgBox(this, u"Create Directory Fail"_qs);
+            MsgBox(this, u"Create Directory Fail"_s);
             return;
         }
         HisScanIndex = 0; // the data are read from their start; the next fresh play seeks there anyway

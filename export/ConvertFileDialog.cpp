@@ -10,12 +10,14 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 ConvertFileDialog::ConvertFileDialog(const std::string& programFolder, const TextSave& texts, bool bHisAI,
                                      bool bHisDI, QWidget* owner)
     : QDialog(owner), save(texts), lists(new FolderLists(this)), txtFolderName(new QLineEdit(this)),
-      ChkAI(new QCheckBox(u"&Analog data"_qs, this)), ChkDI(new QCheckBox(u"&Digital data"_qs, this)) {
+      ChkAI(new QCheckBox(u"&Analog data"_s, this)), ChkDI(new QCheckBox(u"&Digital data"_s, this)) {
     Build();
     Offer(ChkAI, bHisAI, save.bTextSaveAI);
     Offer(ChkDI, bHisDI, save.bTextSaveDI);
@@ -24,11 +26,11 @@ ConvertFileDialog::ConvertFileDialog(const std::string& programFolder, const Tex
 }
 
 void ConvertFileDialog::Build() {
-    setObjectName(u"ConvertFileDialog"_qs);
-    setWindowTitle(u"Convert"_qs);
+    setObjectName(u"ConvertFileDialog"_s);
+    setWindowTitle(u"Convert"_s);
     setModal(true);
-    ChkAI->setObjectName(u"ChkAI"_qs);
-    ChkDI->setObjectName(u"ChkDI"_qs);
+    ChkAI->setObjectName(u"ChkAI"_s);
+    ChkDI->setObjectName(u"ChkDI"_s);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lists, 1);
     layout->addLayout(BuildFolderName(txtFolderName, this));
@@ -54,7 +56,7 @@ void ConvertFileDialog::OKButton_Click() {
     if (!save.szTextSaveFolder.empty())
         accept();
     else
-        MsgBox(this, u"Folder Name should not be null"_qs);
+        MsgBox(this, u"Folder Name should not be null"_s);
 }
 
 void ConvertFileDialog::reject() {

@@ -9,6 +9,8 @@
 #include <QProgressBar>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -75,16 +77,16 @@ void ConvertProgress::Show(double fraction) {
 
 void ConvertProgress::Build() {
     dialog = std::make_unique<QDialog>(owner, Qt::Dialog | Qt::CustomizeWindowHint | Qt::WindowTitleHint);
-    dialog->setObjectName(u"ConvertProgress"_qs);
-    dialog->setWindowTitle(u"Convert"_qs);
+    dialog->setObjectName(u"ConvertProgress"_s);
+    dialog->setWindowTitle(u"Convert"_s);
     dialog->setWindowModality(Qt::ApplicationModal);
     bar = new QProgressBar(dialog.get());
-    bar->setObjectName(u"ProgressBar"_qs);
-    bar->setAccessibleName(u"Progress of the conversion"_qs);
+    bar->setObjectName(u"ProgressBar"_s);
+    bar->setAccessibleName(u"Progress of the conversion"_s);
     bar->setRange(0, Steps);
     bar->setMinimumWidth(BarWidth);
     auto* layout = new QVBoxLayout(dialog.get());
-    layout->addWidget(new QLabel(u"Writing the text files"_qs, dialog.get()));
+    layout->addWidget(new QLabel(u"Writing the text files"_s, dialog.get()));
     layout->addWidget(bar);
     dialog->show();
 }

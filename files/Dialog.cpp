@@ -8,6 +8,8 @@
 #include <QLineEdit>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 Dialog::Dialog(const std::string& programFolder, std::string& drive, std::string& dir, std::string& newFolder,
@@ -20,8 +22,8 @@ Dialog::Dialog(const std::string& programFolder, std::string& drive, std::string
 }
 
 void Dialog::Build() {
-    setObjectName(u"Dialog"_qs);
-    setWindowTitle(u"Save As"_qs);
+    setObjectName(u"Dialog"_s);
+    setWindowTitle(u"Save As"_s);
     setModal(true);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(lists, 1);

@@ -6,12 +6,14 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
-    txtFolderName->setObjectName(u"txtFolderName"_qs);
-    txtFolderName->setAccessibleName(u"Folder Name"_qs);
-    auto* label = new QLabel(u"Folder Name"_qs, dialog);
+    txtFolderName->setObjectName(u"txtFolderName"_s);
+    txtFolderName->setAccessibleName(u"Folder Name"_s);
+    auto* label = new QLabel(u"Folder Name"_s, dialog);
     label->setBuddy(txtFolderName);
     auto* row = new QHBoxLayout;
     row->addWidget(label);
@@ -21,8 +23,8 @@ QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
 
 QDialogButtonBox* BuildOKAndCancel(QWidget* dialog) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
-    buttons->button(QDialogButtonBox::Ok)->setObjectName(u"OKButton"_qs);
-    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_qs);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(u"OKButton"_s);
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_s);
     return buttons;
 }
 

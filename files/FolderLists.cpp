@@ -14,6 +14,8 @@
 #include <algorithm>
 #include <array>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -67,14 +69,14 @@ FolderLists::FolderLists(QWidget* parent)
 }
 
 void FolderLists::Build() {
-    Drive1->setObjectName(u"Drive1"_qs);
-    Drive1->setAccessibleName(u"Drive"_qs);
-    Dir1->setObjectName(u"Dir1"_qs);
-    Dir1->setAccessibleName(u"Folder"_qs);
+    Drive1->setObjectName(u"Drive1"_s);
+    Drive1->setAccessibleName(u"Drive"_s);
+    Dir1->setObjectName(u"Dir1"_s);
+    Dir1->setAccessibleName(u"Folder"_s);
     Dir1->installEventFilter(this);
     Dir1->setMinimumSize(280, 180);
-    txtPath->setObjectName(u"txtPath"_qs);
-    txtPath->setAccessibleName(u"Current folder"_qs);
+    txtPath->setObjectName(u"txtPath"_s);
+    txtPath->setAccessibleName(u"Current folder"_s);
     txtPath->setReadOnly(true);
     txtPath->setFrame(false);
     auto* layout = new QVBoxLayout(this);
@@ -126,7 +128,7 @@ void FolderLists::Drive1_Change() {
         return;
     }
     SelectDrive(drive);
-    MsgBox(this, u"Invalid Drive !"_qs);
+    MsgBox(this, u"Invalid Drive !"_s);
 }
 
 void FolderLists::Dir1_Change(const QString& name) {

@@ -7,10 +7,12 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 void frmMain::BtnSaveAs_Click() {
-    Handler(this, u"BtnSaveAs"_qs, [this] {
+    Handler(this, u"BtnSaveAs"_s, [this] {
         szNewFolder.clear();
         Dialog(szProgramPath, szDrive, szDir, szNewFolder, this).exec();
         if (!szNewFolder.empty())

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -57,7 +59,7 @@ void frmMain::RecreateFastFile() {
     try {
         FAIFileHandle = SystemFile(szFAIFileName, Disposition::OpenAlways);
     } catch (const RunTimeError&) {
-        MsgBox(this, u"CreateFile Fails "_qs, u"WriteProjectInfo"_qs);
+        MsgBox(this, u"CreateFile Fails "_s, u"WriteProjectInfo"_s);
     }
 }
 

@@ -16,6 +16,8 @@
 #include <QListWidget>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -47,17 +49,17 @@ QLabel* Caption(const QString& name, const QString& text, QWidget* buddy) {
 } // namespace
 
 frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
-    setObjectName(u"frmGraphSet"_qs);
-    setWindowTitle(u"Graph Setting"_qs);
-    x.fault = u"Invalide X axis range"_qs;
-    y.fault = u"Invalide Y axis range"_qs;
+    setObjectName(u"frmGraphSet"_s);
+    setWindowTitle(u"Graph Setting"_s);
+    x.fault = u"Invalide X axis range"_s;
+    y.fault = u"Invalide Y axis range"_s;
 
     auto* layout = new QGridLayout(this);
     layout->addWidget(BuildPlotGroup(), 0, 0);
     layout->addWidget(BuildAxesGroup(), 0, 1);
     auto* buttons = new QHBoxLayout;
-    BtnApply = Named(u"BtnApply"_qs, new QPushButton(u"OK"_qs));
-    BtnCancel = Named(u"BtnCancel"_qs, new QPushButton(u"Cancel"_qs));
+    BtnApply = Named(u"BtnApply"_s, new QPushButton(u"OK"_s));
+    BtnCancel = Named(u"BtnCancel"_s, new QPushButton(u"Cancel"_s));
     for (QPushButton* button : {BtnApply, BtnCancel})
         button->setAutoDefault(false);
     buttons->addStretch();
@@ -71,31 +73,31 @@ frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
 }
 
 QGroupBox* frmGraphSet::BuildPlotGroup() {
-    auto* frame = Named(u"framePlots"_qs, new QGroupBox(u"Plots"_qs));
-    lstPlots = Named(u"lstPlots"_qs, new PlotList);
-    lstPlots->setAccessibleName(u"Plots"_qs);
-    BtnColor = Named(u"BtnColor"_qs, new QPushButton);
-    BtnColor->setAccessibleName(u"Line color"_qs);
+    auto* frame = Named(u"framePlots"_s, new QGroupBox(u"Plots"_s));
+    lstPlots = Named(u"lstPlots"_s, new PlotList);
+    lstPlots->setAccessibleName(u"Plots"_s);
+    BtnColor = Named(u"BtnColor"_s, new QPushButton);
+    BtnColor->setAccessibleName(u"Line color"_s);
     BtnColor->setAutoDefault(false);
-    CmbLineStyle = Named(u"CmbLineStyle"_qs, new QComboBox);
-    CmbLineStyle->addItems({u"Solid"_qs, u"Dash"_qs, u"Dot"_qs, u"DashDot"_qs, u"DashDotDot"_qs});
+    CmbLineStyle = Named(u"CmbLineStyle"_s, new QComboBox);
+    CmbLineStyle->addItems({u"Solid"_s, u"Dash"_s, u"Dot"_s, u"DashDot"_s, u"DashDotDot"_s});
     CmbLineStyle->setCurrentIndex(-1); // until a plot is selected
 
     auto* layout = new QGridLayout(frame);
     layout->addWidget(lstPlots, 0, 0, 1, 2);
-    layout->addWidget(Caption(u"Label7"_qs, u"LineColor"_qs, BtnColor), 1, 0);
+    layout->addWidget(Caption(u"Label7"_s, u"LineColor"_s, BtnColor), 1, 0);
     layout->addWidget(BtnColor, 1, 1);
-    layout->addWidget(Caption(u"Label6"_qs, u"LineStyle"_qs, CmbLineStyle), 2, 0);
+    layout->addWidget(Caption(u"Label6"_s, u"LineStyle"_s, CmbLineStyle), 2, 0);
     layout->addWidget(CmbLineStyle, 2, 1);
     layout->setColumnStretch(1, 1);
     return frame;
 }
 
 QGroupBox* frmGraphSet::BuildAxesGroup() {
-    auto* frame = Named(u"frameAxes"_qs, new QGroupBox(u"Axes"_qs));
-    BuildAxis(x, u"X"_qs, u"Frame1"_qs);
-    BuildAxis(y, u"Y"_qs, u"Frame2"_qs);
-    x.maximum->setToolTip(u"input the range you want"_qs);
+    auto* frame = Named(u"frameAxes"_s, new QGroupBox(u"Axes"_s));
+    BuildAxis(x, u"X"_s, u"Frame1"_s);
+    BuildAxis(y, u"Y"_s, u"Frame2"_s);
+    x.maximum->setToolTip(u"input the range you want"_s);
     x.maximum->setEnabled(true);
     auto* layout = new QVBoxLayout(frame);
     layout->addWidget(x.frame);
@@ -107,21 +109,21 @@ QGroupBox* frmGraphSet::BuildAxesGroup() {
 // As long as an acquisition or a playback runs the group stays as it is made here: ticked, with empty boxes.
 void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QString& frameName) {
     group.frame = Named(frameName, new QGroupBox(axisName));
-    group.automatic = Named(u"chk%1AutoS"_qs.arg(axisName), new QCheckBox(u"AutoScale"_qs));
+    group.automatic = Named(u"chk%1AutoS"_s.arg(axisName), new QCheckBox(u"AutoScale"_s));
     group.automatic->setChecked(true);
-    group.minimum = Named(u"txt%1Min"_qs.arg(axisName), new QLineEdit);
-    group.maximum = Named(u"txt%1Max"_qs.arg(axisName), new QLineEdit);
+    group.minimum = Named(u"txt%1Min"_s.arg(axisName), new QLineEdit);
+    group.maximum = Named(u"txt%1Max"_s.arg(axisName), new QLineEdit);
     for (QLineEdit* box : {group.minimum, group.maximum}) {
         box->setEnabled(false);
-        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u"-0.000000000000000000"_qs));
+        box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u"-0.000000000000000000"_s));
     }
-    const bool isX = axisName == u"X"_qs;
+    const bool isX = axisName == u"X"_s;
 
     auto* layout = new QGridLayout(group.frame);
     layout->addWidget(group.automatic, 0, 0, 1, 2, Qt::AlignLeft);
-    layout->addWidget(Caption(isX ? u"Label4"_qs : u"LabelYMin"_qs, u"Min:"_qs, group.minimum), 1, 0);
+    layout->addWidget(Caption(isX ? u"Label4"_s : u"LabelYMin"_s, u"Min:"_s, group.minimum), 1, 0);
     layout->addWidget(group.minimum, 1, 1);
-    layout->addWidget(Caption(isX ? u"Label5"_qs : u"LabelYMax"_qs, u"Max:"_qs, group.maximum), 2, 0);
+    layout->addWidget(Caption(isX ? u"Label5"_s : u"LabelYMax"_s, u"Max:"_s, group.maximum), 2, 0);
     layout->addWidget(group.maximum, 2, 1);
 }
 

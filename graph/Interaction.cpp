@@ -5,6 +5,8 @@
 
 #include <QMenu>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -35,12 +37,12 @@ void frmMain::ConnectGraph() {
 }
 
 void frmMain::BuildModeMenu() {
-    Menufile = new QMenu(u"Popup Menu"_qs, this);
-    Menufile->setObjectName(u"Menufile"_qs);
-    QAction* heading = Menufile->addAction(u"MouseMode"_qs);
-    heading->setObjectName(u"commet"_qs);
+    Menufile = new QMenu(u"Popup Menu"_s, this);
+    Menufile->setObjectName(u"Menufile"_s);
+    QAction* heading = Menufile->addAction(u"MouseMode"_s);
+    heading->setObjectName(u"commet"_s);
     heading->setEnabled(false);
-    Menufile->addSeparator()->setObjectName(u"delimiter"_qs);
+    Menufile->addSeparator()->setObjectName(u"delimiter"_s);
     for (const ModeEntry& entry : ModeEntries) {
         QAction* action = Menufile->addAction(QString::fromUtf16(entry.caption), this,
                                               [this, code = entry.code] { ZelGraph1->SetMouseMode(code); });
@@ -60,7 +62,7 @@ void frmMain::ZelGraph1_MouseUp() {
 
 void frmMain::ZelGraph1_Error(const QString& text) {
     if (text != u"Out of memory!")
-        MsgBox(this, text, u"Graph Error Message"_qs);
+        MsgBox(this, text, u"Graph Error Message"_s);
 }
 
 void frmMain::BtnClearGraph_Click() {

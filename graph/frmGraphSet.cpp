@@ -15,6 +15,8 @@
 
 #include <optional>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -99,7 +101,7 @@ void frmGraphSet::BtnColor_Click() {
     if (i < 0)
         return;
     QColorDialog chooser(ResolvedColor(PlotColors[i]), this);
-    chooser.setObjectName(u"CommonDialog1"_qs);
+    chooser.setObjectName(u"CommonDialog1"_s);
     if (chooser.exec() == QDialog::Accepted)
         PlotColors[i] = RawColor(chooser.selectedColor());
     PaintColor(PlotColors[i]);
@@ -107,7 +109,7 @@ void frmGraphSet::BtnColor_Click() {
 
 void frmGraphSet::PaintColor(std::uint32_t color) {
     BtnColor->setStyleSheet(
-        u"background-color: %1; border: 1px solid palette(mid); border-radius: 2px;"_qs.arg(
+        u"background-color: %1; border: 1px solid palette(mid); border-radius: 2px;"_s.arg(
             ResolvedColor(color).name()));
 }
 
@@ -165,7 +167,7 @@ void frmGraphSet::BtnApply_Click() {
             StoreLiveAttributes();
         accept();
     } catch (const std::exception&) {
-        MsgBox(this, u"Graph Set Apply Error"_qs);
+        MsgBox(this, u"Graph Set Apply Error"_s);
     }
 }
 

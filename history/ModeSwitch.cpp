@@ -3,6 +3,8 @@
 #include <QGroupBox>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 void frmMain::BtnModeSwitch_Click() {
@@ -18,7 +20,7 @@ void frmMain::EnterAcquisitionMode() {
     EnableHisControls(false);
     FrameSet->setEnabled(true);
     BtnStart->setEnabled(true);
-    BtnModeSwitch->setText(u"History Mode"_qs);
+    BtnModeSwitch->setText(u"History Mode"_s);
     BtnModeSwitch->setEnabled(false);
     FrameCmd->setEnabled(true);
     BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
@@ -35,7 +37,7 @@ void frmMain::EnterAcquisitionMode() {
 void frmMain::ReenterHistoryMode() {
     BtnStart->setEnabled(false);
     EnableHisControls(true);
-    BtnModeSwitch->setText(u"Acquisition"_qs);
+    BtnModeSwitch->setText(u"Acquisition"_s);
     FrameCmd->setEnabled(false);
 }
 

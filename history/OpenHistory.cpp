@@ -15,6 +15,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -24,10 +26,10 @@ std::string ChosenProject(QWidget* owner, const std::string& folder) {
     QFileDialog dialog(owner);
     if (!folder.empty())
         QuietHandler([&] { dialog.setDirectory(QString::fromStdString(NativePath(folder))); });
-    dialog.setObjectName(u"CommonDialog1"_qs);
+    dialog.setObjectName(u"CommonDialog1"_s);
     dialog.setFileMode(QFileDialog::AnyFile);
-    dialog.setNameFilter(u"Tracelet AI data file manager(*.tlp)"_qs);
-    dialog.setDefaultSuffix(u"tlp"_qs);
+    dialog.setNameFilter(u"Tracelet AI data file manager(*.tlp)"_s);
+    dialog.setDefaultSuffix(u"tlp"_s);
     if (dialog.exec() != QDialog::Accepted)
         return {};
     return dialog.selectedFiles().value(0).toStdString();
@@ -54,7 +56,7 @@ void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& p
 } // namespace
 
 void frmMain::BtnHistory_Click() {
-    Handler(this, u"BtnHistory"_qs, [this] {
+    Handler(this, u"BtnHistory"_s, [this] {
         const std::string lastSaved = szHisProjectFileName.empty() ? szDir : std::string();
         const std::string path = ChosenProject(this, lastSaved);
         if (FileExists(path))
@@ -68,7 +70,7 @@ void frmMain::OpenRecording(const std::string& path) {
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
     BtnModeSwitch->setEnabled(true);
-    BtnModeSwitch->setText(u"Acquisition"_qs);
+    BtnModeSwitch->setText(u"Acquisition"_s);
     EnableHisControls(true);
     FrameSet->setEnabled(false);
     BtnStart->setEnabled(false);
@@ -151,12 +153,12 @@ void frmMain::ReadHisAIFile(const std::string& szFileName) {
         HisAIFileHandle = SystemFile(szFileName, Disposition::OpenAlways);
         HisScanIndex = 0;
     } catch (const RunTimeError&) {
-        MsgBox(this, u"CreateFile Fails "_qs, u"ReadHisAIFile"_qs);
+        MsgBox(this, u"CreateFile Fails "_s, u"ReadHisAIFile"_s);
     }
 }
 
 void frmMain::ReadHisDIFile(const std::string& szFileName) {
-    Handler(this, u"ReadHisAIFile"_qs, [&] { // the title is shared with the analog reader
+    Handler(this, u"ReadHisAIFile"_s, [&] { // the title is shared with the analog reader
         Files.Close(HisFileNumB);
         Files.OpenForReading(HisFileNumB, szFileName);
         const DigitalHeader header = ReadDigitalHeader(Files.File(HisFileNumB));

@@ -9,12 +9,14 @@
 #include <QGroupBox>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
 // The two characters are a triangle and a pause sign in the button's symbol font.
-const QString PlayCaption = u"4"_qs;
-const QString PauseCaption = u";"_qs;
+const QString PlayCaption = u"4"_s;
+const QString PauseCaption = u";"_s;
 
 constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
 

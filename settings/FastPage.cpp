@@ -16,6 +16,8 @@
 #include <QPushButton>
 #include <QStyle>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -29,11 +31,11 @@ QString GeneralText(double value) {
 } // namespace
 
 QWidget* frmSetting::BuildFastPage() {
-    BuildAnalogDevice(0, u"Select Device"_qs);
-    BuildChannelSetting(0, u"Channel Setting"_qs);
+    BuildAnalogDevice(0, u"Select Device"_s);
+    BuildChannelSetting(0, u"Channel Setting"_s);
     BuildFastSetting();
     BuildTrigger();
-    cmdFAIOK = Named<QPushButton>(u"cmdFAIOK"_qs, u"&OK"_qs);
+    cmdFAIOK = Named<QPushButton>(u"cmdFAIOK"_s, u"&OK"_s);
 
     auto* page = new QWidget;
     auto* grid = new QGridLayout(page);
@@ -49,25 +51,25 @@ QWidget* frmSetting::BuildFastPage() {
 }
 
 void frmSetting::BuildFastSetting() {
-    NonSoftSetting = Named<QGroupBox>(u"NonSoftSetting"_qs, u"FAI Setting"_qs);
-    txtCount = NumberBox(u"txtCount"_qs, QString::fromStdString(GroupedText(20000)));
-    txtSampleRate = NumberBox(u"txtSampleRate"_qs, QString::fromStdString(GroupedText(1000)));
-    cmbDataReturnType = Named<QComboBox>(u"cmbDataReturnType"_qs);
-    chkCylic = Named<QCheckBox>(u"chkCylic"_qs, u"Cyclic"_qs);
-    cmbPacerSource = Named<QComboBox>(u"cmbPacerSource"_qs);
+    NonSoftSetting = Named<QGroupBox>(u"NonSoftSetting"_s, u"FAI Setting"_s);
+    txtCount = NumberBox(u"txtCount"_s, QString::fromStdString(GroupedText(20000)));
+    txtSampleRate = NumberBox(u"txtSampleRate"_s, QString::fromStdString(GroupedText(1000)));
+    cmbDataReturnType = Named<QComboBox>(u"cmbDataReturnType"_s);
+    chkCylic = Named<QCheckBox>(u"chkCylic"_s, u"Cyclic"_s);
+    cmbPacerSource = Named<QComboBox>(u"cmbPacerSource"_s);
 
     auto* grid = FrameGrid(NonSoftSetting, WidestCaption);
-    LabelCount = AddRow(grid, u"LabelCount"_qs, u"Data Count"_qs, txtCount);
-    LabelSampleRate = AddRow(grid, u"LabelSampleRate"_qs, u"Sample Rate"_qs, txtSampleRate);
-    LabelHz = AddUnit(grid, u"LabelHz"_qs, u"Hz"_qs);
-    LabelDataReturnType = AddRow(grid, u"LabelDataReturnType"_qs, u"Data Type"_qs, cmbDataReturnType);
+    LabelCount = AddRow(grid, u"LabelCount"_s, u"Data Count"_s, txtCount);
+    LabelSampleRate = AddRow(grid, u"LabelSampleRate"_s, u"Sample Rate"_s, txtSampleRate);
+    LabelHz = AddUnit(grid, u"LabelHz"_s, u"Hz"_s);
+    LabelDataReturnType = AddRow(grid, u"LabelDataReturnType"_s, u"Data Type"_s, cmbDataReturnType);
     grid->addWidget(chkCylic, grid->rowCount(), FieldColumn, Qt::AlignLeft);
-    LabelPacerSource = AddRow(grid, u"LabelPacerSource"_qs, u"Pacer Source"_qs, cmbPacerSource);
+    LabelPacerSource = AddRow(grid, u"LabelPacerSource"_s, u"Pacer Source"_s, cmbPacerSource);
     grid->setRowStretch(grid->rowCount(), 1);
 }
 
 void frmSetting::BuildTrigger() {
-    FrameFAITrigger = Named<QGroupBox>(u"FrameFAITrigger"_qs, u"Trigger Setting"_qs);
+    FrameFAITrigger = Named<QGroupBox>(u"FrameFAITrigger"_s, u"Trigger Setting"_s);
     auto* columns = new QHBoxLayout(FrameFAITrigger);
     auto* lists = FrameGrid(nullptr, WidestCaption);
     auto* levels = FrameGrid(nullptr, WidestCaption);
@@ -83,25 +85,25 @@ void frmSetting::BuildTrigger() {
 }
 
 void frmSetting::BuildTriggerLists(QGridLayout* grid) {
-    cmbTriggerMode = Named<QComboBox>(u"cmbTriggerMode"_qs);
-    cmbTriggerEdge = Named<QComboBox>(u"cmbTriggerEdge"_qs);
-    cmbTriggerSource = Named<QComboBox>(u"cmbTriggerSource"_qs);
-    LabelTriggerMode = AddRow(grid, u"LabelTriggerMode"_qs, u"Trigger Mode"_qs, cmbTriggerMode);
-    LabelTriggerEdge = AddRow(grid, u"LabelTriggerEdge"_qs, u"Trigger Edge"_qs, cmbTriggerEdge);
-    LabelTriggerSource = AddRow(grid, u"LabelTriggerSource"_qs, u"Trigger Source"_qs, cmbTriggerSource);
+    cmbTriggerMode = Named<QComboBox>(u"cmbTriggerMode"_s);
+    cmbTriggerEdge = Named<QComboBox>(u"cmbTriggerEdge"_s);
+    cmbTriggerSource = Named<QComboBox>(u"cmbTriggerSource"_s);
+    LabelTriggerMode = AddRow(grid, u"LabelTriggerMode"_s, u"Trigger Mode"_s, cmbTriggerMode);
+    LabelTriggerEdge = AddRow(grid, u"LabelTriggerEdge"_s, u"Trigger Edge"_s, cmbTriggerEdge);
+    LabelTriggerSource = AddRow(grid, u"LabelTriggerSource"_s, u"Trigger Source"_s, cmbTriggerSource);
 }
 
 void frmSetting::BuildTriggerLevels(QGridLayout* grid) {
-    txtTriggerVoltage = NumberBox(u"txtTriggerVoltage"_qs);
-    txtTriggerDelayTime = NumberBox(u"txtTriggerDelayTime"_qs);
-    txtTriggerAfterTimeinAboveMode = NumberBox(u"txtTriggerAfterTimeinAboveMode"_qs);
-    LabelTriggerVoltage = AddRow(grid, u"LabelTriggerVoltage"_qs, u"Trig Voltage"_qs, txtTriggerVoltage);
-    LabelVolt = AddUnit(grid, u"LabelVolt"_qs, u"v"_qs);
+    txtTriggerVoltage = NumberBox(u"txtTriggerVoltage"_s);
+    txtTriggerDelayTime = NumberBox(u"txtTriggerDelayTime"_s);
+    txtTriggerAfterTimeinAboveMode = NumberBox(u"txtTriggerAfterTimeinAboveMode"_s);
+    LabelTriggerVoltage = AddRow(grid, u"LabelTriggerVoltage"_s, u"Trig Voltage"_s, txtTriggerVoltage);
+    LabelVolt = AddUnit(grid, u"LabelVolt"_s, u"v"_s);
     // The captions of the two times are what users of the system know them by.
-    LabelAfterTime = AddRow(grid, u"LabelAfterTime"_qs, u"AfterTime"_qs, txtTriggerDelayTime);
-    LabelAfterTimeUnit = AddUnit(grid, u"LabelAfterTimeUnit"_qs, u"ms"_qs);
-    LabelBeforeTime = AddRow(grid, u"LabelBeforeTime"_qs, u"BeforeTime"_qs, txtTriggerAfterTimeinAboveMode);
-    LabelBeforeTimeUnit = AddUnit(grid, u"LabelBeforeTimeUnit"_qs, u"ms"_qs);
+    LabelAfterTime = AddRow(grid, u"LabelAfterTime"_s, u"AfterTime"_s, txtTriggerDelayTime);
+    LabelAfterTimeUnit = AddUnit(grid, u"LabelAfterTimeUnit"_s, u"ms"_s);
+    LabelBeforeTime = AddRow(grid, u"LabelBeforeTime"_s, u"BeforeTime"_s, txtTriggerAfterTimeinAboveMode);
+    LabelBeforeTimeUnit = AddUnit(grid, u"LabelBeforeTimeUnit"_s, u"ms"_s);
 }
 
 void frmSetting::EnableFAISetting(bool enable) {
@@ -121,7 +123,7 @@ void frmSetting::EnableFAITriggerControls(bool enable) {
 void frmSetting::GetFAIProperties() {
     txtCount->setText(QString::fromStdString(GroupedText(main.nAISampleCnt)));
     txtSampleRate->setText(GeneralText(ZelAI1.SampleRate()));
-    Refill(cmbDataReturnType, {u"Digital "_qs, u"Analog "_qs});
+    Refill(cmbDataReturnType, {u"Digital "_s, u"Analog "_s});
     Show(cmbDataReturnType, ZelAI1.DataType() == RawCounts ? 0 : 1);
     Show(chkCylic, main.bFAICyclic);
     txtCount->setEnabled(!main.bFAICyclic);
@@ -139,7 +141,7 @@ void frmSetting::ProbePacer() {
     if (!hasExternal)
         return;
     ZelAI1.SetPacerSource(remembered);
-    Refill(cmbPacerSource, {u"Internal"_qs, u"External clock 0"_qs});
+    Refill(cmbPacerSource, {u"Internal"_s, u"External clock 0"_s});
     if (ZelAI1.PacerSource() == ExternalPacerProbe)
         ZelAI1.SetPacerSource(ExternalPacer);
     Show(cmbPacerSource, ZelAI1.PacerSource());
@@ -154,9 +156,9 @@ void frmSetting::ProbeTrigger() {
     EnableFAITriggerControls(hasTrigger);
     if (!hasTrigger)
         return;
-    Refill(cmbTriggerMode, {u"None"_qs, u"Post"_qs, u"Delay"_qs, u"About"_qs});
-    Refill(cmbTriggerEdge, {u"Rising edge"_qs, u"Falling edge"_qs});
-    Refill(cmbTriggerSource, {u"Digital"_qs, u"AI or AI0"_qs, u"AI1"_qs, u"AI2"_qs, u"AI3"_qs});
+    Refill(cmbTriggerMode, {u"None"_s, u"Post"_s, u"Delay"_s, u"About"_s});
+    Refill(cmbTriggerEdge, {u"Rising edge"_s, u"Falling edge"_s});
+    Refill(cmbTriggerSource, {u"Digital"_s, u"AI or AI0"_s, u"AI1"_s, u"AI2"_s, u"AI3"_s});
     Show(cmbTriggerMode, ZelAI1.TriggerMode());
     Show(cmbTriggerEdge, ZelAI1.TriggerEdge());
     Show(cmbTriggerSource, ZelAI1.TriggerSource());
@@ -193,9 +195,9 @@ bool frmSetting::SetFAIProperties() {
 }
 
 void frmSetting::cmdFAIOK_Click() {
-    Handler(this, u"cmdFAIOK"_qs, [this] {
+    Handler(this, u"cmdFAIOK"_s, [this] {
         if (!SetFAIProperties()) {
-            MsgBox(this, {}, u"cmdFAIOK"_qs);
+            MsgBox(this, {}, u"cmdFAIOK"_s);
             return;
         }
         main.ZelGraph1->SetXAxisMin(0.0);

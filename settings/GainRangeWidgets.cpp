@@ -13,16 +13,18 @@
 #include <QRadioButton>
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
-const QString WidestCaption = u"ExpChan"_qs;
+const QString WidestCaption = u"ExpChan"_s;
 
 } // namespace
 
 void dlgGainRange::Build() {
     BuildTable();
-    OKButton = Named<QPushButton>("OKButton", u"Exit"_qs);
+    OKButton = Named<QPushButton>("OKButton", u"Exit"_s);
     OKButton->setAutoDefault(false);
 
     auto* grid = new QGridLayout(this);
@@ -38,9 +40,9 @@ void dlgGainRange::Build() {
 
 void dlgGainRange::BuildTable() {
     lstViewGain = Named<QTreeWidget>("lstViewGain");
-    lstViewGain->setAccessibleName(u"Channels"_qs);
-    lstViewGain->setHeaderLabels({u"Channel"_qs, u"Logical Chan"_qs, u"Connection"_qs, u"Input"_qs,
-                                  u"Range / Type"_qs, u"ExpChan"_qs});
+    lstViewGain->setAccessibleName(u"Channels"_s);
+    lstViewGain->setHeaderLabels(
+        {u"Channel"_s, u"Logical Chan"_s, u"Connection"_s, u"Input"_s, u"Range / Type"_s, u"ExpChan"_s});
     lstViewGain->setRootIsDecorated(false);
     lstViewGain->setUniformRowHeights(true);
     lstViewGain->setAllColumnsShowFocus(true);
@@ -58,15 +60,15 @@ void dlgGainRange::BuildTable() {
 
 QGroupBox* dlgGainRange::BuildKind() {
     FrameAIorThermo = Named<QGroupBox>("FrameAIorThermo");
-    FrameAIorThermo->setAccessibleName(u"Input"_qs);
-    OptAI = Named<QRadioButton>("OptAI", u"AI"_qs);
-    OptThermo = Named<QRadioButton>("OptThermo", u"Thermo"_qs);
+    FrameAIorThermo->setAccessibleName(u"Input"_s);
+    OptAI = Named<QRadioButton>("OptAI", u"AI"_s);
+    OptThermo = Named<QRadioButton>("OptThermo", u"Thermo"_s);
     FrameScale = Named<QFrame>("FrameScale");
     ComboScale = Named<QComboBox>("ComboScale");
 
     auto* scale = FrameGrid(FrameScale, WidestCaption);
     scale->setContentsMargins(0, 0, 0, 0);
-    LabelScale = AddRow(scale, u"LabelScale"_qs, u"Scale"_qs, ComboScale);
+    LabelScale = AddRow(scale, u"LabelScale"_s, u"Scale"_s, ComboScale);
     auto* grid = new QGridLayout(FrameAIorThermo);
     grid->addWidget(OptAI, 0, 0, Qt::AlignLeft);
     grid->addWidget(OptThermo, 0, 1, Qt::AlignLeft);
@@ -75,17 +77,17 @@ QGroupBox* dlgGainRange::BuildKind() {
 }
 
 QGroupBox* dlgGainRange::BuildThermo() {
-    FrameThermo = Named<QGroupBox>("FrameThermo", u"Thermo Setting"_qs);
+    FrameThermo = Named<QGroupBox>("FrameThermo", u"Thermo Setting"_s);
     ComboTCType = Named<QComboBox>("ComboTCType");
     ComboExpChan = Named<QComboBox>("ComboExpChan");
     auto* grid = FrameGrid(FrameThermo, WidestCaption);
-    LabelTCType = AddRow(grid, u"LabelTCType"_qs, u"TC Type"_qs, ComboTCType);
-    LabelExpChan = AddRow(grid, u"LabelExpChan"_qs, u"ExpChan"_qs, ComboExpChan);
+    LabelTCType = AddRow(grid, u"LabelTCType"_s, u"TC Type"_s, ComboTCType);
+    LabelExpChan = AddRow(grid, u"LabelExpChan"_s, u"ExpChan"_s, ComboExpChan);
     return FrameThermo;
 }
 
 QGroupBox* dlgGainRange::BuildRange() {
-    FrameAIRange = Named<QGroupBox>("FrameAIRange", u"Input Range"_qs);
+    FrameAIRange = Named<QGroupBox>("FrameAIRange", u"Input Range"_s);
     ComboRange = Named<QComboBox>("ComboRange");
     ComboRange->setAccessibleName(FrameAIRange->title());
     ComboRange->setSizeAdjustPolicy(QComboBox::AdjustToContents);
@@ -95,9 +97,9 @@ QGroupBox* dlgGainRange::BuildRange() {
 }
 
 QGroupBox* dlgGainRange::BuildConnection() {
-    FrameSignalConnection = Named<QGroupBox>("FrameSignalConnection", u"SignalConnection"_qs);
-    optSingle = Named<QRadioButton>("optSingle", u"Single-Ended"_qs);
-    optDifferent = Named<QRadioButton>("optDifferent", u"Differential"_qs);
+    FrameSignalConnection = Named<QGroupBox>("FrameSignalConnection", u"SignalConnection"_s);
+    optSingle = Named<QRadioButton>("optSingle", u"Single-Ended"_s);
+    optDifferent = Named<QRadioButton>("optDifferent", u"Differential"_s);
     auto* grid = new QGridLayout(FrameSignalConnection);
     grid->addWidget(optSingle, 0, 0, Qt::AlignLeft);
     grid->addWidget(optDifferent, 0, 1, Qt::AlignLeft);

@@ -13,6 +13,8 @@
 #include <QLineEdit>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -23,18 +25,18 @@ std::uint8_t BitOf(int line) {
 } // namespace
 
 QWidget* frmSetting::BuildSoftPage() {
-    BuildAnalogDevice(1, u"AI Select Device"_qs);
-    BuildChannelSetting(1, u"AI Channel Setting"_qs);
+    BuildAnalogDevice(1, u"AI Select Device"_s);
+    BuildChannelSetting(1, u"AI Channel Setting"_s);
     BuildDigitalDevice();
     BuildPorts();
-    txtAITimeInterval = NumberBox(u"txtAITimeInterval"_qs, u"100"_qs);
-    cmdDIOK = Named<QPushButton>(u"cmdDIOK"_qs, u"OK"_qs);
+    txtAITimeInterval = NumberBox(u"txtAITimeInterval"_s, u"100"_s);
+    cmdDIOK = Named<QPushButton>(u"cmdDIOK"_s, u"OK"_s);
 
     const QMargins margins = SoftSetting[1]->layout()->contentsMargins();
     auto* interval = FrameGrid(nullptr, WidestCaption);
     interval->setContentsMargins(margins.left(), 0, margins.right(), 0);
-    AddRow(interval, u"LabelAITimeInterval"_qs, u"Interval"_qs, txtAITimeInterval);
-    AddUnit(interval, u"LabelAITimeIntervalUnit"_qs, u"ms"_qs);
+    AddRow(interval, u"LabelAITimeInterval"_s, u"Interval"_s, txtAITimeInterval);
+    AddUnit(interval, u"LabelAITimeIntervalUnit"_s, u"ms"_s);
 
     auto* page = new QWidget;
     auto* grid = new QGridLayout(page);
@@ -51,31 +53,31 @@ QWidget* frmSetting::BuildSoftPage() {
 }
 
 void frmSetting::BuildDigitalDevice() {
-    FrameDIDevice = Named<QGroupBox>(u"FrameDIDevice"_qs, u"DI Select Device"_qs);
-    LabelDIDevNum = FactLabel(u"LabelDIDevNum"_qs);
-    LabelDIDevName = FactLabel(u"LabelDIDevName"_qs);
+    FrameDIDevice = Named<QGroupBox>(u"FrameDIDevice"_s, u"DI Select Device"_s);
+    LabelDIDevNum = FactLabel(u"LabelDIDevNum"_s);
+    LabelDIDevName = FactLabel(u"LabelDIDevName"_s);
     LabelDIDevName->setMinimumWidth(labAIDeviceName[1]->minimumWidth());
-    DISelectDevice = Named<QPushButton>(u"DISelectDevice"_qs, u"Select Device"_qs);
+    DISelectDevice = Named<QPushButton>(u"DISelectDevice"_s, u"Select Device"_s);
 
     auto* grid = FrameGrid(FrameDIDevice, WidestCaption);
-    AddRow(grid, u"LabelDIDevNumCaption"_qs, u"Device Number"_qs, LabelDIDevNum);
-    AddRow(grid, u"LabelDIDevNameCaption"_qs, u"Device Name"_qs, LabelDIDevName);
+    AddRow(grid, u"LabelDIDevNumCaption"_s, u"Device Number"_s, LabelDIDevNum);
+    AddRow(grid, u"LabelDIDevNameCaption"_s, u"Device Name"_s, LabelDIDevName);
     grid->setRowStretch(grid->rowCount(), 1);
     grid->addWidget(DISelectDevice, grid->rowCount(), FieldColumn);
 }
 
 void frmSetting::BuildPorts() {
-    FrameDIScan = Named<QGroupBox>(u"FrameDIScan"_qs, u"DI Port Setting"_qs);
-    ComboDIPort = Named<QComboBox>(u"ComboDIPort"_qs);
+    FrameDIScan = Named<QGroupBox>(u"FrameDIScan"_s, u"DI Port Setting"_s);
+    ComboDIPort = Named<QComboBox>(u"ComboDIPort"_s);
     auto* grid = FrameGrid(FrameDIScan, WidestCaption);
-    LabelDIPort = AddRow(grid, u"LabelDIPort"_qs, u"Port"_qs, ComboDIPort);
+    LabelDIPort = AddRow(grid, u"LabelDIPort"_s, u"Port"_s, ComboDIPort);
 
     auto* lines = new QGridLayout;
     for (int line = 0; line < Lines; ++line) {
         const QString number = QString::number(line);
-        CheckDIChannel[line] = Named<QCheckBox>(u"CheckDIChannel_"_qs + number);
-        CheckDIChannel[line]->setAccessibleName(u"Line "_qs + number);
-        LabelDIChannel[line] = Named<QLabel>(u"LabelDIChannel_"_qs + number, number);
+        CheckDIChannel[line] = Named<QCheckBox>(u"CheckDIChannel_"_s + number);
+        CheckDIChannel[line]->setAccessibleName(u"Line "_s + number);
+        LabelDIChannel[line] = Named<QLabel>(u"LabelDIChannel_"_s + number, number);
         lines->addWidget(LabelDIChannel[line], 0, line, Qt::AlignHCenter);
         lines->addWidget(CheckDIChannel[line], 1, line, Qt::AlignHCenter);
     }
@@ -91,8 +93,8 @@ void frmSetting::EnableDIControls(bool enable) {
 
 void frmSetting::GetDIProperties() {
     if (ZelDIO1.DeviceNumber() < 0) {
-        LabelDIDevNum->setText(u"-1"_qs);
-        LabelDIDevName->setText(u"No Device"_qs);
+        LabelDIDevNum->setText(u"-1"_s);
+        LabelDIDevName->setText(u"No Device"_s);
         EnableDIControls(false);
         return;
     }
@@ -124,7 +126,7 @@ void frmSetting::CheckDIChannel_Click(int line) {
 }
 
 void frmSetting::DISelectDevice_Click() {
-    Handler(this, u"DISelectDevice"_qs, [this] {
+    Handler(this, u"DISelectDevice"_s, [this] {
         ZelDIO1.SelectDevice(this);
         if (LabelDIDevName->text() == ZelDIO1.DeviceName())
             return;
@@ -160,7 +162,7 @@ void frmSetting::SetDIProperties() {
 }
 
 void frmSetting::cmdDIOK_Click() {
-    Handler(this, u"cmdDIOK"_qs, [this] {
+    Handler(this, u"cmdDIOK"_s, [this] {
         main.M1.SoftMode = true;
         SetDIProperties();
         main.M1.SoftAIValid = ZelAI1.DeviceNumber() >= 0;

@@ -14,14 +14,16 @@
 #include <QRadioButton>
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 dlgGainRange::dlgGainRange(QWidget& owner, frmMain& mainWindow)
     : QDialog(&owner), main(mainWindow), ZelAI1(*mainWindow.ZelAI1),
       ZelThermo1(*mainWindow.ZelThermo1), tables{main.M1.AIChanIsThermo, main.M1.AIThermoType,
                                                  main.M1.AIThermoScale, main.M1.AIThermoExpChan} {
-    setObjectName(u"dlgGainRange"_qs);
-    setWindowTitle(u"Input Range"_qs);
+    setObjectName(u"dlgGainRange"_s);
+    setWindowTitle(u"Input Range"_s);
     Build();
     Open();
     ConnectWidgets();
@@ -49,8 +51,8 @@ void dlgGainRange::FillLists() {
          ZelAI1.NextRange(code, first, second))
         ranges.append(QString::fromStdString(RangeText(first, second)));
     Refill(ComboRange, ranges);
-    Refill(ComboTCType, {u"J"_qs, u"K"_qs, u"S"_qs, u"T"_qs, u"B"_qs, u"R"_qs, u"E"_qs});
-    Refill(ComboScale, {u"Celsius"_qs, u"Fahrenheit"_qs, u"Rankine"_qs, u"Kelvin"_qs});
+    Refill(ComboTCType, {u"J"_s, u"K"_s, u"S"_s, u"T"_s, u"B"_s, u"R"_s, u"E"_s});
+    Refill(ComboScale, {u"Celsius"_s, u"Fahrenheit"_s, u"Rankine"_s, u"Kelvin"_s});
     QStringList expansionChannels;
     for (int channel = 0; channel < 16; ++channel)
         expansionChannels.append(QString::number(channel));

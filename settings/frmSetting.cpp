@@ -18,6 +18,8 @@
 #include <QTabWidget>
 #include <QVBoxLayout>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -30,17 +32,17 @@ QString Text(std::string_view text) {
 }
 
 QString OnPage(const char* name, int page) {
-    return u"%1_%2"_qs.arg(QLatin1String(name)).arg(page);
+    return u"%1_%2"_s.arg(QLatin1String(name)).arg(page);
 }
 
 } // namespace
 
-const QString frmSetting::WidestCaption = u"DataValueRange"_qs;
+const QString frmSetting::WidestCaption = u"DataValueRange"_s;
 
 frmSetting::frmSetting(frmMain& mainWindow)
     : QDialog(&mainWindow), main(mainWindow), ZelAI1(*mainWindow.ZelAI1), ZelDIO1(*mainWindow.ZelDIO1) {
-    setObjectName(u"frmSetting"_qs);
-    setWindowTitle(u"Tracelet device setting"_qs);
+    setObjectName(u"frmSetting"_s);
+    setWindowTitle(u"Tracelet device setting"_s);
     BuildPages();
     ConnectWidgets();
     WatchBoxes();
@@ -52,11 +54,11 @@ frmSetting::frmSetting(frmMain& mainWindow)
 }
 
 void frmSetting::BuildPages() {
-    SSTab1 = Named<QTabWidget>(u"SSTab1"_qs);
-    SSTab1->addTab(BuildFastPage(), u"Fast AI"_qs);
-    SSTab1->addTab(BuildSoftPage(), u"SoftAI and/or DI"_qs);
+    SSTab1 = Named<QTabWidget>(u"SSTab1"_s);
+    SSTab1->addTab(BuildFastPage(), u"Fast AI"_s);
+    SSTab1->addTab(BuildSoftPage(), u"SoftAI and/or DI"_s);
     SSTab1->tabBar()->setFocusPolicy(Qt::StrongFocus); // a click on a tab leaves the box that has the focus
-    SSTab1->tabBar()->setAccessibleName(u"Page"_qs);
+    SSTab1->tabBar()->setAccessibleName(u"Page"_s);
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(SSTab1);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
@@ -70,27 +72,27 @@ void frmSetting::BuildAnalogDevice(int page, const QString& caption) {
     labAIDeviceName[page] = FactLabel(OnPage("labAIDeviceName", page));
     labAIDeviceName[page]->setMinimumWidth(fontMetrics().averageCharWidth() * LongestNameWidth);
     labAIResolution[page] = FactLabel(OnPage("labAIResolution", page));
-    cmdAISelectDevice[page] = Named<QPushButton>(OnPage("cmdAISelectDevice", page), u"Select Device"_qs);
+    cmdAISelectDevice[page] = Named<QPushButton>(OnPage("cmdAISelectDevice", page), u"Select Device"_s);
 
     auto* grid = FrameGrid(FrameAIDevice[page], WidestCaption);
-    AddRow(grid, OnPage("LabelAIDeviceNumberCaption", page), u"Device Number"_qs, LabelAIDeviceNumber[page]);
-    AddRow(grid, OnPage("labAIDeviceNameCaption", page), u"Device Name"_qs, labAIDeviceName[page]);
-    AddRow(grid, OnPage("labAIResolutionCaption", page), u"Resolution"_qs, labAIResolution[page]);
+    AddRow(grid, OnPage("LabelAIDeviceNumberCaption", page), u"Device Number"_s, LabelAIDeviceNumber[page]);
+    AddRow(grid, OnPage("labAIDeviceNameCaption", page), u"Device Name"_s, labAIDeviceName[page]);
+    AddRow(grid, OnPage("labAIResolutionCaption", page), u"Resolution"_s, labAIResolution[page]);
     grid->addWidget(cmdAISelectDevice[page], grid->rowCount(), FieldColumn);
 }
 
 void frmSetting::BuildChannelSetting(int page, const QString& caption) {
     SoftSetting[page] = Named<QGroupBox>(OnPage("SoftSetting", page), caption);
-    txtAIScanStart[page] = NumberBox(OnPage("txtAIScanStart", page), u"0"_qs);
-    txtAIScanNumber[page] = NumberBox(OnPage("txtAIScanNumber", page), u"1"_qs);
-    cmdRange[page] = Named<QPushButton>(OnPage("cmdRange", page), u"Set &Range"_qs);
+    txtAIScanStart[page] = NumberBox(OnPage("txtAIScanStart", page), u"0"_s);
+    txtAIScanNumber[page] = NumberBox(OnPage("txtAIScanNumber", page), u"1"_s);
+    cmdRange[page] = Named<QPushButton>(OnPage("cmdRange", page), u"Set &Range"_s);
 
     auto* grid = FrameGrid(SoftSetting[page], WidestCaption);
     LabelAIScanStart[page] =
-        AddRow(grid, OnPage("LabelAIScanStart", page), u"ChanStart"_qs, txtAIScanStart[page]);
+        AddRow(grid, OnPage("LabelAIScanStart", page), u"ChanStart"_s, txtAIScanStart[page]);
     LabelAIScanNumber[page] =
-        AddRow(grid, OnPage("LabelAIScanNumber", page), u"ChanCount"_qs, txtAIScanNumber[page]);
-    LabelRange[page] = AddRow(grid, OnPage("LabelRange", page), u"DataValueRange"_qs, cmdRange[page]);
+        AddRow(grid, OnPage("LabelAIScanNumber", page), u"ChanCount"_s, txtAIScanNumber[page]);
+    LabelRange[page] = AddRow(grid, OnPage("LabelRange", page), u"DataValueRange"_s, cmdRange[page]);
     cmdRange[page]->setAccessibleName({}); // its own caption says more
 }
 
@@ -138,8 +140,8 @@ void frmSetting::ConnectWidgets() {
 void frmSetting::GetAIPropertiesEx() {
     if (ZelAI1.DeviceNumber() < 0) {
         for (const int page : {FastPage, SoftPage}) {
-            LabelAIDeviceNumber[page]->setText(u"-1"_qs);
-            labAIDeviceName[page]->setText(u"No Device"_qs);
+            LabelAIDeviceNumber[page]->setText(u"-1"_s);
+            labAIDeviceName[page]->setText(u"No Device"_s);
             EnableAIChannelSetting(page, false);
         }
         EnableFAISetting(false);
@@ -170,7 +172,7 @@ void frmSetting::ResetPlotSettings(bool isAI) {
 }
 
 void frmSetting::cmdAISelectDevice_Click(int page) {
-    Handler(this, u"cmdAISelectDevice"_qs, [&] {
+    Handler(this, u"cmdAISelectDevice"_s, [&] {
         ZelAI1.SelectDevice(this);
         main.SizeThermoTables();
         ResetPlotSettings(true);
@@ -182,7 +184,7 @@ void frmSetting::cmdAISelectDevice_Click(int page) {
 }
 
 void frmSetting::cmdRange_Click(int page) {
-    Handler(this, u"cmdRange"_qs, [&] {
+    Handler(this, u"cmdRange"_s, [&] {
         RangeSourcePage = static_cast<std::int16_t>(page);
         dlgGainRange dialog(*this, main);
         dialog.exec();

@@ -23,6 +23,8 @@
 #include <QTimer>
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -92,24 +94,24 @@ void Tour::InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>
 }
 
 void Tour::ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines) {
-    Find<QComboBox>(settings, u"ComboDIPort"_qs)->setCurrentIndex(port);
+    Find<QComboBox>(settings, u"ComboDIPort"_s)->setCurrentIndex(port);
     for (const int line : lines)
-        Find<QCheckBox>(settings, u"CheckDIChannel_%1"_qs.arg(line))->click();
+        Find<QCheckBox>(settings, u"CheckDIChannel_%1"_s.arg(line))->click();
 }
 
 void Tour::LookAtSettings() {
-    Picture(u"first-window"_qs);
+    Picture(u"first-window"_s);
     InDialog(window->BtnSet, [this](QDialog& settings) {
-        auto* pages = Find<QTabWidget>(settings, u"SSTab1"_qs);
+        auto* pages = Find<QTabWidget>(settings, u"SSTab1"_s);
         pages->setCurrentIndex(0);
-        pictures.Take(settings, u"settings-fast"_qs);
+        pictures.Take(settings, u"settings-fast"_s);
         pages->setCurrentIndex(1);
         ChooseLines(settings, 0, {0, 1, 2, 7});
         ChooseLines(settings, 1, {0, 4});
-        pictures.Take(settings, u"settings-polled"_qs);
-        InDialog(Find<QPushButton>(settings, u"cmdAISelectDevice_1"_qs), [this](QDialog& picker) {
-            pictures.Take(picker, u"board-picker"_qs);
-            auto* list = Find<QTreeWidget>(picker, u"lstBoards"_qs);
+        pictures.Take(settings, u"settings-polled"_s);
+        InDialog(Find<QPushButton>(settings, u"cmdAISelectDevice_1"_s), [this](QDialog& picker) {
+            pictures.Take(picker, u"board-picker"_s);
+            auto* list = Find<QTreeWidget>(picker, u"lstBoards"_s);
             list->setCurrentItem(list->topLevelItem(3)); // a board with thermocouple inputs
             Press(picker, "OKButton");
         });
@@ -118,18 +120,18 @@ void Tour::LookAtSettings() {
 }
 
 void Tour::SetUpThermocouples(QDialog& settings) {
-    InDialog(Find<QPushButton>(settings, u"cmdRange_1"_qs), [this](QDialog& ranges) {
-        auto* table = Find<QTreeWidget>(ranges, u"lstViewGain"_qs);
+    InDialog(Find<QPushButton>(settings, u"cmdRange_1"_s), [this](QDialog& ranges) {
+        auto* table = Find<QTreeWidget>(ranges, u"lstViewGain"_s);
         for (const int channel : {1, 2}) {
             table->setCurrentItem(table->topLevelItem(channel));
-            Find<QRadioButton>(ranges, u"OptThermo"_qs)->click();
-            Find<QComboBox>(ranges, u"ComboTCType"_qs)->setCurrentIndex(channel);
+            Find<QRadioButton>(ranges, u"OptThermo"_s)->click();
+            Find<QComboBox>(ranges, u"ComboTCType"_s)->setCurrentIndex(channel);
         }
-        pictures.Take(ranges, u"ranges-and-thermocouples"_qs);
+        pictures.Take(ranges, u"ranges-and-thermocouples"_s);
         Press(ranges, "OKButton");
     });
-    Type(settings, "txtAIScanNumber_1", u"3"_qs);
-    Type(settings, "txtAITimeInterval", u"20"_qs);
+    Type(settings, "txtAIScanNumber_1", u"3"_s);
+    Type(settings, "txtAITimeInterval", u"20"_s);
     Press(settings, "cmdDIOK");
 }
 
@@ -139,14 +141,14 @@ void Tour::RecordPolled() {
     Expect(window->bAIEnabled && window->bDIEnabled, "both switches went on");
     window->CkAISave2Disk->click();
     window->CkDISave2Disk->click();
-    Picture(u"ready-to-record"_qs);
+    Picture(u"ready-to-record"_s);
     window->BtnStart->click();
     Expect(window->isSystemRunning, "the polled session started");
     Run(4000);
-    Picture(u"polled-session"_qs);
+    Picture(u"polled-session"_s);
     window->BtnStart->click();
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
-    SaveAs(u"Polled"_qs);
+    SaveAs(u"Polled"_s);
 }
 
 void Tour::SaveAs(const QString& name) {
@@ -154,19 +156,19 @@ void Tour::SaveAs(const QString& name) {
     window->szDir = recordings.toStdString();
     InDialog(window->BtnSaveAs, [&](QDialog& dialog) {
         Type(dialog, "txtFolderName", name);
-        pictures.Take(dialog, u"save-as"_qs);
+        pictures.Take(dialog, u"save-as"_s);
         Press(dialog, "OKButton");
     });
-    Expect(QFile::exists(recordings + u'/' + name + u"/Project.tlp"_qs), "the recording was saved");
+    Expect(QFile::exists(recordings + u'/' + name + u"/Project.tlp"_s), "the recording was saved");
 }
 
 void Tour::RecordFast() {
     OpenWindow();
     InDialog(window->BtnSet, [](QDialog& settings) {
-        Find<QTabWidget>(settings, u"SSTab1"_qs)->setCurrentIndex(0);
-        Type(settings, "txtAIScanNumber_0", u"16"_qs);
-        Type(settings, "txtSampleRate", u"1,000,000"_qs);
-        auto* cyclic = Find<QCheckBox>(settings, u"chkCylic"_qs);
+        Find<QTabWidget>(settings, u"SSTab1"_s)->setCurrentIndex(0);
+        Type(settings, "txtAIScanNumber_0", u"16"_s);
+        Type(settings, "txtSampleRate", u"1,000,000"_s);
+        auto* cyclic = Find<QCheckBox>(settings, u"chkCylic"_s);
         if (!cyclic->isChecked())
             cyclic->click();
         Press(settings, "cmdFAIOK");
@@ -177,39 +179,39 @@ void Tour::RecordFast() {
     window->BtnStart->click();
     Expect(window->isSystemRunning, "the fast session started");
     Run(3000);
-    Picture(u"fast-session"_qs);
+    Picture(u"fast-session"_s);
     window->BtnStart->click();
     Expect(window->OverrunCount == 0, "the fast session lost nothing");
-    SaveAs(u"Fast"_qs);
+    SaveAs(u"Fast"_s);
 }
 
 void Tour::Replay(const QString& name) {
     InDialog(window->BtnHistory, [&](QDialog& dialog) {
         auto& chooser = dynamic_cast<QFileDialog&>(dialog);
-        chooser.selectFile(recordings + u'/' + name + u"/Project.tlp"_qs);
-        Find<QLineEdit>(chooser, u"fileNameEdit"_qs)->setText(recordings + u'/' + name + u"/Project.tlp"_qs);
+        chooser.selectFile(recordings + u'/' + name + u"/Project.tlp"_s);
+        Find<QLineEdit>(chooser, u"fileNameEdit"_s)->setText(recordings + u'/' + name + u"/Project.tlp"_s);
         static_cast<QDialog&>(chooser).accept();
     });
     Expect(window->bHistoryMode, "the recording was opened");
-    Picture(u"history-opened"_qs);
+    Picture(u"history-opened"_s);
     window->ChkPlay->click();
     Run(2000);
-    Picture(u"history-playing"_qs);
+    Picture(u"history-playing"_s);
     window->ChkPlay->click();
     window->ZelSliderR->SetValue(60.0);
     window->ChkPlay->click();
     Run(500);
     window->ChkPlay->click();
-    Picture(u"history-sought-and-paused"_qs);
+    Picture(u"history-sought-and-paused"_s);
     window->BtnStop->click();
     window->szTextSaveDrive = "/";
     window->szTextSaveDir = recordings.toStdString();
     InDialog(window->BtnHisConvert, [&](QDialog& dialog) {
-        Type(dialog, "txtFolderName", name + u"Text"_qs);
-        pictures.Take(dialog, u"convert"_qs);
+        Type(dialog, "txtFolderName", name + u"Text"_s);
+        pictures.Take(dialog, u"convert"_s);
         Press(dialog, "OKButton");
     });
-    Expect(QFile::exists(recordings + u'/' + name + u"Text/AI.xlt"_qs), "the recording was converted");
+    Expect(QFile::exists(recordings + u'/' + name + u"Text/AI.xlt"_s), "the recording was converted");
     window->BtnModeSwitch->click();
     Expect(!window->bHistoryMode, "the window went back to acquisition");
 }
@@ -222,16 +224,16 @@ void Tour::Zoom(const char* entry, QPointF from, QPointF to) {
     SendMouse(graph, QEvent::MouseButtonPress, start, Qt::LeftButton, Qt::LeftButton);
     SendMouse(graph, QEvent::MouseMove, (start + end) / 2, Qt::NoButton, Qt::LeftButton);
     SendMouse(graph, QEvent::MouseMove, end, Qt::NoButton, Qt::LeftButton);
-    Picture(QString::fromLatin1(entry) + u"-band"_qs);
+    Picture(QString::fromLatin1(entry) + u"-band"_s);
     SendMouse(graph, QEvent::MouseButtonRelease, end, Qt::LeftButton, Qt::NoButton);
-    Picture(QString::fromLatin1(entry) + u"-done"_qs);
+    Picture(QString::fromLatin1(entry) + u"-done"_s);
 }
 
 void Tour::PictureMenu() {
     ZelGraph& graph = *window->ZelGraph1;
     SendMouse(graph, QEvent::MouseButtonPress, {240, 120}, Qt::RightButton, Qt::RightButton);
     Run(50);
-    Picture(u"graph-menu"_qs);
+    Picture(u"graph-menu"_s);
     window->Menufile->close();
     SendMouse(graph, QEvent::MouseButtonRelease, {240, 120}, Qt::RightButton, Qt::NoButton);
 }
@@ -242,8 +244,8 @@ void Tour::LookAtGraph() {
     Zoom("xyz", {0.3, 0.2}, {0.6, 0.5});
     Zoom("xp", {0.5, 0.5}, {0.6, 0.5});
     InDialog(window->BtnGraphSet, [this](QDialog& dialog) {
-        Find<QListWidget>(dialog, u"lstPlots"_qs)->setCurrentRow(0);
-        pictures.Take(dialog, u"graph-settings"_qs);
+        Find<QListWidget>(dialog, u"lstPlots"_s)->setCurrentRow(0);
+        pictures.Take(dialog, u"graph-settings"_s);
     });
     PictureSizes();
     PictureDarkPalette();
@@ -270,8 +272,8 @@ void Tour::PictureDarkPalette() {
     dark.setColor(QPalette::Highlight, QColor(0x2F, 0x6F, 0xB5));
     QApplication::setPalette(dark);
     Run(100);
-    Picture(u"dark-palette"_qs);
-    InDialog(window->BtnSet, [this](QDialog& settings) { pictures.Take(settings, u"dark-settings"_qs); });
+    Picture(u"dark-palette"_s);
+    InDialog(window->BtnSet, [this](QDialog& settings) { pictures.Take(settings, u"dark-settings"_s); });
     QApplication::setPalette(light);
 }
 

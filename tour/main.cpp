@@ -8,6 +8,8 @@
 
 #include <cstdio>
 
+using namespace Qt::StringLiterals;
+
 // The offscreen platform tells of what it lacks at every window; that is no news to who takes the tour.
 static void ShowFaultsOnly(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtCriticalMsg || type == QtFatalMsg)
@@ -17,10 +19,10 @@ static void ShowFaultsOnly(QtMsgType type, const QMessageLogContext&, const QStr
 // A scale factor holds for a whole program, so each is a program of its own.
 static bool PictureScaleFactors(const QString& folder) {
     bool allWent = true;
-    for (const QString& factor : {u"1.5"_qs, u"2"_qs}) {
+    for (const QString& factor : {u"1.5"_s, u"2"_s}) {
         qputenv("QT_SCALE_FACTOR", factor.toLatin1());
-        const int result = QProcess::execute(QCoreApplication::applicationFilePath(),
-                                             {folder, u"scale-factor-"_qs + factor});
+        const int result =
+            QProcess::execute(QCoreApplication::applicationFilePath(), {folder, u"scale-factor-"_s + factor});
         allWent = allWent && result == 0;
     }
     return allWent;
@@ -29,7 +31,7 @@ static bool PictureScaleFactors(const QString& folder) {
 int main(int argc, char** argv) {
     qInstallMessageHandler(ShowFaultsOnly);
     QApplication application(argc, argv);
-    QApplication::setStyle(u"Fusion"_qs);
+    QApplication::setStyle(u"Fusion"_s);
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 2) {
         std::fprintf(stderr, "usage: tour FOLDER [NAME]\n");
@@ -37,7 +39,7 @@ int main(int argc, char** argv) {
     }
     try {
         const QString folder = QDir(arguments.at(1)).absolutePath(); // folder dialogs change the current one
-        const QString recordings = folder + u"/recordings"_qs;
+        const QString recordings = folder + u"/recordings"_s;
         if (arguments.size() > 2) {
             tracelet::Tour(folder, recordings).LookAtWindow(arguments.at(2));
             return 0;
@@ -46,10 +48,10 @@ int main(int argc, char** argv) {
         tracelet::Tour tour(folder, recordings);
         tour.LookAtSettings();
         tour.RecordPolled();
-        tour.Replay(u"Polled"_qs);
+        tour.Replay(u"Polled"_s);
         tour.RecordFast();
         tour.LookAtGraph();
-        tour.Replay(u"Fast"_qs);
+        tour.Replay(u"Fast"_s);
         std::printf("%d pictures\n", tour.PictureCount());
         return PictureScaleFactors(folder) ? 0 : 1;
     } catch (const std::exception& error) {

@@ -8,6 +8,8 @@
 
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -56,7 +58,7 @@ TEST_F(FastAnalogInputTest, OneShotStopsByItselfAfterTheSecondHalf) {
     Click(window->CkAISave2Disk);
     RunOneShot();
     EXPECT_EQ(window->ScanCount, 1024);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_TRUE(window->FAIWritten);
     EXPECT_TRUE(window->BtnSaveAs->isEnabled());
     EXPECT_EQ(window->FAIFileHandle.Handle(), -1);

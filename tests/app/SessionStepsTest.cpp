@@ -10,6 +10,8 @@
 #include <new>
 #include <stdexcept>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -74,7 +76,7 @@ protected:
 
     void ExpectIdle() const {
         EXPECT_FALSE(window->isSystemRunning);
-        EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+        EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
         for (const QWidget* widget :
              std::initializer_list<QWidget*>{window->FrameSet, window->BtnSet, window->FrameCmd,
                                              window->ZelButton1, window->ZelButton2, window->BtnHistory})
@@ -90,7 +92,7 @@ TEST_F(SessionSteps, RefusedSwitchIsPutBackAfterTheMessage) {
         Click(button);
         EXPECT_TRUE(onDuringMessage);
         EXPECT_FALSE(button->Value());
-        EXPECT_EQ(button->Image(), u"PUSHROCKERSWITCH_OFF"_qs);
+        EXPECT_EQ(button->Image(), u"PUSHROCKERSWITCH_OFF"_s);
         EXPECT_THAT(boxes.Take(), SizeIs(1));
     }
     EXPECT_FALSE(window->CkAISave2Disk->isEnabled());
@@ -109,7 +111,7 @@ TEST_F(SessionSteps, FailedFastStartIsToldBeforeItIsUndone) {
     RefuseStart("The board is busy");
     bool runningDuringMessage = false;
     boxes.WhenNextOpens([&] {
-        runningDuringMessage = window->isSystemRunning && window->BtnStart->text() == u"Stop"_qs &&
+        runningDuringMessage = window->isSystemRunning && window->BtnStart->text() == u"Stop"_s &&
                                !window->FrameSet->isEnabled();
     });
     Click(window->CkAISave2Disk);
@@ -137,7 +139,7 @@ TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
     window->ZelAI1->SetDeviceNumber(-1);
     bool idleDuringMessage = false;
     boxes.WhenNextOpens(
-        [&] { idleDuringMessage = !window->isSystemRunning && window->BtnStart->text() == u"Start"_qs; });
+        [&] { idleDuringMessage = !window->isSystemRunning && window->BtnStart->text() == u"Start"_s; });
     Click(window->BtnStart);
     EXPECT_TRUE(idleDuringMessage);
     EXPECT_THAT(boxes.Take(), SizeIs(1));
@@ -205,7 +207,7 @@ TEST_F(SessionSteps, FailedDigitalReadIsToldBeforeTheSessionStops) {
     PollDigitalInVain();
     bool runningDuringMessage = false;
     boxes.WhenNextOpens(
-        [&] { runningDuringMessage = window->isSystemRunning && window->BtnStart->text() == u"Stop"_qs; });
+        [&] { runningDuringMessage = window->isSystemRunning && window->BtnStart->text() == u"Stop"_s; });
     Tick(1);
     EXPECT_TRUE(runningDuringMessage);
     EXPECT_THAT(boxes.Take(), SizeIs(1));

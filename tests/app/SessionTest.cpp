@@ -5,6 +5,8 @@
 
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -93,7 +95,7 @@ TEST_F(SessionTest, PolledModeTakesBothSwitches) {
     TurnOnDI();
     EXPECT_TRUE(window->CkDISave2Disk->isEnabled());
     EXPECT_EQ(window->ListView1->topLevelItemCount(), 3);
-    EXPECT_EQ(window->ZelButton2->Image(), u"PUSHROCKERSWITCH_ON"_qs);
+    EXPECT_EQ(window->ZelButton2->Image(), u"PUSHROCKERSWITCH_ON"_s);
     TurnOnAI();
     EXPECT_FALSE(window->bAIEnabled);
     EXPECT_FALSE(window->CkAISave2Disk->isEnabled());
@@ -127,7 +129,7 @@ TEST_F(SessionTest, SwitchKeepsTheTickOfTheSaveBox) {
 TEST_F(SessionTest, StartNeedsASwitch) {
     Click(window->BtnStart);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No Operation is enabled", "Tracelet"}));
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_FALSE(window->isSystemRunning);
     EXPECT_TRUE(window->BtnSet->isEnabled());
 }
@@ -136,7 +138,7 @@ TEST_F(SessionTest, RunningSessionLocksTheSetUp) {
     SelectPorts(0, {0x01});
     TurnOnAI();
     StartPolling();
-    EXPECT_EQ(window->BtnStart->text(), u"Stop"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Stop"_s);
     const std::vector<QWidget*> locked = {window->FrameSet,      window->BtnSet,     window->CkAISave2Disk,
                                           window->CkDISave2Disk, window->FrameCmd,   window->ZelButton1,
                                           window->ZelButton2,    window->BtnHistory, window->BtnSaveAs};
@@ -144,7 +146,7 @@ TEST_F(SessionTest, RunningSessionLocksTheSetUp) {
         EXPECT_FALSE(widget->isEnabled()) << widget->objectName().toStdString();
     EXPECT_TRUE(window->BtnStart->isEnabled());
     Click(window->BtnStart);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_TRUE(window->FrameSet->isEnabled());
     EXPECT_TRUE(window->BtnSet->isEnabled());
     EXPECT_TRUE(window->FrameCmd->isEnabled());
@@ -285,7 +287,7 @@ TEST_F(SessionTest, PolledStartWithoutItsDeviceFails) {
     Click(window->BtnStart);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_TRUE(window->FrameSet->isEnabled());
     EXPECT_FALSE(window->BtnSaveAs->isEnabled());
     EXPECT_EQ(Stopped().scanCount, 0);
@@ -310,7 +312,7 @@ TEST_F(SessionTest, FailedStartShowsTheControlsText) {
     Click(window->BtnStart);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The board is busy", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_TRUE(window->CkAISave2Disk->isEnabled());
     EXPECT_FALSE(window->CkDISave2Disk->isEnabled());
 }

@@ -4,6 +4,8 @@
 
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -140,7 +142,7 @@ TEST_F(SoftwarePollingTest, FailedDigitalReadStopsTheSession) {
     Tick(1);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The port does not answer", "SoftPoolTimerProc"}));
     EXPECT_FALSE(window->isSystemRunning);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     const std::vector<std::uint8_t> project = Bytes(window->szProjectFileName);
     EXPECT_EQ(ReadLittleEndian<std::int32_t>(std::as_bytes(std::span(project)), project.size() - 12), 2);
     EXPECT_EQ(window->ScanCount, 3);
@@ -243,7 +245,7 @@ TEST_F(SoftwarePollingTest, TicksAreDroppedWhileAMessageIsOpen) {
 TEST_F(SoftwarePollingTest, OtherTimersAreIgnored) {
     TurnOnAI();
     StartPolling();
-    window->ZelHiResTimerCtl1_OnTimer(u"SomeTimer"_qs);
+    window->ZelHiResTimerCtl1_OnTimer(u"SomeTimer"_s);
     EXPECT_EQ(window->TickCount, 0);
     Click(window->BtnStart);
 }

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -77,9 +79,9 @@ TEST_F(StartUpTest, GraphShowsTenSecondsOfOneChannel) {
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 0);
-    EXPECT_EQ(window->ZelLED1->Text(), u"1.000000"_qs);
+    EXPECT_EQ(window->ZelLED1->Text(), u"1.000000"_s);
     ASSERT_EQ(window->ZelGraph1->PlotCount(), 1);
-    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0"_s);
     EXPECT_EQ(window->ListView1->topLevelItemCount(), 0);
 }
 
@@ -93,10 +95,10 @@ TEST_F(StartUpTest, WidgetsStandInTheirFirstState) {
     EXPECT_TRUE(window->BtnSet->isEnabled());
     EXPECT_TRUE(window->BtnHistory->isEnabled());
     EXPECT_TRUE(window->FrameCmd->isEnabled());
-    EXPECT_EQ(window->BtnModeSwitch->text(), u"History Mode"_qs);
+    EXPECT_EQ(window->BtnModeSwitch->text(), u"History Mode"_s);
     EXPECT_FALSE(window->ZelButton1->Value());
     EXPECT_FALSE(window->ZelButton2->Value());
-    EXPECT_EQ(window->ZelButton1->Image(), u"PUSHROCKERSWITCH_OFF"_qs);
+    EXPECT_EQ(window->ZelButton1->Image(), u"PUSHROCKERSWITCH_OFF"_s);
 }
 
 TEST_F(StartUpTest, WorkFolderLivesAsLongAsTheWindow) {
@@ -108,7 +110,7 @@ TEST_F(StartUpTest, WorkFolderLivesAsLongAsTheWindow) {
     EXPECT_EQ(window->szDIFileName, work + "\\DI.tld");
     EXPECT_EQ(window->szFAIFileName, work + "\\FAI.tld");
     EXPECT_THAT(EntriesOf(QString::fromStdString(NativePath(work))),
-                testing::UnorderedElementsAre(u"AI.tld"_qs, u"DI.tld"_qs, u"FAI.tld"_qs, u"Project.tld"_qs));
+                testing::UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"FAI.tld"_s, u"Project.tld"_s));
     for (int number : {1, 2, 5})
         EXPECT_TRUE(window->Files.IsOpen(number));
     window->close();
@@ -117,10 +119,10 @@ TEST_F(StartUpTest, WorkFolderLivesAsLongAsTheWindow) {
 
 TEST_F(StartUpTest, StrayFileKeepsTheWorkFolder) {
     const QString work = QString::fromStdString(NativePath(window->sztmpPath));
-    QFile stray(work + u"/stray.txt"_qs);
+    QFile stray(work + u"/stray.txt"_s);
     ASSERT_TRUE(stray.open(QIODevice::WriteOnly));
     window->close();
-    EXPECT_THAT(EntriesOf(work), ElementsAre(u"stray.txt"_qs));
+    EXPECT_THAT(EntriesOf(work), ElementsAre(u"stray.txt"_s));
 }
 
 TEST_F(StartUpTest, TwoWindowsHaveTwoWorkFolders) {
@@ -135,7 +137,7 @@ TEST_F(StartUpTest, TwoWindowsHaveTwoWorkFolders) {
 TEST_F(StartUpTest, TemporaryFolderServesWhereTheProgramsCannotBeWritten) {
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
-    surroundings.programFolder = folder.path() + u"/missing"_qs;
+    surroundings.programFolder = folder.path() + u"/missing"_s;
     const frmMain second(std::move(surroundings));
     EXPECT_THAT(second.sztmpPath, StartsWith(GetTempDir()));
     EXPECT_TRUE(second.Files.IsOpen(frmMain::ProjectFileNum));
@@ -204,25 +206,25 @@ TEST_F(StartUpTest, ControlsCanBeFoundByName) {
 }
 
 TEST_F(StartUpTest, CaptionsAreTheirs) {
-    EXPECT_EQ(window->windowTitle(), u"Tracelet"_qs);
-    EXPECT_EQ(window->FrameSet->title(), u"Device"_qs);
-    EXPECT_EQ(window->FrameCmd->title(), u"Signal"_qs);
-    EXPECT_EQ(window->FrameGraph->title(), u"Graph"_qs);
-    EXPECT_EQ(window->FrameHis->title(), u"History Playback"_qs);
-    EXPECT_EQ(window->BtnSet->text(), u"&Setting..."_qs);
-    EXPECT_EQ(window->CkAISave2Disk->text(), u"AI Save2Disk"_qs);
-    EXPECT_EQ(window->CkDISave2Disk->text(), u"DI Save2Disk"_qs);
-    EXPECT_EQ(window->BtnStart->text(), u"Start"_qs);
-    EXPECT_EQ(window->BtnSaveAs->text(), u"Save As"_qs);
-    EXPECT_EQ(window->BtnHistory->text(), u"&History..."_qs);
-    EXPECT_EQ(window->BtnExit->text(), u"&Exit"_qs);
-    EXPECT_EQ(window->BtnGraphSet->text(), u"Setting..."_qs);
-    EXPECT_EQ(window->BtnClearGraph->text(), u"Clear Graph"_qs);
-    EXPECT_EQ(window->BtnHisConvert->text(), u"Convert"_qs);
-    EXPECT_EQ(window->Label14->text(), u"High"_qs);
-    EXPECT_EQ(window->Label15->text(), u"Slow"_qs);
-    EXPECT_EQ(window->Label16->text(), u"Play Speed"_qs);
-    EXPECT_EQ(window->Label6->text(), u"100%"_qs);
+    EXPECT_EQ(window->windowTitle(), u"Tracelet"_s);
+    EXPECT_EQ(window->FrameSet->title(), u"Device"_s);
+    EXPECT_EQ(window->FrameCmd->title(), u"Signal"_s);
+    EXPECT_EQ(window->FrameGraph->title(), u"Graph"_s);
+    EXPECT_EQ(window->FrameHis->title(), u"History Playback"_s);
+    EXPECT_EQ(window->BtnSet->text(), u"&Setting..."_s);
+    EXPECT_EQ(window->CkAISave2Disk->text(), u"AI Save2Disk"_s);
+    EXPECT_EQ(window->CkDISave2Disk->text(), u"DI Save2Disk"_s);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
+    EXPECT_EQ(window->BtnSaveAs->text(), u"Save As"_s);
+    EXPECT_EQ(window->BtnHistory->text(), u"&History..."_s);
+    EXPECT_EQ(window->BtnExit->text(), u"&Exit"_s);
+    EXPECT_EQ(window->BtnGraphSet->text(), u"Setting..."_s);
+    EXPECT_EQ(window->BtnClearGraph->text(), u"Clear Graph"_s);
+    EXPECT_EQ(window->BtnHisConvert->text(), u"Convert"_s);
+    EXPECT_EQ(window->Label14->text(), u"High"_s);
+    EXPECT_EQ(window->Label15->text(), u"Slow"_s);
+    EXPECT_EQ(window->Label16->text(), u"Play Speed"_s);
+    EXPECT_EQ(window->Label6->text(), u"100%"_s);
 }
 
 } // namespace

@@ -14,6 +14,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -63,7 +65,7 @@ TEST_F(ConvertFileDialogTest, ShowsItsParts) {
     QStringList labels;
     for (const QLabel* label : dialog->findChildren<QLabel*>())
         labels << label->text();
-    EXPECT_TRUE(labels.contains(u"Folder Name"_qs));
+    EXPECT_TRUE(labels.contains(u"Folder Name"_s));
 }
 
 TEST_F(ConvertFileDialogTest, OffersWhatWasRecorded) {
@@ -108,7 +110,7 @@ TEST_F(ConvertFileDialogTest, LaterStartsWhereTheUserLeftIt) {
     EXPECT_EQ(dialog->findChild<FolderLists*>()->Path(), szTextSaveDir);
     EXPECT_EQ(dialog->findChild<FolderLists*>()->Drive(), "/");
     EXPECT_EQ(szTextSaveDir, fs::path(program).parent_path());
-    EXPECT_EQ(Find<QLineEdit>(*dialog, "txtFolderName")->text(), u""_qs);
+    EXPECT_EQ(Find<QLineEdit>(*dialog, "txtFolderName")->text(), u""_s);
 }
 
 TEST_F(ConvertFileDialogTest, OKStoresDriveFolderAndName) {
@@ -119,10 +121,10 @@ TEST_F(ConvertFileDialogTest, OKStoresDriveFolderAndName) {
     EXPECT_EQ(szTextSaveDir, program);
     const std::string driveBefore = szTextSaveDrive;
     auto* drives = Find<QComboBox>(*dialog, "Drive1");
-    drives->addItem(u"stick"_qs, QString::fromStdString(folder.Path()));
+    drives->addItem(u"stick"_s, QString::fromStdString(folder.Path()));
     drives->setCurrentIndex(drives->count() - 1);
     EXPECT_EQ(szTextSaveDrive, driveBefore);
-    QTest::keyClicks(Find<QLineEdit>(*dialog, "txtFolderName"), u"texts 1"_qs);
+    QTest::keyClicks(Find<QLineEdit>(*dialog, "txtFolderName"), u"texts 1"_s);
     Press(*dialog, "OKButton");
     EXPECT_FALSE(dialog->isVisible());
     EXPECT_EQ(szTextSaveDir, fs::path(program).parent_path());
@@ -143,7 +145,7 @@ TEST_F(ConvertFileDialogTest, AnEmptyNameIsRefused) {
         EXPECT_EQ(szTextSaveFolder, "");
         EXPECT_EQ(szTextSaveDir, folder.Path()); // the rest is stored all the same
     }
-    Find<QLineEdit>(*dialog, "txtFolderName")->setText(u"now"_qs);
+    Find<QLineEdit>(*dialog, "txtFolderName")->setText(u"now"_s);
     Press(*dialog, "OKButton");
     EXPECT_FALSE(dialog->isVisible());
     EXPECT_EQ(szTextSaveFolder, "now");
@@ -160,7 +162,7 @@ TEST_F(ConvertFileDialogTest, CancelInEveryFormEmptiesTheNameAndKeepsTheRest) {
         szTextSaveDir = program;
         szTextSaveFolder = "last";
         const auto dialog = Opened();
-        Find<QLineEdit>(*dialog, "txtFolderName")->setText(u"typed"_qs);
+        Find<QLineEdit>(*dialog, "txtFolderName")->setText(u"typed"_s);
         Find<QCheckBox>(*dialog, "ChkDI")->click();
         QTest::keyClick(Find<QListWidget>(*dialog, "Dir1"), Qt::Key_Return); // goes up
         cancel(*dialog);
@@ -181,7 +183,7 @@ TEST_F(ConvertFileDialogTest, EverythingIsReachedByKeyboard) {
             visited << focus->objectName();
         QTest::keyClick(dialog.get(), Qt::Key_Tab);
     }
-    EXPECT_EQ(visited.value(0), u"txtFolderName"_qs) << "typing goes into the name";
+    EXPECT_EQ(visited.value(0), u"txtFolderName"_s) << "typing goes into the name";
     for (const char* name : {"Drive1", "Dir1", "txtFolderName", "ChkAI", "ChkDI", "OKButton", "BtnCancel"})
         EXPECT_TRUE(visited.contains(QLatin1String(name))) << name;
 }

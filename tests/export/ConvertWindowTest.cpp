@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <filesystem>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -44,7 +46,7 @@ protected:
     }
 
     static void Accept(const ConvertFileDialog& dialog, const QString& name) {
-        dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
+        dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
         Press(dialog, "OKButton");
     }
 
@@ -87,7 +89,7 @@ TEST_F(ConvertWindowTest, NeedsARecording) {
 
 TEST_F(ConvertWindowTest, WritesBothTexts) {
     OpenSaved(PolledWithDigital(3, 0.1));
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11");
     EXPECT_EQ(Text("texts/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.1\t0\t0\t1\r\n0.2\t1\t0\t1\r\n0.3\t0\t0\t1");
     EXPECT_EQ(window->szTextSaveDir, window->szProgramPath);
@@ -98,20 +100,20 @@ TEST_F(ConvertWindowTest, WritesWhatIsTicked) {
     OpenSaved(PolledWithDigital(3, 0.1));
     Convert([](ConvertFileDialog& dialog) {
         Toggle(dialog, "ChkDI");
-        Accept(dialog, u"ai"_qs);
+        Accept(dialog, u"ai"_s);
     });
     EXPECT_TRUE(Exists("ai/AI.xlt"));
     EXPECT_FALSE(Exists("ai/DI.xlt"));
     Convert([](ConvertFileDialog& dialog) {
         Toggle(dialog, "ChkAI");
-        Accept(dialog, u"di"_qs);
+        Accept(dialog, u"di"_s);
     });
     EXPECT_FALSE(Exists("di/AI.xlt"));
     EXPECT_TRUE(Exists("di/DI.xlt"));
     Convert([](ConvertFileDialog& dialog) {
         Toggle(dialog, "ChkAI");
         Toggle(dialog, "ChkDI");
-        Accept(dialog, u"none"_qs);
+        Accept(dialog, u"none"_s);
     });
     EXPECT_FALSE(Exists("none"));
     EXPECT_THAT(boxes.Take(), IsEmpty());
@@ -120,15 +122,15 @@ TEST_F(ConvertWindowTest, WritesWhatIsTicked) {
 TEST_F(ConvertWindowTest, OffersOnlyWhatWasRecorded) {
     OpenSaved(Polled(3));
     Convert([](ConvertFileDialog& dialog) {
-        EXPECT_TRUE(dialog.findChild<QCheckBox*>(u"ChkAI"_qs)->isEnabled());
-        EXPECT_FALSE(dialog.findChild<QCheckBox*>(u"ChkDI"_qs)->isEnabled());
-        Accept(dialog, u"ai"_qs);
+        EXPECT_TRUE(dialog.findChild<QCheckBox*>(u"ChkAI"_s)->isEnabled());
+        EXPECT_FALSE(dialog.findChild<QCheckBox*>(u"ChkDI"_s)->isEnabled());
+        Accept(dialog, u"ai"_s);
     });
     EXPECT_TRUE(Exists("ai/AI.xlt"));
     EXPECT_FALSE(Exists("ai/DI.xlt"));
 
     OpenProject(Save(Digital(2, 0.25), "Digital"));
-    ConvertInto(u"di"_qs);
+    ConvertInto(u"di"_s);
     EXPECT_FALSE(Exists("di/AI.xlt"));
     EXPECT_EQ(Text("di/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.25\t0\t0\t1\r\n0.5\t1\t0\t1");
 }
@@ -136,10 +138,10 @@ TEST_F(ConvertWindowTest, OffersOnlyWhatWasRecorded) {
 TEST_F(ConvertWindowTest, AnExistingFolderIsRefused) {
     OpenSaved(Polled(3));
     fs::create_directory(fs::path(window->szProgramPath) / "there");
-    ConvertInto(u"there"_qs);
+    ConvertInto(u"there"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
     EXPECT_TRUE(fs::is_empty(fs::path(window->szProgramPath) / "there"));
-    ConvertInto(u"missing/there"_qs);
+    ConvertInto(u"missing/there"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
     EXPECT_THAT(Made(), ElementsAre("there"));
 }
@@ -171,7 +173,7 @@ TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
         EXPECT_THAT(boxes.Take(),
                     ElementsAre(MessageBoxes::Box{"Folder Name should not be null", "Tracelet"}));
         EXPECT_TRUE(dialog.isVisible());
-        Accept(dialog, u"texts"_qs);
+        Accept(dialog, u"texts"_s);
     });
     EXPECT_TRUE(Exists("texts/AI.xlt"));
 }
@@ -183,7 +185,7 @@ TEST_F(ConvertWindowTest, RawCodesStayCodes) {
     for (const bool polled : {false, true}) {
         recording.info.bHisAISoft = polled;
         OpenSaved(recording);
-        const QString name = polled ? u"polled"_qs : u"fast"_qs;
+        const QString name = polled ? u"polled"_s : u"fast"_s;
         ConvertInto(name);
         EXPECT_EQ(Text(name.toStdString() + "/AI.xlt"), "Time\tLeft\tµ\r\n0.5\t-2048\t2047\r\n1\t4095\t0");
     }
@@ -196,7 +198,7 @@ TEST_F(ConvertWindowTest, AFullBlockLacksItsLastScan) {
     recording.info.ScanCount = 100000;
     recording.analog = BytesOf(std::vector<float>(100000, 1.5F));
     OpenSaved(recording);
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     const std::string text = Text("texts/AI.xlt");
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 99999);
     EXPECT_TRUE(text.starts_with("Time\tLeft\r\n0.001\t1.5\r\n0.002\t1.5\r\n"));
@@ -205,9 +207,9 @@ TEST_F(ConvertWindowTest, AFullBlockLacksItsLastScan) {
 TEST_F(ConvertWindowTest, NamesAreThoseOfTheGraph) {
     OpenSaved(Polled(2, 1.0));
     PlotAttributes plot = window->ZelGraph1->Plot(1);
-    plot.name = u"Right"_qs;
+    plot.name = u"Right"_s;
     window->ZelGraph1->SetPlot(1, plot);
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tRight\r\n1\t0\t1");
 }
 
@@ -215,7 +217,7 @@ TEST_F(ConvertWindowTest, AFailedWriteEndsItWithWholeLines) {
     OpenSaved(PolledWithDigital(100, 0.1));
     {
         const FileSizeLimit full(45);
-        ConvertInto(u"texts"_qs);
+        ConvertInto(u"texts"_s);
     }
     EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"File too large", "Convert"}));
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11\r\n0.3\t20\t21");
@@ -228,7 +230,7 @@ TEST_F(ConvertWindowTest, MissingDataGiveHeaders) {
     fs::remove(saved / "Saved/DI.tld");
     OpenProject(project);
     EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"File not found", "ReadHisAIFile"}));
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ");
     EXPECT_EQ(Text("texts/DI.xlt"), "Time");
 }
@@ -239,7 +241,7 @@ TEST_F(ConvertWindowTest, ClosedFilesGiveHeaders) {
     EXPECT_FALSE(window->BtnHisConvert->isEnabled());
     window->BtnModeSwitch_Click();
     EXPECT_TRUE(window->BtnHisConvert->isEnabled());
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ");
     EXPECT_EQ(Text("texts/DI.xlt"), "Time\t1:0\t1:7\t2:4");
 }
@@ -248,19 +250,19 @@ TEST_F(ConvertWindowTest, DigitalDataEndWithTheScanCountOrTheFile) {
     SavedRecording recording = Digital(4, 1.0);
     recording.info.ScanCount = 2;
     OpenSaved(recording);
-    ConvertInto(u"fewer"_qs);
+    ConvertInto(u"fewer"_s);
     EXPECT_EQ(Text("fewer/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n1\t0\t0\t1\r\n2\t1\t0\t1");
     recording.info.ScanCount = 1000;
     recording.digital.pop_back(); // half of the last sample
     OpenProject(Save(recording, "Longer"));
-    ConvertInto(u"longer"_qs);
+    ConvertInto(u"longer"_s);
     EXPECT_EQ(Text("longer/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n1\t0\t0\t1\r\n2\t1\t0\t1\r\n3\t0\t0\t1");
 }
 
 TEST_F(ConvertWindowTest, PlaysFromTheStartAfterwards) {
     OpenSaved(Polled(5));
     window->ZelSliderR->MoveByUser(60.0);
-    ConvertInto(u"texts"_qs);
+    ConvertInto(u"texts"_s);
     EXPECT_EQ(window->HisScanIndex, 0);
     PlayByTheTick(1);
     Click(window->ChkPlay);
@@ -275,12 +277,12 @@ TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     OpenSaved(Polled(3));
     fs::create_directory(fs::path(window->szProgramPath) / "base");
     Convert([this](ConvertFileDialog& dialog) {
-        auto* list = dialog.findChild<QListWidget*>(u"Dir1"_qs);
-        list->setCurrentItem(list->findItems(u"base"_qs, Qt::MatchExactly).value(0));
+        auto* list = dialog.findChild<QListWidget*>(u"Dir1"_s);
+        list->setCurrentItem(list->findItems(u"base"_s, Qt::MatchExactly).value(0));
         QTest::keyClick(list, Qt::Key_Return);
-        Accept(dialog, u"one"_qs);
+        Accept(dialog, u"one"_s);
     });
-    ConvertInto(u"two"_qs);
+    ConvertInto(u"two"_s);
     EXPECT_TRUE(Exists("base/one/AI.xlt"));
     EXPECT_TRUE(Exists("base/two/AI.xlt"));
 }
@@ -333,7 +335,7 @@ TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
         Convert([&](ConvertFileDialog& dialog) {
             user.start(1);
             elapsed.start();
-            Accept(dialog, u"texts"_qs);
+            Accept(dialog, u"texts"_s);
         });
         user.stop();
         if (elapsed.elapsed() <= 500) {

@@ -12,6 +12,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -42,16 +44,16 @@ protected:
 
 TEST_F(DialogTest, ShowsItsParts) {
     const Dialog dialog(program, szDrive, szDir, szNewFolder);
-    EXPECT_EQ(dialog.windowTitle(), u"Save As"_qs);
+    EXPECT_EQ(dialog.windowTitle(), u"Save As"_s);
     EXPECT_TRUE(dialog.isModal());
     Find<QComboBox>(dialog, "Drive1");
     Find<QListWidget>(dialog, "Dir1");
-    EXPECT_EQ(Find<QPushButton>(dialog, "OKButton")->text().remove(u'&'), u"OK"_qs);
-    EXPECT_EQ(Find<QPushButton>(dialog, "BtnCancel")->text().remove(u'&'), u"Cancel"_qs);
+    EXPECT_EQ(Find<QPushButton>(dialog, "OKButton")->text().remove(u'&'), u"OK"_s);
+    EXPECT_EQ(Find<QPushButton>(dialog, "BtnCancel")->text().remove(u'&'), u"Cancel"_s);
     QStringList labels;
     for (const QLabel* label : dialog.findChildren<QLabel*>())
         labels << label->text();
-    EXPECT_TRUE(labels.contains(u"Folder Name"_qs));
+    EXPECT_TRUE(labels.contains(u"Folder Name"_s));
     for (const char* name : {"Drive1", "Dir1", "txtFolderName"})
         EXPECT_FALSE(Find<QWidget>(dialog, name)->accessibleName().isEmpty()) << name;
 }
@@ -73,10 +75,10 @@ TEST_F(DialogTest, OKStoresDriveFolderAndName) {
     EXPECT_EQ(szDir, program);
     const std::string driveBefore = szDrive;
     auto* drives = Find<QComboBox>(dialog, "Drive1");
-    drives->addItem(u"stick"_qs, QString::fromStdString(folder.Path()));
+    drives->addItem(u"stick"_s, QString::fromStdString(folder.Path()));
     drives->setCurrentIndex(drives->count() - 1);
     EXPECT_EQ(szDrive, driveBefore);
-    QTest::keyClicks(Find<QLineEdit>(dialog, "txtFolderName"), u"run 1"_qs);
+    QTest::keyClicks(Find<QLineEdit>(dialog, "txtFolderName"), u"run 1"_s);
     QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(szDir, folder.Path());
@@ -116,7 +118,7 @@ TEST_F(DialogTest, CancelInEveryFormEmptiesTheNameAndKeepsTheFolder) {
         szNewFolder = "before";
         Dialog dialog(program, szDrive, szDir, szNewFolder);
         dialog.show();
-        Find<QLineEdit>(dialog, "txtFolderName")->setText(u"typed"_qs);
+        Find<QLineEdit>(dialog, "txtFolderName")->setText(u"typed"_s);
         QTest::keyClick(Find<QListWidget>(dialog, "Dir1"), Qt::Key_Return); // goes up
         cancel(dialog);
         EXPECT_FALSE(dialog.isVisible());
@@ -132,7 +134,7 @@ TEST_F(DialogTest, ReopensWhereTheUserLeftIt) {
     const Dialog dialog(program, szDrive, szDir, szNewFolder);
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Path(), folder.Path());
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Drive(), "/");
-    EXPECT_EQ(Find<QLineEdit>(dialog, "txtFolderName")->text(), u""_qs);
+    EXPECT_EQ(Find<QLineEdit>(dialog, "txtFolderName")->text(), u""_s);
 }
 
 TEST_F(DialogTest, EverythingIsReachedByKeyboard) {
@@ -144,7 +146,7 @@ TEST_F(DialogTest, EverythingIsReachedByKeyboard) {
             visited << focus->objectName();
         QTest::keyClick(&dialog, Qt::Key_Tab);
     }
-    EXPECT_EQ(visited.value(0), u"txtFolderName"_qs) << "typing goes into the name";
+    EXPECT_EQ(visited.value(0), u"txtFolderName"_s) << "typing goes into the name";
     for (const char* name : {"Drive1", "Dir1", "txtFolderName", "OKButton", "BtnCancel"})
         EXPECT_TRUE(visited.contains(QLatin1String(name))) << name;
 }

@@ -11,6 +11,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -230,7 +232,7 @@ TEST_F(FolderListsTest, AFolderThatMayNotBeEnteredGivesWayToTheRoot) {
 TEST(MountedVolumes, AreFoldersWithTheRootFirst) {
     const QStringList volumes = MountedVolumes();
     ASSERT_FALSE(volumes.isEmpty());
-    EXPECT_EQ(volumes.first(), u"/"_qs);
+    EXPECT_EQ(volumes.first(), u"/"_s);
     for (const QString& volume : volumes) {
         EXPECT_TRUE(QFileInfo(volume).isDir()) << volume.toStdString();
         for (const char* kernels : {"/proc", "/sys", "/dev"})

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QLineEdit>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -37,7 +39,7 @@ protected:
     /// Presses Save As, types the name and presses a button of the dialog.
     void SaveAs(const QString& name, const char* button = "OKButton") {
         OnModalDialog<Dialog>([&](Dialog& dialog) {
-            dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
+            dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
             Click(dialog.findChild<QPushButton*>(QString::fromLatin1(button)));
         });
         Click(window->BtnSaveAs);
@@ -60,32 +62,32 @@ TEST_F(SaveAsTest, CopiesProjectAndDataAndAppendsThePaths) {
     Click(window->CkDISave2Disk);
     Record(3);
     const std::vector<std::uint8_t> work = Bytes(window->szProjectFileName);
-    SaveAs(u"run 1"_qs);
-    EXPECT_THAT(Saved(u"run 1"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"DI.tld"_qs, u"Project.tlp"_qs));
-    EXPECT_EQ(SavedBytes(u"run 1/AI.tld"_qs), Bytes(window->szAIFileName));
-    EXPECT_EQ(SavedBytes(u"run 1/DI.tld"_qs), Bytes(window->szDIFileName));
+    SaveAs(u"run 1"_s);
+    EXPECT_THAT(Saved(u"run 1"_s), UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"Project.tlp"_s));
+    EXPECT_EQ(SavedBytes(u"run 1/AI.tld"_s), Bytes(window->szAIFileName));
+    EXPECT_EQ(SavedBytes(u"run 1/DI.tld"_s), Bytes(window->szDIFileName));
     const std::string folderText = target.path().toStdString() + "\\run 1";
     std::string tail = folderText + "\\AI.tld";
     tail += '\0';
     tail += folderText + "\\DI.tld";
     std::vector<std::uint8_t> expected = work;
     expected.insert(expected.end(), tail.begin(), tail.end());
-    EXPECT_EQ(SavedBytes(u"run 1/Project.tlp"_qs), expected);
+    EXPECT_EQ(SavedBytes(u"run 1/Project.tlp"_s), expected);
     EXPECT_EQ(Bytes(window->szProjectFileName), work);
     EXPECT_FALSE(window->Files.IsOpen(frmMain::ProjectFileNum));
 }
 
 TEST_F(SaveAsTest, AnalogAloneStillNamesTheDigitalPath) {
     Record(1);
-    SaveAs(u"a"_qs);
-    EXPECT_THAT(Saved(u"a"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
-    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString());
+    SaveAs(u"a"_s);
+    EXPECT_THAT(Saved(u"a"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
+    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString());
     EXPECT_THAT(info.DIDataPath, EndsWith("\\a\\DI.tld"));
 }
 
 TEST_F(SaveAsTest, CancelAndEmptyNameCreateNothing) {
     Record(1);
-    SaveAs(u"x"_qs, "BtnCancel");
+    SaveAs(u"x"_s, "BtnCancel");
     SaveAs({});
     EXPECT_THAT(Saved(), IsEmpty());
     EXPECT_EQ(window->szNewFolder, "");
@@ -101,39 +103,39 @@ TEST_F(SaveAsTest, DialogClosedByCodeSavesNothing) {
 }
 
 TEST_F(SaveAsTest, ExistingFolderIsOverwrittenAndStaleDataStay) {
-    ASSERT_TRUE(QDir(target.path()).mkdir(u"a"_qs));
-    QFile stale(target.filePath(u"a/DI.tld"_qs));
+    ASSERT_TRUE(QDir(target.path()).mkdir(u"a"_s));
+    QFile stale(target.filePath(u"a/DI.tld"_s));
     ASSERT_TRUE(stale.open(QIODevice::WriteOnly));
     stale.write("old");
     stale.close();
-    QFile longer(target.filePath(u"a/Project.tlp"_qs));
+    QFile longer(target.filePath(u"a/Project.tlp"_s));
     ASSERT_TRUE(longer.open(QIODevice::WriteOnly));
     longer.write(QByteArray(5000, 'x'));
     longer.close();
     Record(2);
-    SaveAs(u"a"_qs);
-    EXPECT_EQ(SavedBytes(u"a/DI.tld"_qs).size(), 3U);
-    EXPECT_EQ(SavedBytes(u"a/AI.tld"_qs).size(), 8U);
-    EXPECT_LT(SavedBytes(u"a/Project.tlp"_qs).size(), 5000U);
+    SaveAs(u"a"_s);
+    EXPECT_EQ(SavedBytes(u"a/DI.tld"_s).size(), 3U);
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 8U);
+    EXPECT_LT(SavedBytes(u"a/Project.tlp"_s).size(), 5000U);
 }
 
 TEST_F(SaveAsTest, EachCopyHasOnePairOfPaths) {
     Record(2);
-    SaveAs(u"a"_qs);
-    SaveAs(u"a"_qs);
-    SaveAs(u"b"_qs);
-    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_qs).size(), SavedBytes(u"b/Project.tlp"_qs).size());
-    EXPECT_THAT(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).AIDataPath,
+    SaveAs(u"a"_s);
+    SaveAs(u"a"_s);
+    SaveAs(u"b"_s);
+    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_s).size(), SavedBytes(u"b/Project.tlp"_s).size());
+    EXPECT_THAT(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).AIDataPath,
                 EndsWith("\\a\\AI.tld"));
 }
 
 TEST_F(SaveAsTest, NextStartReopensTheProject) {
     Record(2);
-    SaveAs(u"a"_qs);
+    SaveAs(u"a"_s);
     Record(4);
     EXPECT_EQ(ReadProjectFile(window->szProjectFileName).ScanCount, 4);
-    SaveAs(u"b"_qs);
-    EXPECT_EQ(SavedBytes(u"b/AI.tld"_qs).size(), 16U);
+    SaveAs(u"b"_s);
+    EXPECT_EQ(SavedBytes(u"b/AI.tld"_s).size(), 16U);
 }
 
 TEST_F(SaveAsTest, StopRecordThatTheWorkFileDidNotTakeIsInTheSavedCopy) {
@@ -143,53 +145,53 @@ TEST_F(SaveAsTest, StopRecordThatTheWorkFileDidNotTakeIsInTheSavedCopy) {
     Tick(3);
     window->Files.Close(frmMain::ProjectFileNum); // as good as a full disk
     Click(window->BtnStart);
-    SaveAs(u"a"_qs);
-    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString());
+    SaveAs(u"a"_s);
+    const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString());
     EXPECT_EQ(info.ScanCount, 3);
     EXPECT_DOUBLE_EQ(info.ScanInterval, 0.1);
     EXPECT_THAT(info.AIDataPath, EndsWith("\\a\\AI.tld"));
     Record(2);
-    SaveAs(u"b"_qs);
-    EXPECT_EQ(SavedBytes(u"b/Project.tlp"_qs).size(), SavedBytes(u"a/Project.tlp"_qs).size());
-    EXPECT_EQ(ReadProjectFile(target.filePath(u"b/Project.tlp"_qs).toStdString()).ScanCount, 2);
+    SaveAs(u"b"_s);
+    EXPECT_EQ(SavedBytes(u"b/Project.tlp"_s).size(), SavedBytes(u"a/Project.tlp"_s).size());
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"b/Project.tlp"_s).toStdString()).ScanCount, 2);
 }
 
 TEST_F(SaveAsTest, DataFileDeletedUnderTheSessionIsLeftOutSilently) {
     Record(2);
     ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szAIFileName))));
-    SaveAs(u"a"_qs);
-    EXPECT_THAT(Saved(u"a"_qs), ElementsAre(u"Project.tlp"_qs));
-    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).ScanCount, 2);
+    SaveAs(u"a"_s);
+    EXPECT_THAT(Saved(u"a"_s), ElementsAre(u"Project.tlp"_s));
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 2);
 }
 
 TEST_F(SaveAsTest, ProjectThatIsGoneIsToldAndAnEarlierOneStays) {
     Record(2);
-    SaveAs(u"a"_qs);
-    const std::vector<std::uint8_t> earlier = SavedBytes(u"a/Project.tlp"_qs);
+    SaveAs(u"a"_s);
+    const std::vector<std::uint8_t> earlier = SavedBytes(u"a/Project.tlp"_s);
     Record(3);
     ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szProjectFileName))));
-    for (const QString& name : {u"a"_qs, u"b"_qs}) {
+    for (const QString& name : {u"a"_s, u"b"_s}) {
         SaveAs(name);
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File not found", "BtnSaveAs"}));
-        EXPECT_EQ(SavedBytes(name + u"/AI.tld"_qs).size(), 12U); // the samples are kept
+        EXPECT_EQ(SavedBytes(name + u"/AI.tld"_s).size(), 12U); // the samples are kept
     }
-    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_qs), earlier);
-    EXPECT_THAT(Saved(u"b"_qs), ElementsAre(u"AI.tld"_qs));
+    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_s), earlier);
+    EXPECT_THAT(Saved(u"b"_s), ElementsAre(u"AI.tld"_s));
     Record(1); // makes the project anew
-    SaveAs(u"c"_qs);
-    EXPECT_EQ(ReadProjectFile(target.filePath(u"c/Project.tlp"_qs).toStdString()).ScanCount, 1);
+    SaveAs(u"c"_s);
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"c/Project.tlp"_s).toStdString()).ScanCount, 1);
 }
 
 TEST_F(SaveAsTest, FullDiskIsToldAndLeavesNoProjectOfPathsAlone) {
     Record(2);
     {
         const FileSizeLimit full(10);
-        SaveAs(u"a"_qs);
+        SaveAs(u"a"_s);
     }
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File too large", "BtnSaveAs"}));
-    EXPECT_THAT(Saved(u"a"_qs), ElementsAre(u"AI.tld"_qs));
-    SaveAs(u"a"_qs);
-    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_qs).toStdString()).ScanCount, 2);
+    EXPECT_THAT(Saved(u"a"_s), ElementsAre(u"AI.tld"_s));
+    SaveAs(u"a"_s);
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 2);
 }
 
 TEST_F(SaveAsTest, FilesThatWereNotWrittenAreNotCopied) {
@@ -200,17 +202,17 @@ TEST_F(SaveAsTest, FilesThatWereNotWrittenAreNotCopied) {
     Tick(2);
     Click(window->BtnStart);
     EXPECT_TRUE(window->BtnSaveAs->isEnabled());
-    SaveAs(u"digital"_qs);
-    EXPECT_THAT(Saved(u"digital"_qs), UnorderedElementsAre(u"DI.tld"_qs, u"Project.tlp"_qs));
-    EXPECT_THAT(ReadProjectFile(target.filePath(u"digital/Project.tlp"_qs).toStdString()).AIDataPath,
+    SaveAs(u"digital"_s);
+    EXPECT_THAT(Saved(u"digital"_s), UnorderedElementsAre(u"DI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(ReadProjectFile(target.filePath(u"digital/Project.tlp"_s).toStdString()).AIDataPath,
                 EndsWith("\\digital\\AI.tld"));
 }
 
 TEST_F(SaveAsTest, FastDataReplaceThePolledCopy) {
     Record(2);
     window->FAIWritten = true; // both kinds in one session cannot come from the window
-    SaveAs(u"a"_qs);
-    EXPECT_EQ(SavedBytes(u"a/AI.tld"_qs), Bytes(window->szFAIFileName));
+    SaveAs(u"a"_s);
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s), Bytes(window->szFAIFileName));
 }
 
 TEST_F(SaveAsTest, FastRecordingIsSavedAsAnalogData) {
@@ -220,51 +222,51 @@ TEST_F(SaveAsTest, FastRecordingIsSavedAsAnalogData) {
     Click(window->CkAISave2Disk);
     Click(window->BtnStart);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
-    SaveAs(u"fast"_qs);
-    EXPECT_EQ(SavedBytes(u"fast/AI.tld"_qs).size(), 4096U * 4U);
+    SaveAs(u"fast"_s);
+    EXPECT_EQ(SavedBytes(u"fast/AI.tld"_s).size(), 4096U * 4U);
 }
 
 TEST_F(SaveAsTest, FolderWhoseParentIsMissingIsToldAndNothingIsMade) {
     Record(1);
-    SaveAs(u"none/run"_qs);
+    SaveAs(u"none/run"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
     EXPECT_THAT(Saved(), IsEmpty());
-    SaveAs(u"good"_qs);
-    EXPECT_THAT(Saved(u"good"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
+    SaveAs(u"good"_s);
+    EXPECT_THAT(Saved(u"good"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
 }
 
 TEST_F(SaveAsTest, NameMayGoThroughFoldersThatExist) {
-    ASSERT_TRUE(QDir(target.path()).mkdir(u"day"_qs));
+    ASSERT_TRUE(QDir(target.path()).mkdir(u"day"_s));
     Record(1);
-    SaveAs(u"day/run"_qs);
-    EXPECT_THAT(Saved(u"day/run"_qs), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs));
-    SaveAs(u"day/.."_qs);
-    EXPECT_THAT(Saved(), UnorderedElementsAre(u"AI.tld"_qs, u"Project.tlp"_qs, u"day"_qs));
+    SaveAs(u"day/run"_s);
+    EXPECT_THAT(Saved(u"day/run"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
+    SaveAs(u"day/.."_s);
+    EXPECT_THAT(Saved(), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"day"_s));
 }
 
 TEST_F(SaveAsTest, TargetThatIsAFileIsTold) {
-    QFile file(target.filePath(u"taken"_qs));
+    QFile file(target.filePath(u"taken"_s));
     ASSERT_TRUE(file.open(QIODevice::WriteOnly));
     file.close();
     Record(1);
-    SaveAs(u"taken"_qs);
+    SaveAs(u"taken"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
 }
 
 TEST_F(SaveAsTest, FileSystemThatCannotBeWrittenIsTold) {
     window->szDir = "/proc";
     Record(1);
-    SaveAs(u"run"_qs);
+    SaveAs(u"run"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(testing::Field(&Box::title, "BtnSaveAs")));
 }
 
 TEST_F(SaveAsTest, DialogReopensWhereTheUserLeftIt) {
     Record(1);
-    SaveAs(u"a"_qs);
+    SaveAs(u"a"_s);
     EXPECT_EQ(window->szDir, target.path().toStdString());
     EXPECT_EQ(window->szNewFolder, "a");
     OnModalDialog<Dialog>([&](Dialog& dialog) {
-        EXPECT_EQ(dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->text(), QString());
+        EXPECT_EQ(dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->text(), QString());
         dialog.reject();
     });
     Click(window->BtnSaveAs);

@@ -6,6 +6,8 @@
 #include <QDir>
 #include <QFile>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -196,7 +198,7 @@ TEST_F(WriteProjectInfoTest, HeaderThatCannotBeWrittenShowsOnTheBoxesOfWhatIsRec
         bool di;
     } cases[] = {{false, false}, {true, false}, {false, true}, {true, true}};
     const auto told = [](const QCheckBox* box) {
-        return box->toolTip().startsWith(u"Recording stopped: "_qs) && !box->styleSheet().isEmpty();
+        return box->toolTip().startsWith(u"Recording stopped: "_s) && !box->styleSheet().isEmpty();
     };
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.ai << c.di);

@@ -7,6 +7,8 @@
 #include <QAbstractItemView>
 #include <QColorDialog>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -38,7 +40,7 @@ TEST_F(GraphSetTest, StylesBehindADifferentialPairGoToTheirChannels) {
         Choose(3);
         Ok();
     });
-    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"AI 2"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"AI 2"_s);
     EXPECT_EQ(window->ZelGraph1->Plot(1).lineStyle, 3);
     EXPECT_EQ(window->M1.AIPlotLineStyle[2], 3);
     EXPECT_EQ(window->M1.AIPlotLineStyle[1], 0);
@@ -208,7 +210,7 @@ TEST_F(GraphSetTest, CoversColoursOfLinesAndOfARecording) {
 TEST_F(GraphSetTest, PlotOutsideATableIsAFault) {
     Scan(0, 2);
     InDialog([&] {
-        Find<QLineEdit>("txtXMax")->setText(u"20"_qs);
+        Find<QLineEdit>("txtXMax")->setText(u"20"_s);
         Select(0);
         Choose(1);
         window->M1.AIPlotLineStyle.Resize(1);
@@ -232,7 +234,7 @@ TEST_F(GraphSetTest, ChosenColourIsStoredRaw) {
     InDialog([&] {
         Select(0);
         OnModalDialog<QColorDialog>([](QColorDialog& chooser) {
-            EXPECT_EQ(chooser.objectName(), u"CommonDialog1"_qs);
+            EXPECT_EQ(chooser.objectName(), u"CommonDialog1"_s);
             EXPECT_EQ(chooser.currentColor(), QColor(0xFF, 0, 0));
             chooser.setCurrentColor(QColor(0x12, 0x34, 0x56));
             chooser.accept();

@@ -7,6 +7,8 @@
 
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -18,38 +20,38 @@ TEST_F(GraphSetTest, ShowsThePlotsAndTheRanges) {
     Scan(0, 2);
     SelectPorts(0, {0x01});
     InDialog([&] {
-        EXPECT_EQ(dialog->windowTitle(), u"Graph Setting"_qs);
+        EXPECT_EQ(dialog->windowTitle(), u"Graph Setting"_s);
         const auto* list = Find<QListWidget>("lstPlots");
         ASSERT_EQ(list->count(), 3);
-        EXPECT_EQ(list->item(0)->text(), u"AI 0"_qs);
-        EXPECT_EQ(list->item(2)->text(), u"DI 0:0"_qs);
+        EXPECT_EQ(list->item(0)->text(), u"AI 0"_s);
+        EXPECT_EQ(list->item(2)->text(), u"DI 0:0"_s);
         const auto* styles = Find<QComboBox>("CmbLineStyle");
         ASSERT_EQ(styles->count(), 5);
-        EXPECT_EQ(styles->itemText(0), u"Solid"_qs);
-        EXPECT_EQ(styles->itemText(1), u"Dash"_qs);
-        EXPECT_EQ(styles->itemText(2), u"Dot"_qs);
-        EXPECT_EQ(styles->itemText(3), u"DashDot"_qs);
-        EXPECT_EQ(styles->itemText(4), u"DashDotDot"_qs);
+        EXPECT_EQ(styles->itemText(0), u"Solid"_s);
+        EXPECT_EQ(styles->itemText(1), u"Dash"_s);
+        EXPECT_EQ(styles->itemText(2), u"Dot"_s);
+        EXPECT_EQ(styles->itemText(3), u"DashDot"_s);
+        EXPECT_EQ(styles->itemText(4), u"DashDotDot"_s);
         EXPECT_FALSE(Find<QCheckBox>("chkXAutoS")->isChecked());
         EXPECT_FALSE(Find<QCheckBox>("chkYAutoS")->isChecked());
-        EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
-        EXPECT_EQ(TextOf("txtXMax"), u"10"_qs);
-        EXPECT_EQ(TextOf("txtYMin"), u"-10"_qs);
-        EXPECT_EQ(TextOf("txtYMax"), u"10"_qs);
+        EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
+        EXPECT_EQ(TextOf("txtXMax"), u"10"_s);
+        EXPECT_EQ(TextOf("txtYMin"), u"-10"_s);
+        EXPECT_EQ(TextOf("txtYMax"), u"10"_s);
         EXPECT_TRUE(Find<QLineEdit>("txtXMin")->isEnabled());
-        EXPECT_EQ(Find<QLineEdit>("txtXMax")->toolTip(), u"input the range you want"_qs);
-        EXPECT_EQ(Find<QLabel>("Label7")->text(), u"LineColor"_qs);
-        EXPECT_EQ(Find<QLabel>("Label6")->text(), u"LineStyle"_qs);
-        EXPECT_EQ(Find<QLabel>("Label4")->text(), u"Min:"_qs);
-        EXPECT_EQ(Find<QLabel>("Label5")->text(), u"Max:"_qs);
-        EXPECT_EQ(Find<QGroupBox>("framePlots")->title(), u"Plots"_qs);
-        EXPECT_EQ(Find<QGroupBox>("frameAxes")->title(), u"Axes"_qs);
-        EXPECT_EQ(Find<QGroupBox>("Frame1")->title(), u"X"_qs);
-        EXPECT_EQ(Find<QGroupBox>("Frame2")->title(), u"Y"_qs);
-        EXPECT_EQ(Find<QCheckBox>("chkXAutoS")->text(), u"AutoScale"_qs);
-        EXPECT_EQ(Find<QCheckBox>("chkYAutoS")->text(), u"AutoScale"_qs);
-        EXPECT_EQ(Find<QPushButton>("BtnApply")->text(), u"OK"_qs);
-        EXPECT_EQ(Find<QPushButton>("BtnCancel")->text(), u"Cancel"_qs);
+        EXPECT_EQ(Find<QLineEdit>("txtXMax")->toolTip(), u"input the range you want"_s);
+        EXPECT_EQ(Find<QLabel>("Label7")->text(), u"LineColor"_s);
+        EXPECT_EQ(Find<QLabel>("Label6")->text(), u"LineStyle"_s);
+        EXPECT_EQ(Find<QLabel>("Label4")->text(), u"Min:"_s);
+        EXPECT_EQ(Find<QLabel>("Label5")->text(), u"Max:"_s);
+        EXPECT_EQ(Find<QGroupBox>("framePlots")->title(), u"Plots"_s);
+        EXPECT_EQ(Find<QGroupBox>("frameAxes")->title(), u"Axes"_s);
+        EXPECT_EQ(Find<QGroupBox>("Frame1")->title(), u"X"_s);
+        EXPECT_EQ(Find<QGroupBox>("Frame2")->title(), u"Y"_s);
+        EXPECT_EQ(Find<QCheckBox>("chkXAutoS")->text(), u"AutoScale"_s);
+        EXPECT_EQ(Find<QCheckBox>("chkYAutoS")->text(), u"AutoScale"_s);
+        EXPECT_EQ(Find<QPushButton>("BtnApply")->text(), u"OK"_s);
+        EXPECT_EQ(Find<QPushButton>("BtnCancel")->text(), u"Cancel"_s);
         EXPECT_TRUE(Find<QPushButton>("BtnColor")->text().isEmpty());
     });
 }
@@ -73,7 +75,7 @@ TEST_F(GraphSetTest, AutomaticScaleIsOffEvenWhenTheRangeIsRefused) {
     window->ZelGraph1->SetAxisAutoScale(XAxis, true);
     InDialog([&] {
         Click(Find<QCheckBox>("chkXAutoS"));
-        Find<QLineEdit>("txtXMin")->setText(u"abc"_qs);
+        Find<QLineEdit>("txtXMin")->setText(u"abc"_s);
         Ok();
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
     });
@@ -112,16 +114,16 @@ TEST_F(GraphSetTest, CancelForgets) {
 TEST_F(GraphSetTest, ClicksOnTheBoxesRefillTheRanges) {
     InDialog([&] {
         for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
-            Find<QLineEdit>(box)->setText(u"abc"_qs);
+            Find<QLineEdit>(box)->setText(u"abc"_s);
         Click(Find<QCheckBox>("chkXAutoS"));
         Click(Find<QCheckBox>("chkYAutoS"));
         for (int twice = 0; twice < 2; ++twice) {
-            EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
-            EXPECT_EQ(TextOf("txtXMax"), u"10"_qs);
-            EXPECT_EQ(TextOf("txtYMin"), u"-10"_qs);
-            EXPECT_EQ(TextOf("txtYMax"), u"10"_qs);
+            EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
+            EXPECT_EQ(TextOf("txtXMax"), u"10"_s);
+            EXPECT_EQ(TextOf("txtYMin"), u"-10"_s);
+            EXPECT_EQ(TextOf("txtYMax"), u"10"_s);
             for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
-                Find<QLineEdit>(box)->setText(u"7"_qs);
+                Find<QLineEdit>(box)->setText(u"7"_s);
             Find<QCheckBox>("chkXAutoS")->setChecked(twice == 1);
             Find<QCheckBox>("chkYAutoS")->setChecked(twice == 1);
         }
@@ -136,11 +138,11 @@ TEST_F(GraphSetTest, PlayingRecordingLeavesTheAxisGroupAsMade) {
         EXPECT_TRUE(Find<QCheckBox>("chkXAutoS")->isChecked());
         EXPECT_TRUE(TextOf("txtXMax").isEmpty());
         Click(Find<QCheckBox>("chkXAutoS"));
-        EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
-        EXPECT_EQ(TextOf("txtXMax"), u"25"_qs);
+        EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
+        EXPECT_EQ(TextOf("txtXMax"), u"25"_s);
         EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
         Click(Find<QCheckBox>("chkYAutoS"));
-        EXPECT_EQ(TextOf("txtYMin"), u"-10"_qs);
+        EXPECT_EQ(TextOf("txtYMin"), u"-10"_s);
         EXPECT_TRUE(Find<QLineEdit>("txtYMin")->isEnabled());
     });
     window->isHisPlaying = false;
@@ -148,10 +150,10 @@ TEST_F(GraphSetTest, PlayingRecordingLeavesTheAxisGroupAsMade) {
 
 TEST_F(GraphSetTest, AFaultLeavesEarlierStepsInForce) {
     InDialog([&] {
-        Find<QLineEdit>("txtXMin")->setText(u"1"_qs);
-        Find<QLineEdit>("txtXMax")->setText(u"3"_qs);
-        Find<QLineEdit>("txtYMin")->setText(u"-2"_qs);
-        Find<QLineEdit>("txtYMax")->setText(u"x"_qs);
+        Find<QLineEdit>("txtXMin")->setText(u"1"_s);
+        Find<QLineEdit>("txtXMax")->setText(u"3"_s);
+        Find<QLineEdit>("txtYMin")->setText(u"-2"_s);
+        Find<QLineEdit>("txtYMax")->setText(u"x"_s);
         Ok();
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
     });
@@ -168,8 +170,8 @@ TEST_F(GraphSetTest, CancelledDialogRebuildsThePlotsToo) {
         window->M1.AIPlotName[0] = "Pressure";
         dialog->close();
     });
-    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"Pressure"_qs);
-    EXPECT_EQ(window->ListView1->topLevelItem(0)->text(0), u"Pressure"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"Pressure"_s);
+    EXPECT_EQ(window->ListView1->topLevelItem(0)->text(0), u"Pressure"_s);
 }
 
 TEST_F(GraphSetTest, OpensWithoutAnyPlot) {
@@ -255,7 +257,7 @@ TEST_F(GraphSetTest, OkSetsAxesAndTimeBase) {
     EXPECT_EQ(window->ZelGraph1->AxisMin(VoltageAxis), -1.5);
     EXPECT_EQ(window->ZelGraph1->AxisMax(VoltageAxis), 1000.0);
     EXPECT_EQ(window->dDIVValue, 2.5);
-    EXPECT_EQ(window->ZelLED1->Text(), u"2.500000"_qs);
+    EXPECT_EQ(window->ZelLED1->Text(), u"2.500000"_s);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 251);
 }
 
@@ -267,7 +269,7 @@ TEST_F(GraphSetTest, AutoScaleIsNotReadFromTheBoxes) {
         EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
         EXPECT_FALSE(Find<QLineEdit>("txtYMin")->isEnabled());
         EXPECT_FALSE(Find<QLineEdit>("txtYMax")->isEnabled());
-        Find<QLineEdit>("txtXMax")->setText(u"abc"_qs);
+        Find<QLineEdit>("txtXMax")->setText(u"abc"_s);
         Ok();
         EXPECT_FALSE(dialog->isVisible());
     });
@@ -319,8 +321,8 @@ TEST_F(GraphSetTest, RunningSessionLeavesTheAxisGroupAsMade) {
         EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
         EXPECT_FALSE(Find<QLineEdit>("txtYMax")->isEnabled());
         Click(Find<QCheckBox>("chkXAutoS"));
-        EXPECT_EQ(TextOf("txtXMin"), u"0"_qs);
-        EXPECT_EQ(TextOf("txtXMax"), u"10"_qs);
+        EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
+        EXPECT_EQ(TextOf("txtXMax"), u"10"_s);
         EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
         EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
         Select(0);

@@ -5,6 +5,8 @@
 
 #include <QMenu>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -59,7 +61,7 @@ protected:
 };
 
 TEST_F(InteractionTest, MenuHasItsEntriesInOrder) {
-    EXPECT_EQ(window->Menufile->title(), u"Popup Menu"_qs);
+    EXPECT_EQ(window->Menufile->title(), u"Popup Menu"_s);
     std::vector<std::string> names;
     std::vector<std::string> captions;
     for (const QAction* action : window->Menufile->actions()) {
@@ -261,7 +263,7 @@ TEST_F(InteractionTest, MouseUpTakesTheSpanAsItIs) {
     window->ZelGraph1->AxisSetRange(XAxis, 3.0, 5.5);
     emit window->ZelGraph1->MouseUp(1, 0, 0, 0);
     EXPECT_DOUBLE_EQ(window->dDIVValue, 0.25);
-    EXPECT_EQ(window->ZelLED1->Text(), u".250000"_qs);
+    EXPECT_EQ(window->ZelLED1->Text(), u".250000"_s);
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 3.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 5.5);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 26);
@@ -297,7 +299,7 @@ TEST_F(InteractionTest, PanMovesTheAxisAndKeepsTheTimeBase) {
 }
 
 TEST_F(InteractionTest, ErrorsShowExceptTheOne) {
-    emit window->ZelGraph1->Error(7, u"Out of memory!"_qs);
+    emit window->ZelGraph1->Error(7, u"Out of memory!"_s);
     EXPECT_THAT(boxes.Take(), IsEmpty());
     for (const char* text : {"Out of memory", "out of memory!", "Bad axis"}) {
         emit window->ZelGraph1->Error(7, QString::fromLatin1(text));

@@ -5,6 +5,8 @@
 
 #include <QTreeWidget>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -140,8 +142,8 @@ TEST_F(PlotsTest, ListRowShowsTheStrokeInThePlotsColour) {
         EXPECT_EQ(item->text(1), QString::fromLatin1(glyphs[row]));
         EXPECT_EQ(item->foreground(1).color(), QColor(0xFF, 0x80, 0x00));
     }
-    EXPECT_EQ(window->ListView1->headerItem()->text(0), u" Chan"_qs);
-    EXPECT_EQ(window->ListView1->headerItem()->text(1), u" Line"_qs);
+    EXPECT_EQ(window->ListView1->headerItem()->text(0), u" Chan"_s);
+    EXPECT_EQ(window->ListView1->headerItem()->text(1), u" Line"_s);
 }
 
 TEST_F(PlotsTest, LineCountBeyondThePlotsListsWhatThereIs) {
@@ -157,12 +159,12 @@ TEST_F(PlotsTest, StepMovesTheAxisAroundItsMiddle) {
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), -20.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 30.0);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 501);
-    EXPECT_EQ(window->ZelLED1->Text(), u"5.000000"_qs);
+    EXPECT_EQ(window->ZelLED1->Text(), u"5.000000"_s);
     EXPECT_TRUE(window->ZelLED1->Enabled());
     EXPECT_FALSE(window->isNumEditEventFired);
     window->ZelLED1->Step(false);
     window->ZelLED1->Step(false);
-    EXPECT_EQ(window->ZelLED1->Text(), u".200000"_qs);
+    EXPECT_EQ(window->ZelLED1->Text(), u".200000"_s);
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 4.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 6.0);
 }
@@ -250,7 +252,7 @@ TEST_F(PlotsTest, ListOfARecordingIgnoresTheSwitches) {
     EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);
     EXPECT_EQ(window->ZelGraph1->Plot(1).color, 0x80000016U);
     EXPECT_EQ(window->ZelGraph1->Plot(2).axis, DigitalAxis);
-    EXPECT_EQ(window->ListView1->topLevelItem(2)->text(1), u"- . - ."_qs);
+    EXPECT_EQ(window->ListView1->topLevelItem(2)->text(1), u"- . - ."_s);
     window->bHistoryMode = false;
 }
 

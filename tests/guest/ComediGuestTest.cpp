@@ -12,6 +12,8 @@
 #include <cmath>
 #include <thread>
 
+using namespace Qt::StringLiterals;
+
 // Real boards through the real window, on Comedi's own drivers as the guest attaches them: comedi0 is a
 // waveform board (channel 0 a sawtooth, channel 1 a square wave, of 1 V and 100 ms), comedi1 the parallel
 // port, comedi2 an 8255 chip. Codes of the waveform board are 16 bits over -10 to 10 V, with 0 V at code
@@ -55,7 +57,7 @@ StreamSetup StreamOf(const AnalogBoard& board, std::int32_t channels, double rat
 }
 
 int Configure(const QStringList& arguments) {
-    return QProcess::execute(u"comedi_config"_qs, arguments);
+    return QProcess::execute(u"comedi_config"_s, arguments);
 }
 
 // Every scan of a recording. The sawtooth rises from one scan to the next by 2 V a period and falls back once
@@ -261,7 +263,7 @@ TEST(ComediBoardsInGuest, PortsGiveThePatternsOfThe8255) {
 }
 
 TEST_F(ComediGuestTest, TheRealBoardsAreSelected) {
-    EXPECT_EQ(window->ZelAI1->DeviceName(), u"comedi_test"_qs);
+    EXPECT_EQ(window->ZelAI1->DeviceName(), u"comedi_test"_s);
     window->ZelAI1->SetChannel(0);
     window->ZelAI1->SetSignalConnection(Differential);
     EXPECT_EQ(window->ZelAI1->SignalConnection(), SingleEnded);
@@ -311,10 +313,10 @@ TEST_F(ComediGuestTest, ABoardThatIsDetachedBetweenSessionsIsMissedAndFoundAgain
     UseFastInput(2, 20000.0, 2048, false);
     TurnOnAI();
     RunOneShot();
-    ASSERT_EQ(Configure({u"-r"_qs, u"/dev/comedi0"_qs}), 0);
+    ASSERT_EQ(Configure({u"-r"_s, u"/dev/comedi0"_s}), 0);
     EXPECT_THROW(window->ZelAI1->StartBufferedAI(2048, false), RunTimeError);
-    EXPECT_EQ(window->ZelAI1->ErrorText(), u"The board is not there any more"_qs);
-    ASSERT_EQ(Configure({u"/dev/comedi0"_qs, u"comedi_test"_qs, u"1000000,100000"_qs}), 0);
+    EXPECT_EQ(window->ZelAI1->ErrorText(), u"The board is not there any more"_s);
+    ASSERT_EQ(Configure({u"/dev/comedi0"_s, u"comedi_test"_s, u"1000000,100000"_s}), 0);
     RunOneShot();
     EXPECT_EQ(window->ScanCount, 1024);
 }

@@ -104,7 +104,8 @@ protected:
         bool shown = false;
         OnModalDialog<QFileDialog>([&](QFileDialog& dialog) {
             shown = true;
-            dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)->setText(QString::fromStdString(path));
+            dialog.findChild<QLineEdit*>(QStringLiteral("fileNameEdit"))
+                ->setText(QString::fromStdString(path));
             Click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open));
         });
         Click(window->BtnHistory);

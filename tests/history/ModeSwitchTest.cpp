@@ -2,6 +2,8 @@
 
 #include "graph/frmGraphSet.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -132,7 +134,7 @@ TEST_F(ModeSwitchTest, LeftInAPauseNothingPlaysAndThePlaceIsKept) {
     std::string range;
     bool minimumIsOn = false;
     OnModalDialog<frmGraphSet>([&](frmGraphSet& dialog) {
-        const auto* minimum = dialog.findChild<QLineEdit*>(u"txtXMin"_qs);
+        const auto* minimum = dialog.findChild<QLineEdit*>(u"txtXMin"_s);
         range = minimum->text().toStdString();
         minimumIsOn = minimum->isEnabled();
         dialog.reject();

@@ -3,6 +3,8 @@
 #include <QTreeWidget>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -61,12 +63,12 @@ TEST_F(OpenHistoryTest, DialogOffersProjects) {
         name = dialog.objectName().toStdString();
         filters = dialog.nameFilters();
         suffix = dialog.defaultSuffix();
-        typed = dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)->text();
+        typed = dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)->text();
         dialog.reject();
     });
     Click(window->BtnHistory);
     EXPECT_EQ(name, "CommonDialog1");
-    EXPECT_EQ(filters, QStringList{u"Tracelet AI data file manager(*.tlp)"_qs});
+    EXPECT_EQ(filters, QStringList{u"Tracelet AI data file manager(*.tlp)"_s});
     EXPECT_EQ(suffix, u"tlp");
     EXPECT_EQ(typed, u"");
 }
@@ -220,7 +222,7 @@ TEST_F(OpenHistoryTest, SpeedAppliesEvenWhenTheSliderStandsThere) {
 
 TEST_F(OpenHistoryTest, TimerIsFoundByItsName) {
     OpenSaved(Polled(3));
-    EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(u"HistoryTimer"_qs));
+    EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(u"HistoryTimer"_s));
 }
 
 TEST_F(OpenHistoryTest, TimerThatCodeStartedIsStopped) {
@@ -267,7 +269,7 @@ TEST_F(OpenHistoryTest, PlotsAreBuiltBeforeTheDataFilesAndTheAxisAfterThem) {
 TEST_F(OpenHistoryTest, FolderOfThatNameIsEnteredNotOpened) {
     std::filesystem::create_directory(saved / "Folder.tlp");
     OnModalDialog<QFileDialog>([&](QFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>(u"fileNameEdit"_qs)
+        dialog.findChild<QLineEdit*>(u"fileNameEdit"_s)
             ->setText(QString::fromStdString(saved / "Folder.tlp"));
         Click(dialog.findChild<QDialogButtonBox*>()->button(QDialogButtonBox::Open));
         EXPECT_TRUE(dialog.isVisible());

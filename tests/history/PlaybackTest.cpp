@@ -1,5 +1,7 @@
 #include "tests/history/PlaybackWindowTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -297,7 +299,7 @@ TEST_F(PlaybackTest, ClosingTheWindowStopsThePlayback) {
 TEST_F(PlaybackTest, OtherTimersDoNotPlay) {
     OpenSaved(Polled(10));
     Click(window->ChkPlay);
-    window->ZelHiResTimerCtl1_OnTimer(u"historytimer"_qs);
+    window->ZelHiResTimerCtl1_OnTimer(u"historytimer"_s);
     window->ZelHiResTimerCtl1_OnTimer({});
     EXPECT_THAT(PointsOf(0), IsEmpty());
 }

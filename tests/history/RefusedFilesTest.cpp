@@ -4,6 +4,8 @@
 #include "export/ConvertFileDialog.h"
 #include "files/Dialog.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -97,8 +99,8 @@ TEST_F(RefusedFilesTest, ConversionMakesNoFolder) {
     if (!IsOrdinary(user))
         GTEST_SKIP() << "no other user gets in here";
     OnModalDialog<ConvertFileDialog>([](ConvertFileDialog& dialog) {
-        dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(u"texts"_qs);
-        Click(dialog.findChild<QPushButton*>(u"OKButton"_qs));
+        dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(u"texts"_s);
+        Click(dialog.findChild<QPushButton*>(u"OKButton"_s));
     });
     Click(window->BtnHisConvert);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Create Directory Fail", "Tracelet"}));
@@ -114,21 +116,21 @@ TEST_F(RefusedFilesTest, SaveAsIsToldAndTheEarlierRecordingStays) {
     window->szDir = saved.Path();
     const auto saveAs = [this](const QString& name) {
         OnModalDialog<Dialog>([&](Dialog& dialog) {
-            dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
-            Click(dialog.findChild<QPushButton*>(u"OKButton"_qs));
+            dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
+            Click(dialog.findChild<QPushButton*>(u"OKButton"_s));
         });
         Click(window->BtnSaveAs);
     };
-    saveAs(u"run"_qs);
+    saveAs(u"run"_s);
     const std::string earlier = ContentOf(saved / "run/Project.tlp");
     Permit("run/Project.tlp", 0444);
     const OrdinaryUser user;
     if (!IsOrdinary(user))
         GTEST_SKIP() << "no other user gets in here";
-    saveAs(u"run"_qs);
+    saveAs(u"run"_s);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Permission denied", "BtnSaveAs"}));
     EXPECT_EQ(ContentOf(saved / "run/Project.tlp"), earlier);
-    saveAs(u"other"_qs); // its folder cannot be made
+    saveAs(u"other"_s); // its folder cannot be made
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
 }
 

@@ -16,13 +16,15 @@
 #include <fstream>
 #include <unistd.h>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
 constexpr long mostMiB = 4096; // sanitizers keep freed memory for a while
 
 void CheckRunning(const frmMain& window) {
-    Require(window.BtnStart->text() == u"Stop"_qs, "a session runs: the button says Stop");
+    Require(window.BtnStart->text() == u"Stop"_s, "a session runs: the button says Stop");
     Require(!window.FrameSet->isEnabled(), "a session runs: no device settings");
     Require(!window.ZelButton1->isEnabled() && !window.ZelButton2->isEnabled(),
             "a session runs: no switches");
@@ -58,7 +60,7 @@ void CheckProjectFile(const frmMain& window) {
                 "the project file has the scans of the session");
         Require(std::isfinite(info.ScanInterval) && info.ScanInterval >= 0, "the interval is a time");
     } catch (const std::exception& error) {
-        Fail(u"the project file of a stopped session does not read: "_qs + QString::fromUtf8(error.what()));
+        Fail(u"the project file of a stopped session does not read: "_s + QString::fromUtf8(error.what()));
     }
 }
 
@@ -90,11 +92,11 @@ void CheckWindow(const frmMain& window) {
     Require(ResidentMiB() < mostMiB, "memory is bounded");
     if (window.isSystemRunning)
         return CheckRunning(window);
-    Require(window.BtnStart->text() == u"Start"_qs, "no session runs: the button says Start");
+    Require(window.BtnStart->text() == u"Start"_s, "no session runs: the button says Start");
     CheckProjectFile(window);
     if (window.bHistoryMode) {
         Require(!window.FrameSet->isEnabled() || !window.BtnStart->isEnabled(), "history mode: no session");
-        Require(window.BtnModeSwitch->text() == u"Acquisition"_qs, "history mode: the way back is offered");
+        Require(window.BtnModeSwitch->text() == u"Acquisition"_s, "history mode: the way back is offered");
     } else {
         CheckIdle(window);
     }

@@ -19,6 +19,8 @@
 #include <QTest>
 #include <QTimer>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -47,7 +49,7 @@ void Monkey::WatchDialogs() {
 }
 
 void Monkey::ActOnPopup(QWidget& popup) {
-    Note(u"in popup %1"_qs.arg(NameOf(popup)));
+    Note(u"in popup %1"_s.arg(NameOf(popup)));
     if (random.Percent(40)) {
         popup.close();
         return;
@@ -60,7 +62,7 @@ void Monkey::ActOnDialog(QDialog& dialog) {
     const int deeds = dialog.property(deedsProperty).toInt() + 1;
     dialog.setProperty(deedsProperty, deeds);
     if (deeds > refusals)
-        Fail(u"%1 will not close"_qs.arg(NameOf(dialog)));
+        Fail(u"%1 will not close"_s.arg(NameOf(dialog)));
     if (auto* box = qobject_cast<QMessageBox*>(&dialog))
         return Answer(*box);
     if (auto* files = qobject_cast<QFileDialog*>(&dialog))
@@ -68,9 +70,9 @@ void Monkey::ActOnDialog(QDialog& dialog) {
     if (auto* colors = qobject_cast<QColorDialog*>(&dialog))
         colors->setCurrentColor(QColor::fromRgb(random.Below(0x1000000) | 0xFF000000U));
     const QString name = dialog.objectName();
-    if (name == u"Dialog"_qs || name == u"ConvertFileDialog"_qs)
+    if (name == u"Dialog"_s || name == u"ConvertFileDialog"_s)
         return NameFolder(dialog);
-    if (deeds > patience || random.Percent(8) || name == u"CommonDialog1"_qs)
+    if (deeds > patience || random.Percent(8) || name == u"CommonDialog1"_s)
         return Leave(dialog);
     auto* settings = qobject_cast<frmSetting*>(&dialog);
     if (settings != nullptr && random.Percent(15))
@@ -81,13 +83,13 @@ void Monkey::ActOnDialog(QDialog& dialog) {
 }
 
 void Monkey::Answer(QMessageBox& box) {
-    const QString told = u"\"%1\", title \"%2\""_qs.arg(box.text(), box.windowTitle());
-    Note(u"message box "_qs + told);
+    const QString told = u"\"%1\", title \"%2\""_s.arg(box.text(), box.windowTitle());
+    Note(u"message box "_s + told);
     ++messages[told.toStdString()];
     if (box.standardButtons() != QMessageBox::Ok)
-        Fail(u"a message box has more than an OK button: "_qs + told);
+        Fail(u"a message box has more than an OK button: "_s + told);
     if (box.text().isEmpty() || box.windowTitle().isEmpty())
-        Fail(u"a message box says nothing: "_qs + told);
+        Fail(u"a message box says nothing: "_s + told);
     switch (random.Below(3)) {
     case 0:
         return QTest::keyClick(&box, Qt::Key_Escape);
@@ -103,8 +105,8 @@ void Monkey::ChooseFile(QFileDialog& dialog) {
     QDialog& base = dialog;
     if (recordings.isEmpty() || random.Percent(15))
         return base.reject();
-    const QString path = random.Percent(5) ? root.filePath(u"not there.tlp"_qs) : random.Pick(recordings);
-    Note(u"choose "_qs + path);
+    const QString path = random.Percent(5) ? root.filePath(u"not there.tlp"_s) : random.Pick(recordings);
+    Note(u"choose "_s + path);
     dialog.selectFile(path);
     base.accept();
     if (dialog.isVisible())
@@ -119,15 +121,15 @@ void Monkey::NameFolder(QDialog& dialog) {
         if (box->isEnabled() && random.Percent(20))
             box->click();
     const QString name = FolderName(random);
-    Note(u"name the folder \"%1\""_qs.arg(name));
-    dialog.findChild<QLineEdit*>(u"txtFolderName"_qs)->setText(name);
-    QTest::mouseClick(dialog.findChild<QPushButton*>(u"OKButton"_qs), Qt::LeftButton);
+    Note(u"name the folder \"%1\""_s.arg(name));
+    dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
+    QTest::mouseClick(dialog.findChild<QPushButton*>(u"OKButton"_s), Qt::LeftButton);
 }
 
 // Settings that lead somewhere; poking alone seldom finds any.
 void Monkey::ChooseSettings(frmSetting& dialog) {
     const int page = random.Below(2);
-    Note(u"choose settings on page %1"_qs.arg(page));
+    Note(u"choose settings on page %1"_s.arg(page));
     const auto index = static_cast<std::size_t>(page);
     dialog.SSTab1->setCurrentIndex(page);
     dialog.txtAIScanStart[index]->setText(QString::number(random.Below(3)));
@@ -148,7 +150,7 @@ void Monkey::ChooseSettings(frmSetting& dialog) {
 }
 
 void Monkey::Leave(QDialog& dialog) {
-    Note(u"leave %1"_qs.arg(NameOf(dialog)));
+    Note(u"leave %1"_s.arg(NameOf(dialog)));
     for (const char* name : {"BtnApply", "OKButton", "cmdFAIOK", "cmdDIOK"}) {
         auto* button = dialog.findChild<QPushButton*>(QString::fromLatin1(name));
         if (button != nullptr && button->isVisible() && button->isEnabled() && random.Percent(50))

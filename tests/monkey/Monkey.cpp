@@ -23,9 +23,11 @@
 
 #include <filesystem>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
-Monkey::Monkey(std::uint32_t seed) : random(seed), programFolder(root.filePath(u"a/b/program"_qs)) {
+Monkey::Monkey(std::uint32_t seed) : random(seed), programFolder(root.filePath(u"a/b/program"_s)) {
     root.setAutoRemove(false);
     QDir().mkpath(programFolder);
     WatchDialogs();
@@ -127,22 +129,22 @@ void Monkey::UseDialogs() {
 void Monkey::UseWindow() {
     switch (random.Below(8)) {
     case 0:
-        Note(u"resize"_qs);
+        Note(u"resize"_s);
         return window->resize(random.Below(2000), random.Below(1400));
     case 1:
-        Note(u"minimise and show again"_qs);
+        Note(u"minimise and show again"_s);
         window->showMinimized();
         QTest::qWait(random.Below(10));
         return window->showNormal();
     case 2:
-        Note(u"minimum size"_qs);
+        Note(u"minimum size"_s);
         return window->resize(763, 483);
     case 3:
         if (random.Percent(20))
             Poke(random, *window->BtnExit);
         return;
     case 4:
-        Note(u"wait"_qs);
+        Note(u"wait"_s);
         return QTest::qWait(random.Below(200));
     case 5:
         return PressSomeKey(random, *window);
@@ -176,7 +178,7 @@ void Monkey::UseBoards() {
     default:
         break;
     }
-    Note(u"boards change"_qs);
+    Note(u"boards change"_s);
     for (const auto& entry : boards.analog)
         dynamic_cast<SimulatedAnalogBoard&>(*entry.board).SetFaults(faults);
     for (const auto& entry : boards.digital)
@@ -185,7 +187,7 @@ void Monkey::UseBoards() {
 
 QStringList Monkey::Recordings() const {
     QStringList found;
-    QDirIterator all(root.path(), {u"*.tlp"_qs}, QDir::Files, QDirIterator::Subdirectories);
+    QDirIterator all(root.path(), {u"*.tlp"_s}, QDir::Files, QDirIterator::Subdirectories);
     while (all.hasNext())
         found.push_back(all.next());
     found.sort();
@@ -205,7 +207,7 @@ void Monkey::BreakARecording() {
         bytes[random.Below(static_cast<int>(bytes.size()))] = static_cast<char>(random.Below(256));
     if (random.Percent(30))
         bytes.truncate(random.Below(static_cast<int>(bytes.size())));
-    QFile broken(root.filePath(u"broken%1.tlp"_qs.arg(++brokenRecordings)));
+    QFile broken(root.filePath(u"broken%1.tlp"_s.arg(++brokenRecordings)));
     if (broken.open(QIODevice::WriteOnly))
         broken.write(bytes);
 }
@@ -216,7 +218,7 @@ void Monkey::StopAll() {
         dynamic_cast<SimulatedAnalogBoard&>(*entry.board).SetFaults(none);
     for (const auto& entry : boards.digital)
         dynamic_cast<SimulatedDigitalBoard&>(*entry.board).SetFaults(none);
-    Note(u"stop all"_qs);
+    Note(u"stop all"_s);
     if (window->isSystemRunning)
         QTest::mouseClick(window->BtnStart, Qt::LeftButton);
     if (window->isHisPlaying)
@@ -229,10 +231,10 @@ void Monkey::StopAll() {
 }
 
 void Monkey::CloseAndCheck() {
-    Note(u"close the window"_qs);
+    Note(u"close the window"_s);
     window->close();
     window.reset();
-    Require(QDir(programFolder).entryList({u"tl*"_qs}, QDir::Dirs).isEmpty(), "the work folder is removed");
+    Require(QDir(programFolder).entryList({u"tl*"_s}, QDir::Dirs).isEmpty(), "the work folder is removed");
     Open();
 }
 

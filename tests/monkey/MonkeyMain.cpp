@@ -11,6 +11,8 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace Qt::StringLiterals;
+
 namespace {
 
 using namespace tracelet;
@@ -23,7 +25,7 @@ void FailOnWarning(QtMsgType type, const QMessageLogContext&, const QString& tex
     // The offscreen platform says this of itself; it tells nothing about the window.
     if (text.contains(u"This plugin does not support") || text.contains(u"propagateSizeHints"))
         return;
-    Fail(u"toolkit warning: "_qs + text);
+    Fail(u"toolkit warning: "_s + text);
 }
 
 void Run(std::uint32_t seed, int steps) {
@@ -52,7 +54,7 @@ int main(int argc, char** argv) {
     qInstallMessageHandler(FailOnWarning);
     StartWatchdog(patienceSeconds);
     for (int i = 2; i < argc; ++i) {
-        Note(u"seed %1"_qs.arg(QString::fromLocal8Bit(argv[i])));
+        Note(u"seed %1"_s.arg(QString::fromLocal8Bit(argv[i])));
         Run(static_cast<std::uint32_t>(std::strtoul(argv[i], nullptr, 10)), std::atoi(argv[1]));
     }
     qInstallMessageHandler(nullptr);

@@ -2,6 +2,8 @@
 
 #include "tests/settings/SettingsTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -53,14 +55,14 @@ TEST_F(AnalogBoardChoice, PickingABoardShowsItOnBothPages) {
         InSettings([&](frmSetting& dialog) {
             ShowPage(dialog, page);
             Pick(dialog.cmdAISelectDevice[static_cast<std::size_t>(page)], 2);
-            EXPECT_EQ(window->ZelAI1->DeviceName(), u"Merula 8"_qs);
+            EXPECT_EQ(window->ZelAI1->DeviceName(), u"Merula 8"_s);
             for (const std::size_t shown : {0u, 1u}) {
-                EXPECT_EQ(dialog.LabelAIDeviceNumber[shown]->text(), u"2"_qs);
-                EXPECT_EQ(dialog.labAIDeviceName[shown]->text(), u"Merula 8"_qs);
-                EXPECT_EQ(dialog.labAIResolution[shown]->text(), u"12"_qs);
+                EXPECT_EQ(dialog.LabelAIDeviceNumber[shown]->text(), u"2"_s);
+                EXPECT_EQ(dialog.labAIDeviceName[shown]->text(), u"Merula 8"_s);
+                EXPECT_EQ(dialog.labAIResolution[shown]->text(), u"12"_s);
             }
             ExpectFresh(*window, 8);
-            EXPECT_EQ(dialog.txtCount->text(), u"4,096"_qs);
+            EXPECT_EQ(dialog.txtCount->text(), u"4,096"_s);
             EXPECT_TRUE(dialog.chkCylic->isChecked());
             EXPECT_FALSE(dialog.txtCount->isEnabled());
             EXPECT_FALSE(dialog.cmbPacerSource->isEnabled());
@@ -84,11 +86,11 @@ TEST_F(AnalogBoardChoice, CancellingThePickerStillResetsTheTables) {
     InSettings([&](frmSetting& dialog) {
         ShowPage(dialog, 0);
         const QString count = dialog.txtCount->text();
-        dialog.txtAIScanStart[0]->setText(u"12"_qs);
+        dialog.txtAIScanStart[0]->setText(u"12"_s);
         Pick(dialog.cmdAISelectDevice[0], -1);
         ExpectFresh(*window, 64);
         // The dialog is not shown anew.
-        EXPECT_EQ(dialog.txtAIScanStart[0]->text(), u"12"_qs);
+        EXPECT_EQ(dialog.txtAIScanStart[0]->text(), u"12"_s);
         EXPECT_EQ(dialog.txtCount->text(), count);
         EXPECT_FALSE(dialog.chkCylic->isChecked());
     });
@@ -100,9 +102,9 @@ TEST_F(AnalogBoardChoice, PickingTheSameBoardDoesNotRefresh) {
     Disturb(*window);
     InSettings([&](frmSetting& dialog) {
         ShowPage(dialog, 1);
-        dialog.txtAIScanStart[1]->setText(u"12"_qs);
+        dialog.txtAIScanStart[1]->setText(u"12"_s);
         Pick(dialog.cmdAISelectDevice[1], 0);
-        EXPECT_EQ(dialog.txtAIScanStart[1]->text(), u"12"_qs);
+        EXPECT_EQ(dialog.txtAIScanStart[1]->text(), u"12"_s);
         ExpectFresh(*window, 64);
     });
 }
@@ -115,7 +117,7 @@ TEST_F(AnalogBoardChoice, PickingFromNoDevice) {
         ShowPage(dialog, 0);
         EXPECT_FALSE(dialog.NonSoftSetting->isEnabled());
         Pick(dialog.cmdAISelectDevice[0], 1);
-        EXPECT_EQ(dialog.labAIDeviceName[0]->text(), u"Merula Swift 16"_qs);
+        EXPECT_EQ(dialog.labAIDeviceName[0]->text(), u"Merula Swift 16"_s);
         EXPECT_TRUE(dialog.NonSoftSetting->isEnabled());
         EXPECT_TRUE(dialog.txtSampleRate->isEnabled());
         for (const std::size_t page : {0u, 1u}) {
@@ -164,9 +166,9 @@ TEST_F(AnalogBoardChoice, ClosingReadsTheWiringBack) {
 
 TEST_F(AnalogBoardChoice, ClosingRebuildsThePlots) {
     window->M1.AIPlotName[0] = "renamed";
-    ASSERT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0"_qs);
+    ASSERT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0"_s);
     InSettings([](frmSetting&) {});
-    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"renamed"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"renamed"_s);
 }
 
 TEST_F(AnalogBoardChoice, ClosingDropsWhatWasDrawn) {
@@ -191,7 +193,7 @@ TEST_F(AnalogBoardChoice, ClosingShowsTheRecordingInHistoryMode) {
     shared.HisAIPlotName[1] = "recorded";
     InSettings([](frmSetting&) {});
     ASSERT_EQ(window->ZelGraph1->PlotCount(), 2);
-    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"recorded"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"recorded"_s);
     EXPECT_EQ(window->ListView1->topLevelItemCount(), 2);
 }
 

@@ -4,6 +4,8 @@
 
 #include "devices/display/ZelLED.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -38,8 +40,8 @@ TEST_F(FastPage, OKWritesThePage) {
         Type(dialog.txtTriggerVoltage, "-1.5");
         Type(dialog.txtTriggerDelayTime, "20");
         Type(dialog.txtTriggerAfterTimeinAboveMode, "30.5");
-        dialog.txtAIScanStart[1]->setText(u"1"_qs); // the other page does not count
-        dialog.txtAIScanNumber[1]->setText(u"2"_qs);
+        dialog.txtAIScanStart[1]->setText(u"1"_s); // the other page does not count
+        dialog.txtAIScanNumber[1]->setText(u"2"_s);
     }));
     const ZelAI& ai = *window->ZelAI1;
     EXPECT_EQ(ai.ScanStartChannel(), 8);
@@ -56,7 +58,7 @@ TEST_F(FastPage, OKWritesThePage) {
     EXPECT_EQ(window->nAISampleCnt, 8192);
     EXPECT_FALSE(window->bFAICyclic);
     EXPECT_EQ(window->ZelGraph1->PlotCount(), 16);
-    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 8"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 8"_s);
 }
 
 TEST_F(FastPage, EveryListPositionIsACode) {
@@ -142,7 +144,7 @@ TEST_F(FastPage, ShowsTheRateThatTheBoardAccepted) {
         ShowPage(dialog, 0);
         Type(dialog.txtSampleRate, "1e300");
         EXPECT_TRUE(dialog.SetFAIProperties());
-        EXPECT_EQ(dialog.txtSampleRate->text(), u"1000000"_qs);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"1000000"_s);
     });
     EXPECT_EQ(window->ZelAI1->SampleRate(), 1e6);
 }
@@ -168,10 +170,10 @@ TEST_F(FastPage, RefusedPropertyKeepsTheDialogAndWhatWasWritten) {
 TEST_F(FastPage, RefusedRateComesAfterTheCount) {
     InSettings([&](frmSetting& dialog) {
         ShowPage(dialog, 0);
-        dialog.txtCount->setText(u"5000"_qs);
+        dialog.txtCount->setText(u"5000"_s);
         dialog.chkCylic->setChecked(true);
-        dialog.txtSampleRate->setText(u"0"_qs); // never left, so never checked
-        dialog.txtTriggerVoltage->setText(u"9"_qs);
+        dialog.txtSampleRate->setText(u"0"_s); // never left, so never checked
+        dialog.txtTriggerVoltage->setText(u"9"_s);
         dialog.cmdFAIOK->click();
         EXPECT_TRUE(dialog.isVisible());
     });
@@ -206,7 +208,7 @@ TEST_F(FastPage, BoardWithoutPacerAndTriggerAcceptsOK) {
     Open(Boards({bare}));
     EXPECT_TRUE(AcceptFast([](frmSetting& dialog) {
         EXPECT_EQ(dialog.cmbPacerSource->currentIndex(), -1);
-        dialog.txtTriggerVoltage->setText(u"not read"_qs);
+        dialog.txtTriggerVoltage->setText(u"not read"_s);
     }));
     EXPECT_EQ(window->ZelAI1->PacerSource(), 0);
     EXPECT_FALSE(window->M1.SoftMode);

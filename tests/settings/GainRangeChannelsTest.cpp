@@ -2,6 +2,8 @@
 
 #include "tests/settings/GainRangeTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -26,17 +28,17 @@ TEST_F(GainRangeChannels, RowShowsItsChannel) {
         EXPECT_EQ(window->ZelThermo1->Channel(), 2);
         EXPECT_TRUE(dialog.OptThermo->isChecked());
         EXPECT_TRUE(dialog.optDifferent->isChecked()); // of the thermocouple control
-        EXPECT_EQ(dialog.ComboTCType->currentText(), u"E"_qs);
-        EXPECT_EQ(dialog.ComboScale->currentText(), u"Kelvin"_qs);
-        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"5"_qs);
+        EXPECT_EQ(dialog.ComboTCType->currentText(), u"E"_s);
+        EXPECT_EQ(dialog.ComboScale->currentText(), u"Kelvin"_s);
+        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"5"_s);
         EXPECT_TRUE(dialog.ComboTCType->isEnabled());
         EXPECT_FALSE(dialog.ComboRange->isEnabled());
         ClickRow(dialog, 3);
         EXPECT_EQ(window->ZelAI1->Channel(), 3);
         EXPECT_TRUE(dialog.OptAI->isChecked());
         EXPECT_TRUE(dialog.optSingle->isChecked());
-        EXPECT_EQ(dialog.ComboRange->currentText(), u"0 ~ 5 V"_qs);
-        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"0"_qs);
+        EXPECT_EQ(dialog.ComboRange->currentText(), u"0 ~ 5 V"_s);
+        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"0"_s);
         EXPECT_FALSE(dialog.ComboExpChan->isEnabled());
         EXPECT_TRUE(dialog.ComboRange->isEnabled());
         // By keyboard as well.

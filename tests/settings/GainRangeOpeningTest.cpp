@@ -2,6 +2,8 @@
 
 #include "tests/settings/GainRangeTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -12,26 +14,26 @@ class GainRangeOpening : public GainRangeTest {};
 
 TEST_F(GainRangeOpening, Captions) {
     InRange([](dlgGainRange& dialog) {
-        EXPECT_EQ(dialog.objectName(), u"dlgGainRange"_qs);
-        EXPECT_EQ(dialog.windowTitle(), u"Input Range"_qs);
+        EXPECT_EQ(dialog.objectName(), u"dlgGainRange"_s);
+        EXPECT_EQ(dialog.windowTitle(), u"Input Range"_s);
         EXPECT_TRUE(dialog.isModal());
-        EXPECT_EQ(dialog.parentWidget()->objectName(), u"frmSetting"_qs);
-        EXPECT_EQ(dialog.OKButton->text(), u"Exit"_qs);
-        EXPECT_EQ(dialog.FrameThermo->title(), u"Thermo Setting"_qs);
-        EXPECT_EQ(dialog.FrameAIRange->title(), u"Input Range"_qs);
-        EXPECT_EQ(dialog.FrameSignalConnection->title(), u"SignalConnection"_qs);
-        EXPECT_EQ(dialog.OptAI->text(), u"AI"_qs);
-        EXPECT_EQ(dialog.OptThermo->text(), u"Thermo"_qs);
-        EXPECT_EQ(dialog.optSingle->text(), u"Single-Ended"_qs);
-        EXPECT_EQ(dialog.optDifferent->text(), u"Differential"_qs);
-        EXPECT_EQ(dialog.LabelTCType->text(), u"TC Type"_qs);
-        EXPECT_EQ(dialog.LabelScale->text(), u"Scale"_qs);
-        EXPECT_EQ(dialog.LabelExpChan->text(), u"ExpChan"_qs);
+        EXPECT_EQ(dialog.parentWidget()->objectName(), u"frmSetting"_s);
+        EXPECT_EQ(dialog.OKButton->text(), u"Exit"_s);
+        EXPECT_EQ(dialog.FrameThermo->title(), u"Thermo Setting"_s);
+        EXPECT_EQ(dialog.FrameAIRange->title(), u"Input Range"_s);
+        EXPECT_EQ(dialog.FrameSignalConnection->title(), u"SignalConnection"_s);
+        EXPECT_EQ(dialog.OptAI->text(), u"AI"_s);
+        EXPECT_EQ(dialog.OptThermo->text(), u"Thermo"_s);
+        EXPECT_EQ(dialog.optSingle->text(), u"Single-Ended"_s);
+        EXPECT_EQ(dialog.optDifferent->text(), u"Differential"_s);
+        EXPECT_EQ(dialog.LabelTCType->text(), u"TC Type"_s);
+        EXPECT_EQ(dialog.LabelScale->text(), u"Scale"_s);
+        EXPECT_EQ(dialog.LabelExpChan->text(), u"ExpChan"_s);
         const QTreeWidgetItem* header = dialog.lstViewGain->headerItem();
         ASSERT_EQ(dialog.lstViewGain->columnCount(), 6);
-        EXPECT_EQ(header->text(0), u"Channel"_qs);
-        EXPECT_EQ(header->text(1), u"Logical Chan"_qs);
-        EXPECT_EQ(header->text(5), u"ExpChan"_qs);
+        EXPECT_EQ(header->text(0), u"Channel"_s);
+        EXPECT_EQ(header->text(1), u"Logical Chan"_s);
+        EXPECT_EQ(header->text(5), u"ExpChan"_s);
         Click(dialog.OKButton);
         EXPECT_FALSE(dialog.isVisible());
     });
@@ -49,12 +51,12 @@ TEST_F(GainRangeOpening, OpensFromEitherPage) {
 TEST_F(GainRangeOpening, Lists) {
     InRange([](dlgGainRange& dialog) {
         EXPECT_EQ(Items(dialog.ComboRange),
-                  QStringList({u"-10 ~ 10 V"_qs, u"-5 ~ 5 V"_qs, u"-2.5 ~ 2.5 V"_qs, u"-1.25 ~ 1.25 V"_qs,
-                               u"0 ~ 10 V"_qs, u"0 ~ 20 mA"_qs, u"4 ~ 20 mA"_qs}));
+                  QStringList({u"-10 ~ 10 V"_s, u"-5 ~ 5 V"_s, u"-2.5 ~ 2.5 V"_s, u"-1.25 ~ 1.25 V"_s,
+                               u"0 ~ 10 V"_s, u"0 ~ 20 mA"_s, u"4 ~ 20 mA"_s}));
         EXPECT_EQ(Items(dialog.ComboTCType),
-                  QStringList({u"J"_qs, u"K"_qs, u"S"_qs, u"T"_qs, u"B"_qs, u"R"_qs, u"E"_qs}));
+                  QStringList({u"J"_s, u"K"_s, u"S"_s, u"T"_s, u"B"_s, u"R"_s, u"E"_s}));
         EXPECT_EQ(Items(dialog.ComboScale),
-                  QStringList({u"Celsius"_qs, u"Fahrenheit"_qs, u"Rankine"_qs, u"Kelvin"_qs}));
+                  QStringList({u"Celsius"_s, u"Fahrenheit"_s, u"Rankine"_s, u"Kelvin"_s}));
         QStringList channels;
         for (int channel = 0; channel < 16; ++channel)
             channels.append(QString::number(channel));
@@ -92,7 +94,7 @@ TEST_F(GainRangeOpening, OpensOnChannelZero) {
         EXPECT_TRUE(dialog.OptAI->isChecked());
         EXPECT_FALSE(dialog.OptThermo->isChecked());
         EXPECT_TRUE(dialog.optSingle->isChecked());
-        EXPECT_EQ(dialog.ComboRange->currentText(), u"4 ~ 20 mA"_qs);
+        EXPECT_EQ(dialog.ComboRange->currentText(), u"4 ~ 20 mA"_s);
         EXPECT_TRUE(dialog.ComboRange->isEnabled());
         EXPECT_FALSE(dialog.ComboTCType->isEnabled());
     });
@@ -110,9 +112,9 @@ TEST_F(GainRangeOpening, OpensOnAThermocouple) {
         EXPECT_TRUE(dialog.ComboTCType->isEnabled());
         EXPECT_TRUE(dialog.ComboScale->isEnabled());
         EXPECT_TRUE(dialog.ComboExpChan->isEnabled());
-        EXPECT_EQ(dialog.ComboTCType->currentText(), u"T"_qs);
-        EXPECT_EQ(dialog.ComboScale->currentText(), u"Rankine"_qs);
-        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"14"_qs);
+        EXPECT_EQ(dialog.ComboTCType->currentText(), u"T"_s);
+        EXPECT_EQ(dialog.ComboScale->currentText(), u"Rankine"_s);
+        EXPECT_EQ(dialog.ComboExpChan->currentText(), u"14"_s);
         EXPECT_FALSE(dialog.ComboRange->isEnabled());
         EXPECT_THAT(RowTexts(dialog, 0),
                     ElementsAre("Chan00", "Chan00", "Single-Ended", "Thermo", "T", "14"));

@@ -2,6 +2,8 @@
 
 #include "tests/settings/GainRangeTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -29,7 +31,7 @@ TEST_F(GainRangeThermo, ThermocoupleAndBackOnASingleChannel) {
         EXPECT_FALSE(dialog.ComboTCType->isEnabled());
         EXPECT_TRUE(dialog.FrameAIRange->isEnabled());
         EXPECT_TRUE(dialog.ComboRange->isEnabled());
-        EXPECT_EQ(dialog.ComboRange->currentText(), u"0 ~ 5 V"_qs);
+        EXPECT_EQ(dialog.ComboRange->currentText(), u"0 ~ 5 V"_s);
         EXPECT_THAT(RowTexts(dialog, 1),
                     ElementsAre("Chan01", "Chan01", "Single-Ended", "AI", "0 ~ 5 V", "NA"));
     });

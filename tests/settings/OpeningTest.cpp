@@ -2,6 +2,8 @@
 
 #include "tests/settings/SettingsTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -27,24 +29,24 @@ TEST_F(Opening, ShowsTheBoardOnBothPages) {
     window->ZelAI1->SetScanChannelCount(5);
     window->nTimerInterval = 250;
     InSettings([&](frmSetting& dialog) {
-        EXPECT_EQ(dialog.objectName(), u"frmSetting"_qs);
-        EXPECT_EQ(dialog.windowTitle(), u"Tracelet device setting"_qs);
+        EXPECT_EQ(dialog.objectName(), u"frmSetting"_s);
+        EXPECT_EQ(dialog.windowTitle(), u"Tracelet device setting"_s);
         EXPECT_TRUE(dialog.isModal());
         EXPECT_EQ(dialog.parentWidget(), window.get());
         ASSERT_EQ(dialog.SSTab1->count(), 2);
-        EXPECT_EQ(dialog.SSTab1->tabText(0), u"Fast AI"_qs);
-        EXPECT_EQ(dialog.SSTab1->tabText(1), u"SoftAI and/or DI"_qs);
+        EXPECT_EQ(dialog.SSTab1->tabText(0), u"Fast AI"_s);
+        EXPECT_EQ(dialog.SSTab1->tabText(1), u"SoftAI and/or DI"_s);
         for (const std::size_t page : {0u, 1u}) {
-            EXPECT_EQ(dialog.LabelAIDeviceNumber[page]->text(), u"0"_qs);
-            EXPECT_EQ(dialog.labAIDeviceName[page]->text(), u"Merula 64"_qs);
-            EXPECT_EQ(dialog.labAIResolution[page]->text(), u"16"_qs);
-            EXPECT_EQ(dialog.txtAIScanStart[page]->text(), u"3"_qs);
-            EXPECT_EQ(dialog.txtAIScanNumber[page]->text(), u"5"_qs);
+            EXPECT_EQ(dialog.LabelAIDeviceNumber[page]->text(), u"0"_s);
+            EXPECT_EQ(dialog.labAIDeviceName[page]->text(), u"Merula 64"_s);
+            EXPECT_EQ(dialog.labAIResolution[page]->text(), u"16"_s);
+            EXPECT_EQ(dialog.txtAIScanStart[page]->text(), u"3"_s);
+            EXPECT_EQ(dialog.txtAIScanNumber[page]->text(), u"5"_s);
         }
-        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"250"_qs);
-        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"0"_qs);
-        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 4"_qs);
-        EXPECT_EQ(Items(dialog.ComboDIPort), QStringList({u"0"_qs, u"1"_qs, u"2"_qs, u"3"_qs}));
+        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"250"_s);
+        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"0"_s);
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 4"_s);
+        EXPECT_EQ(Items(dialog.ComboDIPort), QStringList({u"0"_s, u"1"_s, u"2"_s, u"3"_s}));
         EXPECT_EQ(dialog.ComboDIPort->currentIndex(), 0);
     });
 }
@@ -115,10 +117,10 @@ TEST_F(Opening, Captions) {
             ASSERT_NE(label, labels.end()) << name;
             EXPECT_EQ((*label)->text().toStdString(), caption) << name;
         }
-        EXPECT_EQ(dialog.LabelHz->text(), u"Hz"_qs);
-        EXPECT_EQ(dialog.LabelVolt->text(), u"v"_qs);
-        EXPECT_EQ(dialog.LabelAfterTimeUnit->text(), u"ms"_qs);
-        EXPECT_EQ(dialog.LabelBeforeTimeUnit->text(), u"ms"_qs);
+        EXPECT_EQ(dialog.LabelHz->text(), u"Hz"_s);
+        EXPECT_EQ(dialog.LabelVolt->text(), u"v"_s);
+        EXPECT_EQ(dialog.LabelAfterTimeUnit->text(), u"ms"_s);
+        EXPECT_EQ(dialog.LabelBeforeTimeUnit->text(), u"ms"_s);
         for (int line = 0; line < 8; ++line)
             EXPECT_EQ(dialog.LabelDIChannel[static_cast<std::size_t>(line)]->text(), QString::number(line));
     });
@@ -165,9 +167,9 @@ TEST_F(Opening, ShowsFastSettings) {
     window->ZelAI1->SetSampleRate(2500.5);
     window->ZelAI1->SetDataType(1);
     InSettings([&](frmSetting& dialog) {
-        EXPECT_EQ(dialog.txtCount->text(), u"1,234,567"_qs);
-        EXPECT_EQ(dialog.txtSampleRate->text(), u"2500.5"_qs);
-        EXPECT_EQ(Items(dialog.cmbDataReturnType), QStringList({u"Digital "_qs, u"Analog "_qs}));
+        EXPECT_EQ(dialog.txtCount->text(), u"1,234,567"_s);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"2500.5"_s);
+        EXPECT_EQ(Items(dialog.cmbDataReturnType), QStringList({u"Digital "_s, u"Analog "_s}));
         EXPECT_EQ(dialog.cmbDataReturnType->currentIndex(), 0);
         EXPECT_FALSE(dialog.chkCylic->isChecked());
         EXPECT_TRUE(dialog.txtCount->isEnabled());
@@ -188,9 +190,9 @@ TEST_F(Opening, NumbersDoNotFollowTheLocale) {
     window->nTimerInterval = 20000;
     window->ZelAI1->SetSampleRate(2500.5);
     InSettings([&](frmSetting& dialog) {
-        EXPECT_EQ(dialog.txtCount->text(), u"1,234,567"_qs);
-        EXPECT_EQ(dialog.txtSampleRate->text(), u"2500.5"_qs);
-        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"20000"_qs);
+        EXPECT_EQ(dialog.txtCount->text(), u"1,234,567"_s);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"2500.5"_s);
+        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"20000"_s);
         ShowPage(dialog, 0);
         Type(dialog.txtSampleRate, "1,250.5");
         Click(dialog.cmdFAIOK);
@@ -221,7 +223,7 @@ TEST_F(Opening, PacerProbe) {
         InSettings([&](frmSetting& dialog) {
             EXPECT_TRUE(dialog.cmbPacerSource->isEnabled());
             EXPECT_TRUE(dialog.LabelPacerSource->isEnabled());
-            EXPECT_EQ(Items(dialog.cmbPacerSource), QStringList({u"Internal"_qs, u"External clock 0"_qs}));
+            EXPECT_EQ(Items(dialog.cmbPacerSource), QStringList({u"Internal"_s, u"External clock 0"_s}));
             EXPECT_EQ(dialog.cmbPacerSource->currentIndex(), before == 0 ? 0 : 1);
             EXPECT_EQ(window->ZelAI1->PacerSource(), before == 0 ? 0 : 1);
         });
@@ -244,16 +246,16 @@ TEST_F(Opening, TriggerProbe) {
         InSettings([&](frmSetting& dialog) {
             EXPECT_TRUE(dialog.FrameFAITrigger->isEnabled());
             EXPECT_EQ(Items(dialog.cmbTriggerMode),
-                      QStringList({u"None"_qs, u"Post"_qs, u"Delay"_qs, u"About"_qs}));
-            EXPECT_EQ(Items(dialog.cmbTriggerEdge), QStringList({u"Rising edge"_qs, u"Falling edge"_qs}));
+                      QStringList({u"None"_s, u"Post"_s, u"Delay"_s, u"About"_s}));
+            EXPECT_EQ(Items(dialog.cmbTriggerEdge), QStringList({u"Rising edge"_s, u"Falling edge"_s}));
             EXPECT_EQ(Items(dialog.cmbTriggerSource),
-                      QStringList({u"Digital"_qs, u"AI or AI0"_qs, u"AI1"_qs, u"AI2"_qs, u"AI3"_qs}));
+                      QStringList({u"Digital"_s, u"AI or AI0"_s, u"AI1"_s, u"AI2"_s, u"AI3"_s}));
             EXPECT_EQ(dialog.cmbTriggerMode->currentIndex(), c.mode);
             EXPECT_EQ(dialog.cmbTriggerEdge->currentIndex(), c.edge);
             EXPECT_EQ(dialog.cmbTriggerSource->currentIndex(), c.source);
-            EXPECT_EQ(dialog.txtTriggerDelayTime->text(), u"12.5"_qs);
-            EXPECT_EQ(dialog.txtTriggerAfterTimeinAboveMode->text(), u"1e-05"_qs);
-            EXPECT_EQ(dialog.txtTriggerVoltage->text(), u"-0.25"_qs);
+            EXPECT_EQ(dialog.txtTriggerDelayTime->text(), u"12.5"_s);
+            EXPECT_EQ(dialog.txtTriggerAfterTimeinAboveMode->text(), u"1e-05"_s);
+            EXPECT_EQ(dialog.txtTriggerVoltage->text(), u"-0.25"_s);
         });
         EXPECT_EQ(window->ZelAI1->TriggerMode(), c.mode);
     }
@@ -278,20 +280,20 @@ TEST_F(Opening, WithoutDevices) {
     Open({});
     InSettings([&](frmSetting& dialog) {
         for (const std::size_t page : {0u, 1u}) {
-            EXPECT_EQ(dialog.LabelAIDeviceNumber[page]->text(), u"-1"_qs);
-            EXPECT_EQ(dialog.labAIDeviceName[page]->text(), u"No Device"_qs);
+            EXPECT_EQ(dialog.LabelAIDeviceNumber[page]->text(), u"-1"_s);
+            EXPECT_EQ(dialog.labAIDeviceName[page]->text(), u"No Device"_s);
             EXPECT_FALSE(dialog.SoftSetting[page]->isEnabled());
             EXPECT_FALSE(dialog.cmdRange[page]->isEnabled());
             EXPECT_TRUE(dialog.cmdAISelectDevice[page]->isEnabled());
-            EXPECT_EQ(dialog.txtAIScanStart[page]->text(), u"0"_qs);
-            EXPECT_EQ(dialog.txtAIScanNumber[page]->text(), u"1"_qs);
+            EXPECT_EQ(dialog.txtAIScanStart[page]->text(), u"0"_s);
+            EXPECT_EQ(dialog.txtAIScanNumber[page]->text(), u"1"_s);
         }
         EXPECT_FALSE(dialog.NonSoftSetting->isEnabled());
         EXPECT_FALSE(dialog.FrameFAITrigger->isEnabled());
-        EXPECT_EQ(dialog.txtCount->text(), u"20,000"_qs);
-        EXPECT_EQ(dialog.txtSampleRate->text(), u"1,000"_qs);
-        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"-1"_qs);
-        EXPECT_EQ(dialog.LabelDIDevName->text(), u"No Device"_qs);
+        EXPECT_EQ(dialog.txtCount->text(), u"20,000"_s);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"1,000"_s);
+        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"-1"_s);
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"No Device"_s);
         EXPECT_FALSE(dialog.FrameDIScan->isEnabled());
         EXPECT_EQ(dialog.ComboDIPort->count(), 0);
         EXPECT_TRUE(dialog.DISelectDevice->isEnabled());

@@ -100,10 +100,11 @@ protected:
     /// Presses a Select Device button and picks the board of this row; -1 cancels.
     static void Pick(QPushButton* button, int row) {
         OnModalDialog<DevicePicker>([row](DevicePicker& picker) {
-            auto* list = picker.findChild<QTreeWidget*>(u"lstBoards"_qs);
+            auto* list = picker.findChild<QTreeWidget*>(QStringLiteral("lstBoards"));
             if (row >= 0)
                 list->setCurrentItem(list->topLevelItem(row));
-            Click(picker.findChild<QPushButton*>(row >= 0 ? u"OKButton"_qs : u"BtnCancel"_qs));
+            Click(picker.findChild<QPushButton*>(row >= 0 ? QStringLiteral("OKButton")
+                                                          : QStringLiteral("BtnCancel")));
         });
         Click(button);
     }

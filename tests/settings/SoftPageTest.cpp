@@ -2,6 +2,8 @@
 
 #include "tests/settings/SettingsTest.h"
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -106,8 +108,8 @@ TEST_F(SoftPage, OKWritesTheSettings) {
         Type(dialog.txtAIScanStart[1], "4");
         Type(dialog.txtAIScanNumber[1], "8");
         Type(dialog.txtAITimeInterval, "1,500");
-        dialog.txtAIScanStart[0]->setText(u"1"_qs); // the other page does not count
-        dialog.txtSampleRate->setText(u"abc"_qs);
+        dialog.txtAIScanStart[0]->setText(u"1"_s); // the other page does not count
+        dialog.txtSampleRate->setText(u"abc"_s);
     }));
     EXPECT_TRUE(window->M1.SoftMode);
     EXPECT_TRUE(window->M1.SoftAIValid);
@@ -117,7 +119,7 @@ TEST_F(SoftPage, OKWritesTheSettings) {
     EXPECT_EQ(window->nTimerInterval, 1500);
     EXPECT_FALSE(window->bAIEnabled);
     EXPECT_EQ(window->ZelGraph1->PlotCount(), 8);
-    EXPECT_EQ(window->ZelGraph1->Plot(7).name, u"AI 11"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(7).name, u"AI 11"_s);
 }
 
 TEST_F(SoftPage, SelectedLinesKeepTheDigitalSwitchOn) {
@@ -186,7 +188,7 @@ TEST_F(SoftPage, WithoutDevicesOKStillAccepts) {
     window->nDIPortCount = 3;
     EXPECT_TRUE(AcceptSoft([](frmSetting& dialog) {
         Type(dialog.txtAITimeInterval, "20");
-        dialog.txtAIScanStart[1]->setText(u"not read"_qs);
+        dialog.txtAIScanStart[1]->setText(u"not read"_s);
     }));
     EXPECT_TRUE(window->M1.SoftMode);
     EXPECT_FALSE(window->M1.DIValid);
@@ -204,10 +206,10 @@ TEST_F(SoftPage, PickingAnotherBoardClearsMasksAndPlots) {
     window->M1.DIPlotLineStyle[0] = 2;
     InSettings([&](frmSetting& dialog) {
         Pick(dialog.DISelectDevice, 2);
-        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"2"_qs);
-        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 12"_qs);
+        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"2"_s);
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 12"_s);
         EXPECT_EQ(dialog.ComboDIPort->count(), 12);
-        EXPECT_EQ(dialog.ComboDIPort->itemText(11), u"11"_qs);
+        EXPECT_EQ(dialog.ComboDIPort->itemText(11), u"11"_s);
         EXPECT_EQ(dialog.ComboDIPort->currentIndex(), 0);
         EXPECT_EQ(Checked(dialog), 0);
     });
@@ -246,11 +248,11 @@ TEST_F(SoftPage, OnePortBoard) {
         QSignalSpy handled(dialog.ComboDIPort, &QComboBox::currentIndexChanged);
         Pick(dialog.DISelectDevice, 1);
         EXPECT_EQ(handled.count(), 0); // filling the list is no choice
-        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 1"_qs);
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"Merula Port 1"_s);
         EXPECT_TRUE(dialog.FrameDIScan->isEnabled());
         EXPECT_TRUE(dialog.ComboDIPort->isEnabled());
         EXPECT_TRUE(dialog.CheckDIChannel[0]->isEnabled());
-        EXPECT_EQ(Items(dialog.ComboDIPort), QStringList{u"0"_qs});
+        EXPECT_EQ(Items(dialog.ComboDIPort), QStringList{u"0"_s});
         EXPECT_EQ(window->nDIMaxPortCount, 1);
         EXPECT_THAT(Masks(), ElementsAre(0, 0));
         Click(dialog.CheckDIChannel[6]);
@@ -260,7 +262,7 @@ TEST_F(SoftPage, OnePortBoard) {
     EXPECT_EQ(window->nDIPortStart, 0);
     EXPECT_EQ(window->nDIPortCount, 1);
     EXPECT_EQ(window->nDIChanCount, 1);
-    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"DI 0:6"_qs);
+    EXPECT_EQ(window->ZelGraph1->Plot(1).name, u"DI 0:6"_s);
 }
 
 TEST_F(SoftPage, BoardWithoutPorts) {
@@ -269,7 +271,7 @@ TEST_F(SoftPage, BoardWithoutPorts) {
     InSettings([&](frmSetting& dialog) {
         ShowPage(dialog, 1);
         Pick(dialog.DISelectDevice, 1);
-        EXPECT_EQ(dialog.LabelDIDevName->text(), u"None"_qs);
+        EXPECT_EQ(dialog.LabelDIDevName->text(), u"None"_s);
         EXPECT_FALSE(dialog.FrameDIScan->isEnabled());
         EXPECT_FALSE(dialog.CheckDIChannel[0]->isEnabled());
         EXPECT_EQ(dialog.ComboDIPort->count(), 0);

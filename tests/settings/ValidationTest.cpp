@@ -4,6 +4,8 @@
 
 #include <QWheelEvent>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
 
@@ -110,7 +112,7 @@ TEST_F(Validation, RefusedClickDoesNothingMore) {
         EXPECT_TRUE(dialog.isVisible());
         EXPECT_TRUE(window->M1.SoftMode);
         EXPECT_EQ(window->nAISampleCnt, 4096);
-        EXPECT_EQ(dialog.txtCount->text(), u"4096"_qs);
+        EXPECT_EQ(dialog.txtCount->text(), u"4096"_s);
     });
 }
 
@@ -186,7 +188,7 @@ TEST_F(Validation, PageChangeByKeyboardLeavesTheBox) {
         Type(dialog.txtAITimeInterval, "70000");
         QTest::keyClick(dialog.txtAITimeInterval, Qt::Key_Tab, Qt::ControlModifier);
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{Interval, "Tracelet"}));
-        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"65535"_qs);
+        EXPECT_EQ(dialog.txtAITimeInterval->text(), u"65535"_s);
     });
 }
 
@@ -216,13 +218,13 @@ TEST_F(Validation, WindowsAndPopupsDoNotCheck) {
         QApplication::sendEvent(dialog.txtCount, &popup);
         QFocusEvent menu(QEvent::FocusOut, Qt::MenuBarFocusReason);
         QApplication::sendEvent(dialog.txtCount, &menu);
-        EXPECT_EQ(dialog.txtCount->text(), u"7"_qs);
+        EXPECT_EQ(dialog.txtCount->text(), u"7"_s);
         // Another window of the application comes up and goes.
         QWidget other(&dialog, Qt::Dialog);
         other.show();
         other.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&other));
-        EXPECT_EQ(dialog.txtCount->text(), u"7"_qs);
+        EXPECT_EQ(dialog.txtCount->text(), u"7"_s);
         other.close();
     });
     EXPECT_THAT(boxes.Take(), IsEmpty());
@@ -232,11 +234,11 @@ TEST_F(Validation, TheMessageBoxItselfDoesNotCheck) {
     InSettings([&](frmSetting& dialog) {
         ShowPage(dialog, 0);
         // The next box is wrong too: it gets the focus behind the message box, which then takes it.
-        dialog.txtSampleRate->setText(u"wrong"_qs);
+        dialog.txtSampleRate->setText(u"wrong"_s);
         Type(dialog.txtCount, "wrong");
         dialog.txtSampleRate->setFocus(Qt::TabFocusReason);
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{CountNumber, "Tracelet"}));
-        EXPECT_EQ(dialog.txtSampleRate->text(), u"wrong"_qs);
+        EXPECT_EQ(dialog.txtSampleRate->text(), u"wrong"_s);
     });
     EXPECT_THAT(boxes.Take(), IsEmpty());
 }
@@ -251,8 +253,8 @@ TEST_F(Validation, EnterNeitherChecksNorPressesOK) {
             ASSERT_TRUE(dialog.isVisible());
             QTest::keyClick(box, Qt::Key_Enter);
             ASSERT_TRUE(dialog.isVisible());
-            EXPECT_EQ(box->text(), u"0"_qs);
-            box->setText(u"5000"_qs);
+            EXPECT_EQ(box->text(), u"0"_s);
+            box->setText(u"5000"_s);
         }
     });
     EXPECT_THAT(boxes.Take(), IsEmpty());
@@ -286,13 +288,13 @@ TEST_F(Validation, OKReachedFromTheBoxReadsTheNumberItself) {
             dialog.cmdFAIOK->click(); // no focus moves
             EXPECT_THAT(boxes.Take(), ElementsAre(Box{c.description, "cmdFAIOK"}));
             EXPECT_TRUE(dialog.isVisible());
-            dialog.txtCount->setText(u"4096"_qs);
+            dialog.txtCount->setText(u"4096"_s);
             ShowPage(dialog, 1);
             Type(dialog.txtAITimeInterval, c.text);
             dialog.cmdDIOK->click();
             EXPECT_THAT(boxes.Take(), ElementsAre(Box{c.description, "cmdDIOK"}));
             EXPECT_TRUE(dialog.isVisible());
-            dialog.txtAITimeInterval->setText(u"100"_qs);
+            dialog.txtAITimeInterval->setText(u"100"_s);
         });
         EXPECT_EQ(window->nTimerInterval, 100);
     }
