@@ -134,6 +134,14 @@ TEST_F(SessionTest, StartNeedsASwitch) {
     EXPECT_TRUE(window->BtnSet->isEnabled());
 }
 
+TEST_F(SessionTest, FailureOfAnInputThatHasEndedStartsNothing) {
+    TurnOnAI();
+    emit window->ZelAI1->OnInputFailed();
+    EXPECT_FALSE(window->isSystemRunning);
+    EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
+    EXPECT_THAT(boxes.Take(), testing::IsEmpty());
+}
+
 TEST_F(SessionTest, RunningSessionLocksTheSetUp) {
     SelectPorts(0, {0x01});
     TurnOnAI();

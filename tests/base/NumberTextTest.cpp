@@ -3,6 +3,8 @@
 #include <clocale>
 #include <gtest/gtest.h>
 
+#include <limits>
+
 namespace tracelet {
 namespace {
 
@@ -41,6 +43,12 @@ TEST(OptionalDecimalsText, LeavesNoBarePoint) {
     EXPECT_EQ(OptionalDecimalsText(100.0), "100");
 }
 
+TEST(OptionalDecimalsText, RoundsTheHalvesThatTheDigitsShow) {
+    EXPECT_EQ(OptionalDecimalsText(0.00015), "0.0002"); // times 1e4 it is 1.4999999999999998
+    EXPECT_EQ(OptionalDecimalsText(-0.00015), "-0.0002");
+    EXPECT_EQ(OptionalDecimalsText(0.00014999999), "0.0001");
+}
+
 TEST(GroupedText, SeparatesThousands) {
     EXPECT_EQ(GroupedText(0), "0");
     EXPECT_EQ(GroupedText(999), "999");
@@ -49,6 +57,19 @@ TEST(GroupedText, SeparatesThousands) {
     EXPECT_EQ(GroupedText(-20000), "-20,000");
     EXPECT_EQ(GroupedText(2.5), "3");
     EXPECT_EQ(GroupedText(-0.4), "0");
+}
+
+TEST(GroupedText, KeepsTheDigitsOfLargeNumbers) {
+    EXPECT_EQ(GroupedText(999'999'999'999'999.0), "999,999,999,999,999");
+    EXPECT_EQ(GroupedText(1'234'567'890'123'456.0), "1,234,567,890,123,456");
+    EXPECT_EQ(GroupedText(-1'234'567'890'123'456.0), "-1,234,567,890,123,456");
+}
+
+TEST(GroupedText, LeavesWhatIsNoNumberAlone) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(GroupedText(infinity), "inf");
+    EXPECT_EQ(GroupedText(-infinity), "-inf");
+    EXPECT_EQ(OptionalDecimalsText(std::numeric_limits<double>::quiet_NaN()), "nan");
 }
 
 TEST(TwoDigitText, PadsWithZeros) {

@@ -8,13 +8,17 @@ namespace tracelet {
 namespace {
 
 TEST(RunTimeError, DescribesFailedFileCalls) {
-    EXPECT_STREQ(Fault::FromErrno(ENOENT).what(), "File not found");
-    EXPECT_STREQ(Fault::FromErrno(ENOTDIR).what(), "Path not found");
-    EXPECT_STREQ(Fault::FromErrno(EACCES).what(), "Permission denied");
-    EXPECT_STREQ(Fault::FromErrno(EISDIR).what(), "Permission denied");
-    EXPECT_STREQ(Fault::FromErrno(ENOSPC).what(), "Disk full");
-    EXPECT_STREQ(Fault::FromErrno(ENOMEM).what(), "Out of memory");
-    EXPECT_STREQ(Fault::FromErrno(EIO).what(), "Input/output error");
+    const struct {
+        int number;
+        const char* description;
+    } cases[] = {{ENOENT, "File not found"},    {ENOTDIR, "Path not found"},
+                 {ELOOP, "Path not found"},     {ENAMETOOLONG, "Path not found"},
+                 {EACCES, "Permission denied"}, {EPERM, "Permission denied"},
+                 {EROFS, "Permission denied"},  {EISDIR, "Permission denied"},
+                 {ENOMEM, "Out of memory"},     {ENOSPC, "Disk full"},
+                 {EDQUOT, "Disk full"},         {EIO, "Input/output error"}};
+    for (const auto& c : cases)
+        EXPECT_STREQ(Fault::FromErrno(c.number).what(), c.description) << c.number;
 }
 
 TEST(RunTimeError, SpeaksOneLanguage) {

@@ -287,8 +287,10 @@ TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     EXPECT_TRUE(Exists("base/two/AI.xlt"));
 }
 
-// Four channels and eight lines of zeros, the files without blocks on the disk.
+// Four channels, and sixteen ports of which one has its eight lines selected: 16 bytes a scan in each file.
+// All are zeros, the files without blocks on the disk.
 SavedRecording Zeros(std::int32_t scans) {
+    constexpr std::int32_t Ports = 16;
     SavedRecording recording;
     recording.info = {.bHisAI = true,
                       .bHisAISoft = true,
@@ -301,49 +303,79 @@ SavedRecording Zeros(std::int32_t scans) {
     recording.info.bHisDI = true;
     recording.info.nHisDIChanCount = 8;
     recording.info.diPlots.resize(8);
-    recording.info.HisDIPortMask = {0xFF};
-    recording.digital = BytesOf(std::vector<std::int32_t>{0, 1});
+    recording.info.HisDIPortMask.resize(Ports);
+    recording.info.HisDIPortMask[0] = 0xFF;
+    recording.digital = BytesOf(std::vector<std::int32_t>{0, Ports});
     return recording;
 }
 
-TEST_F(ConvertWindowTest, ALongConversionShowsItsProgressAndHandlesNoInput) {
-    std::vector<int> values;
-    QTimer user;
-    QObject::connect(&user, &QTimer::timeout, &user, [&] {
-        QWidget* shown = QApplication::activeModalWidget();
-        if (shown == nullptr || shown->objectName() != u"ConvertProgress")
-            return;
-        values.push_back(shown->findChild<QProgressBar*>()->value());
-        QTest::keyClick(shown, Qt::Key_Escape);
-        shown->close();
-        window->close();
-        QTest::mouseClick(window->ChkPlay, Qt::LeftButton);
-    });
-    constexpr int AnalogPart = 1000 * 16 / 17; // of the bar, by the sizes of both files
-    const auto showsBoth = [&] {
-        return values.size() > 1 && values.front() < AnalogPart && values.back() > AnalogPart;
-    };
-    // Twice the work until it takes long enough on this machine.
-    for (std::int32_t scans = 100000; !showsBoth() && scans < 20000000; scans *= 2) {
+/// A look at a conversion under way.
+struct Look {
+    int bar;
+    double analogBytes; ///< written so far
+    double digitalBytes;
+};
+
+class LongConversionTest : public ConvertWindowTest {
+protected:
+    [[nodiscard]] double Written(const char* name) const {
+        std::error_code missing;
+        const auto bytes = fs::file_size(fs::path(window->szProgramPath) / "texts" / name, missing);
+        return missing ? 0.0 : static_cast<double>(bytes);
+    }
+
+    /// Converts so many scans while a user looks at the bar and tries to get in the way.
+    void ConvertWatched(std::int32_t scans) {
         const std::string project = Save(Zeros(scans));
         fs::resize_file(saved / "Saved/AI.tld", static_cast<std::uintmax_t>(scans) * 16);
-        fs::resize_file(saved / "Saved/DI.tld", static_cast<std::uintmax_t>(scans) + 8);
+        fs::resize_file(saved / "Saved/DI.tld", static_cast<std::uintmax_t>(scans) * 16 + 8);
         OpenProject(project);
         fs::remove_all(fs::path(window->szProgramPath) / "texts");
-        values.clear();
+        looks.clear();
+        QTimer user;
+        QObject::connect(&user, &QTimer::timeout, &user, [&] {
+            QWidget* shown = QApplication::activeModalWidget();
+            if (shown == nullptr || shown->objectName() != u"ConvertProgress")
+                return;
+            looks.push_back(
+                {shown->findChild<QProgressBar*>()->value(), Written("AI.xlt"), Written("DI.xlt")});
+            QTest::keyClick(shown, Qt::Key_Escape);
+            shown->close();
+            window->close();
+            QTest::mouseClick(window->ChkPlay, Qt::LeftButton);
+        });
         QElapsedTimer elapsed;
         Convert([&](ConvertFileDialog& dialog) {
             user.start(1);
             elapsed.start();
             Accept(dialog, u"texts"_s);
         });
-        user.stop();
         if (elapsed.elapsed() <= 500) {
-            EXPECT_THAT(values, IsEmpty());
+            EXPECT_THAT(looks, IsEmpty());
         }
     }
-    EXPECT_TRUE(showsBoth());
-    EXPECT_TRUE(std::is_sorted(values.begin(), values.end()));
+
+    /// Whether enough was seen of either file.
+    [[nodiscard]] bool SawBoth() const {
+        const auto digital =
+            std::ranges::count_if(looks, [](const Look& look) { return look.digitalBytes > 0; });
+        return digital >= 6 && looks.front().digitalBytes == 0;
+    }
+
+    std::vector<Look> looks;
+};
+
+TEST_F(LongConversionTest, ShowsItsProgressAndHandlesNoInput) {
+    // Twice the work until it takes long enough on this machine.
+    for (std::int32_t scans = 400000; !SawBoth() && scans < 20000000; scans *= 2)
+        ConvertWatched(scans);
+    ASSERT_TRUE(SawBoth());
+    EXPECT_TRUE(std::ranges::is_sorted(looks, {}, &Look::bar));
+    for (const Look& look : looks) {
+        const double done =
+            look.analogBytes / Written("AI.xlt") * 0.5 + look.digitalBytes / Written("DI.xlt") * 0.5;
+        EXPECT_NEAR(look.bar, done * 1000, 150); // the files lag by what is buffered
+    }
     EXPECT_TRUE(window->isVisible());
     EXPECT_FALSE(window->ChkPlay->isChecked());
     EXPECT_EQ(QApplication::activeModalWidget(), nullptr);

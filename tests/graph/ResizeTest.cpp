@@ -61,5 +61,19 @@ TEST_F(ResizeTest, ADesktopThatKeepsTheWindowSmallIsNotAskedForEver) {
     EXPECT_EQ(window->FrameSet->geometry().bottom() + 1, 483 - 47);
 }
 
+TEST_F(ResizeTest, AHandThatKeepsTryingIsNoDesktopThatWillNot) {
+    constexpr QSize Minimum(763, 483);
+    for (int width = 500; width < 530; ++width) { // a drag, each size below the minimum another one
+        GiveOuter(width, 300);
+        ASSERT_EQ(Outer(), Minimum) << width;
+    }
+    for (int attempt = 1; attempt <= 10; ++attempt) { // the same size ten times, but not at once
+        GiveOuter(500, 300);
+        ASSERT_EQ(Outer(), Minimum) << attempt;
+        if (attempt % 5 == 0)
+            QTest::qWait(600);
+    }
+}
+
 } // namespace
 } // namespace tracelet

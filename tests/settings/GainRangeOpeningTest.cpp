@@ -116,6 +116,7 @@ TEST_F(GainRangeOpening, OpensOnAThermocouple) {
         EXPECT_EQ(dialog.ComboScale->currentText(), u"Rankine"_s);
         EXPECT_EQ(dialog.ComboExpChan->currentText(), u"14"_s);
         EXPECT_FALSE(dialog.ComboRange->isEnabled());
+        EXPECT_EQ(dialog.ComboRange->currentText(), QString()) << "a thermocouple has no range";
         EXPECT_THAT(RowTexts(dialog, 0),
                     ElementsAre("Chan00", "Chan00", "Single-Ended", "Thermo", "T", "14"));
     });

@@ -116,6 +116,19 @@ TEST(SampleStore, PlotsPartWhereTheirTimesDiffer) {
     EXPECT_EQ(&store.Track(2), &store.Track(3));
 }
 
+TEST(SampleStore, TimesThatOneOfThemNoLongerHoldsAreNotShared) {
+    SampleStore store = StoreOf(3);
+    for (int i = 0; i < 4; ++i)
+        AppendScan(store, i, {1, 2, 3});
+    store.AppendPoint(0, 20, 1);
+    store.SetLimit(3);
+    store.AppendPoint(1, 4.5, 2); // goes its own way with the times 2 and 3 alone
+    store.SetLimit(0);
+    store.AppendPoint(2, 4.5, 3);
+    EXPECT_EQ(PointsOf(store, 1), (Points{{2, 2}, {3, 2}, {4.5, 2}}));
+    EXPECT_EQ(PointsOf(store, 2), (Points{{0, 3}, {1, 3}, {2, 3}, {3, 3}, {4.5, 3}}));
+}
+
 TEST(SampleStore, FewerChannelsThanBeforeLeaveTheOtherPlotsAlone) {
     SampleStore store = StoreOf(3);
     const std::vector<float> three = {1, 2, 3, 1, 2, 3};

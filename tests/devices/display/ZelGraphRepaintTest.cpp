@@ -4,20 +4,27 @@
 #include <QTest>
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace tracelet {
 namespace {
 
-/// Counts the paint events of a widget.
-class PaintCounter : public QObject {
+/// Counts the events of one kind that a widget gets, its paints unless told otherwise.
+class EventCounter : public QObject {
 public:
-    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    explicit EventCounter(QWidget& widget, QEvent::Type counted = QEvent::Paint) : kind(counted) {
+        widget.installEventFilter(this);
+    }
     int count = 0;
 
 protected:
     bool eventFilter(QObject*, QEvent* event) override {
-        count += event->type() == QEvent::Paint ? 1 : 0;
+        count += event->type() == kind ? 1 : 0;
         return false;
     }
+
+private:
+    QEvent::Type kind;
 };
 
 TEST(ZelGraphRepaint, SamplesArePaintedLaterAndTogether) {
@@ -25,7 +32,7 @@ TEST(ZelGraphRepaint, SamplesArePaintedLaterAndTogether) {
     graph.AddPlot({});
     graph.show();
     QTest::qWait(50);
-    PaintCounter paints(graph);
+    EventCounter paints(graph);
     const float value[] = {1};
     for (int i = 0; i < 5000; ++i)
         graph.AppendScan(i * 0.001, value);
@@ -40,7 +47,7 @@ TEST(ZelGraphRepaint, PaintsComeAtTheRateOfADisplayAtMost) {
     graph.AddPlot({});
     graph.show();
     QTest::qWait(20);
-    PaintCounter paints(graph);
+    EventCounter paints(graph);
     const float value[] = {1};
     QElapsedTimer clock;
     clock.start();
@@ -55,7 +62,7 @@ TEST(ZelGraphRepaint, PaintsComeAtTheRateOfADisplayAtMost) {
 TEST(ZelGraphRepaint, NothingIsPaintedWhileHiddenOrMinimised) {
     ZelGraph graph;
     graph.AddPlot({});
-    PaintCounter paints(graph);
+    EventCounter paints(graph);
     const float value[] = {1};
     const auto feed = [&] {
         for (int i = 0; i < 10; ++i) {
@@ -79,6 +86,41 @@ TEST(ZelGraphRepaint, NothingIsPaintedWhileHiddenOrMinimised) {
     graph.showNormal();
     feed();
     EXPECT_TRUE(QTest::qWaitFor([&] { return paints.count > 0; }));
+}
+
+bool IsQuiet(EventCounter& events) {
+    events.count = 0;
+    QTest::qWait(200);
+    return events.count == 0;
+}
+
+TEST(ZelGraphRepaint, TheTimerRestsWhenNoSamplesComeAndRunsAgainWithTheNext) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    graph.show();
+    const float value[] = {1};
+    EventCounter ticks(graph, QEvent::Timer);
+    graph.AppendScan(0, value);
+    EXPECT_FALSE(IsQuiet(ticks)) << "more may come soon";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return IsQuiet(ticks); }, 20000));
+    graph.AppendScan(1, value);
+    EXPECT_FALSE(IsQuiet(ticks));
+}
+
+TEST(ZelGraphRepaint, TheTimerRestsAtOnceWhereNothingCanBeSeen) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    const float value[] = {1};
+    const std::function<void()> ways[] = {[&] { graph.hide(); }, [&] { graph.showMinimized(); }};
+    for (const auto& putAway : ways) {
+        graph.showNormal();
+        graph.AppendScan(0, value);
+        EventCounter ticks(graph, QEvent::Timer);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ticks.count > 0; }));
+        putAway();
+        QTest::qWait(50); // one more tick sees it
+        EXPECT_TRUE(IsQuiet(ticks));
+    }
 }
 
 } // namespace

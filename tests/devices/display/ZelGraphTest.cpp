@@ -361,19 +361,25 @@ TEST(ZelGraph, TellsOnceThatMemoryIsSpentAndGoesOn) {
     EXPECT_EQ(graph.PointCount(0), before + 100'000) << "a new chart length lifts the bound";
 }
 
-TEST(ZelGraph, NewPlotsHaveTheWholeLengthAfterMemoryWasSpent) {
-    ZelGraph graph;
-    graph.AddPlot({});
-    graph.SetMemoryBudget(200'000);
-    const std::vector<float> data(100'000);
-    const SampleBlock block = ZelGraph::PlotInterleaved(100'000, 1, std::span<const float>(data));
-    graph.AppendSamples(1e-3, block);
-    ASSERT_LT(graph.PointCount(0), 100'000);
-    graph.SetMemoryBudget(1'000'000'000);
-    graph.RemovePlots();
-    graph.AddPlot({});
-    graph.AppendSamples(1e-3, block);
-    EXPECT_EQ(graph.PointCount(0), 100'000);
+TEST(ZelGraph, StartingAnewGivesTheWholeLengthAfterMemoryWasSpent) {
+    const std::function<void(ZelGraph&)> ways[] = {[](ZelGraph& graph) { graph.ClearData(); },
+                                                   [](ZelGraph& graph) {
+                                                       graph.RemovePlots();
+                                                       graph.AddPlot({});
+                                                   }};
+    for (const auto& startAnew : ways) {
+        ZelGraph graph;
+        graph.AddPlot({});
+        graph.SetMemoryBudget(200'000);
+        const std::vector<float> data(100'000);
+        const SampleBlock block = ZelGraph::PlotInterleaved(100'000, 1, std::span<const float>(data));
+        graph.AppendSamples(1e-3, block);
+        ASSERT_LT(graph.PointCount(0), 100'000);
+        graph.SetMemoryBudget(1'000'000'000);
+        startAnew(graph);
+        graph.AppendSamples(1e-3, block);
+        EXPECT_EQ(graph.PointCount(0), 100'000);
+    }
 }
 
 TEST(ZelGraph, LengthOfZeroOrLessKeepsEverything) {

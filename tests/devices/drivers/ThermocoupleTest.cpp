@@ -176,6 +176,21 @@ TEST_P(ThermocoupleTest, TakesBothEnds) {
     }
 }
 
+// What was computed at an end may miss it by a rounding; it is that end, and no more is.
+TEST_P(ThermocoupleTest, ForgivesARoundingAtBothEnds) {
+    constexpr double Forgiven = 0.9e-9; // millivolts
+    constexpr double TooFar = 1.1e-9;
+    const ThermocoupleType type = GetParam().type;
+    const double coldest = type == B ? 21.020261884768555 : GetParam().range.lowest; // where B turns
+    const double hottest = GetParam().range.highest;
+    const double lowest = ThermocoupleMillivolts(type, coldest);
+    const double highest = ThermocoupleMillivolts(type, hottest);
+    EXPECT_DOUBLE_EQ(ThermocoupleCelsius(type, lowest - Forgiven), coldest);
+    EXPECT_EQ(ThermocoupleCelsius(type, highest + Forgiven), hottest);
+    EXPECT_THROW((void)ThermocoupleCelsius(type, lowest - TooFar), RunTimeError);
+    EXPECT_THROW((void)ThermocoupleCelsius(type, highest + TooFar), RunTimeError);
+}
+
 TEST_P(ThermocoupleTest, AddsTheColdJunction) {
     const ThermocoupleType type = GetParam().type;
     for (const double junction : {0.0, 18.5, 24.0, 45.0}) {
