@@ -90,7 +90,7 @@ void frmMain::AddAnalogSections(ProjectInfo& info) const {
 
 void frmMain::AddDigitalSections(ProjectInfo& info) const {
     // A line that is not on the graph (fast input was accepted last) is described by its table entry.
-    const std::vector<std::int32_t> lines = SelectedLines(M1.DIPortMask, 0, nDIMaxPortCount);
+    const std::vector<std::int32_t> lines = SelectedLines(M1.DIPortMask, nDIPortStart, nDIPortCount);
     for (int k = 0; k < info.nHisDIChanCount; ++k) {
         const int plot = info.nHisAIChanCount + k;
         const std::int32_t line = k < static_cast<int>(lines.size())

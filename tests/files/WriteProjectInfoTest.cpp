@@ -111,19 +111,28 @@ TEST_F(WriteProjectInfoTest, DigitalSectionsFollowTheAnalogPlots) {
 
 TEST_F(WriteProjectInfoTest, LineThatIsNotOnTheGraphComesFromTheTables) {
     AnalogBoardInUse().SetPaced(false);
-    SelectPorts(0, {0x03});
     window->M1.SoftMode = false;
-    TurnOnAI();
-    window->BuildPlots(false, true);
-    ASSERT_EQ(window->ZelGraph1->PlotCount(), 1);
-    TurnOnAI();
-    TurnOnDI();
-    Click(window->CkDISave2Disk);
-    Click(window->BtnStart);
-    ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
-    const ProjectInfo info = ReadProjectFile(window->szProjectFileName);
-    EXPECT_THAT(info.diPlots,
-                ElementsAre(PlotRecord{0xFFFFFF, 0, "DI 0:0"}, PlotRecord{0xFFFFFF, 0, "DI 0:1"}));
+    const auto records = [&](std::int32_t start, std::initializer_list<std::uint8_t> masks) {
+        SelectPorts(start, masks);
+        TurnOnAI();
+        window->BuildPlots(false, true);
+        EXPECT_EQ(window->ZelGraph1->PlotCount(), 1);
+        TurnOnAI();
+        TurnOnDI();
+        window->CkDISave2Disk->setChecked(true);
+        Click(window->BtnStart);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
+        TurnOnDI();
+        return ReadProjectFile(window->szProjectFileName).diPlots;
+    };
+    constexpr std::int32_t White = 0xFFFFFF;
+    constexpr std::int32_t Yellow = 0x00FFFF;
+    EXPECT_THAT(records(0, {0x03}),
+                ElementsAre(PlotRecord{White, 0, "DI 0:0"}, PlotRecord{White, 0, "DI 0:1"}));
+    window->M1.DIPortMask[0] = 0x80; // ticked since, in settings that were not accepted
+    EXPECT_THAT(records(1, {0x05, 0x00, 0x80}),
+                ElementsAre(PlotRecord{Yellow, 0, "DI 1:0"}, PlotRecord{Yellow, 0, "DI 1:2"},
+                            PlotRecord{Yellow, 0, "DI 3:7"}));
 }
 
 TEST_F(WriteProjectInfoTest, StaleLineCountAndRecordsAgree) {
