@@ -33,7 +33,7 @@ double Reread(const std::string& text) {
 std::string Fixed(double value, int decimals) {
     const double scale = std::pow(10.0, decimals);
     const double scaled = value * scale;
-    if (std::isfinite(scaled) && std::abs(scaled) < 1e15) {
+    if (std::abs(scaled) < 1e15) {
         // 15 digits settle halves that binary fractions only come near, as 0.00005 does.
         const double settled = Reread(Formatted(scaled, std::chars_format::general, 15));
         value = std::round(settled) / scale;

@@ -38,7 +38,7 @@ void frmMain::Form_Resize() {
 
 void frmMain::SnapToMinimum() {
     const QSize frame = frameGeometry().size() - size();
-    const bool again = size() == snappedFrom && sinceSnap.isValid() && sinceSnap.elapsed() < quarrelMs;
+    const bool again = size() == snappedFrom && sinceSnap.elapsed() < quarrelMs;
     snapsInARow = again ? snapsInARow + 1 : 1;
     snappedFrom = size();
     sinceSnap.start();
