@@ -139,7 +139,7 @@ void frmMain::SoftAIScan() {
     if (IsUnpairedFamily(ZelAI1->BoardName()) && !AnyScannedThermo(n))
         scanValues.assign(static_cast<std::size_t>(n), 0.0);
     else
-        scanValues = ZelAI1->ReadChannels(true);
+        scanValues = ZelAI1->ReadChannels();
     if (AnyThermo())
         ReadTemperatures(n);
 

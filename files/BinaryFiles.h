@@ -7,14 +7,13 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
-#include <string>
 #include <string_view>
 
 namespace tracelet {
 
-/// Files opened by number, 1 to 5, for byte-level reading and writing. Each has a position, in bytes from the
-/// start, which opening sets to 0 and which puts and gets move on. Nothing is buffered. A number outside 1 to
-/// 5, or a closed one where an open file is needed, raises "Bad file name or number".
+/// Files opened by number, 1 to 5. Each has a position, in bytes from the start, which opening sets to 0 and
+/// which puts move on. Nothing is buffered. A number outside 1 to 5, or a closed one where an open file is
+/// needed, raises "Bad file name or number".
 class BinaryFiles {
 public:
     static constexpr int LowestNumber = 1;
@@ -29,46 +28,26 @@ public:
     void CloseAll();
     [[nodiscard]] bool IsOpen(int number) const;
 
-    /// The open file, for block reads at offsets of their own; the position is not used by those.
+    /// The open file, for reads at offsets of their own; the position is not used by those.
     [[nodiscard]] const SystemFile& File(int number) const;
 
-    [[nodiscard]] std::int64_t Position(int number) const;
     [[nodiscard]] std::int64_t Length(int number) const;
-    [[nodiscard]] bool EndOfFile(int number) const; ///< no byte left at the position
-    void Seek(int number, std::int64_t offset);     ///< negative: "Subscript out of range"
+    void Seek(int number, std::int64_t offset); ///< negative: "Subscript out of range"
 
     /// Writes all bytes or none: a write that fails raises the error, and the file ends where it ended
     /// before.
     void PutBytes(int number, std::span<const std::byte> bytes);
-    void PutText(int number, std::string_view text);    ///< without a 0 behind it
-    void PutZstring(int number, std::string_view text); ///< up to the first 0 in it, and one 0 behind it
     template <FileNumber T>
     void Put(int number, T value) {
-        value = FromOrToLittleEndian(value);
         PutBytes(number, std::as_bytes(std::span(&value, 1)));
-    }
-
-    /// Bytes read, fewer than asked for only at the end of the file.
-    [[nodiscard]] std::size_t GetBytes(int number, std::span<std::byte> bytes);
-    /// Raises "Unexpected end of file" when the file holds too few bytes; the position is then unmoved.
-    template <FileNumber T>
-    [[nodiscard]] T Get(int number) {
-        std::array<std::byte, sizeof(T)> bytes;
-        GetWhole(number, bytes);
-        return ReadLittleEndian<T>(bytes, 0);
     }
 
 private:
     [[nodiscard]] SystemFile& At(int number);
     [[nodiscard]] const SystemFile& At(int number) const;
     void OpenAs(int number, std::string_view path, Disposition disposition);
-    void GetWhole(int number, std::span<std::byte> bytes);
 
     std::array<SystemFile, HighestNumber> files;
 };
-
-/// The bytes from the position of file `number` up to the next 0, which is taken too, or up to the end of the
-/// file.
-[[nodiscard]] std::string Readsz(BinaryFiles& files, int number);
 
 } // namespace tracelet

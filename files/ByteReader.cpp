@@ -17,11 +17,11 @@ ByteReader::ByteReader(std::span<const std::byte> bytes)
           std::copy(part.begin(), part.end(), out.begin());
           return part.size();
       }),
-      offset(0), end(static_cast<std::int64_t>(bytes.size())) {}
+      end(static_cast<std::int64_t>(bytes.size())) {}
 
-ByteReader::ByteReader(const SystemFile& file, std::int64_t startOffset)
+ByteReader::ByteReader(const SystemFile& file)
     : fetch([&file](std::int64_t from, std::span<std::byte> out) { return file.ReadAt(from, out); }),
-      offset(startOffset), end(std::max(startOffset, file.Size())) {}
+      end(file.Size()) {}
 
 // The bytes from `offset` on that are at hand, at least one; none at the end.
 std::span<const std::byte> ByteReader::Buffered() {

@@ -21,9 +21,8 @@ public:
     static constexpr std::size_t LongestText = 1024 * 1024;
 
     explicit ByteReader(std::span<const std::byte> bytes);
-    explicit ByteReader(const SystemFile& file, std::int64_t startOffset = 0);
+    explicit ByteReader(const SystemFile& file);
 
-    [[nodiscard]] std::int64_t Offset() const { return offset; }          ///< of the next byte
     [[nodiscard]] std::int64_t Remaining() const { return end - offset; } ///< bytes up to the end, 0 or more
 
     template <FileNumber T>
@@ -44,7 +43,7 @@ private:
     [[nodiscard]] std::span<const std::byte> Buffered();
 
     Fetch fetch;
-    std::int64_t offset;
+    std::int64_t offset = 0; // of the next byte
     std::int64_t end;
     std::vector<std::byte> buffer;
     std::int64_t bufferOffset = 0;

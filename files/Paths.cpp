@@ -181,12 +181,4 @@ std::string GetTempFile(bool keep, std::string_view prefix, std::string_view fol
     return path;
 }
 
-std::string ProgramFolder() {
-    std::error_code error;
-    const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", error);
-    if (!error)
-        return program.parent_path().string();
-    return std::filesystem::current_path(error).string();
-}
-
 } // namespace tracelet

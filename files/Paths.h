@@ -9,7 +9,7 @@ namespace tracelet {
 // Paths are UTF-8 text. Text that the program composes joins folder and name with "\", whatever the system,
 // and keeps it in members and in project files. These functions are the one place that turns such text into a
 // path of the system; every file function of this folder takes the text and comes through here. What the
-// system itself tells (GetTempDir, GetTempFile, ProgramFolder) is a native path.
+// system itself tells (GetTempDir, GetTempFile) is a native path.
 
 /// The path of this system that `text` names: every "\" becomes the native separator. Text of another system
 /// (a drive letter as in "C:\x", or a server as in "\\server\share") names nothing here, neither does a text
@@ -35,8 +35,5 @@ namespace tracelet {
 /// is a native path, or empty when nothing could be created.
 [[nodiscard]] std::string GetTempFile(bool keep, std::string_view prefix = "tmp",
                                       std::string_view folder = GetTempDir());
-
-/// The folder that holds the running program, a native path without a separator at its end.
-[[nodiscard]] std::string ProgramFolder();
 
 } // namespace tracelet

@@ -148,12 +148,6 @@ void SystemFile::Seek(std::int64_t offset) {
     position = offset;
 }
 
-std::size_t SystemFile::Read(std::span<std::byte> bytes) {
-    const std::size_t got = ReadAt(position, bytes);
-    position += static_cast<std::int64_t>(got);
-    return got;
-}
-
 std::size_t SystemFile::ReadAt(std::int64_t offset, std::span<std::byte> bytes) const {
     RequireOpen(handle);
     std::size_t got = 0;

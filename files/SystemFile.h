@@ -39,12 +39,11 @@ public:
     // All of these raise "Bad file name or number" when the file is closed.
 
     [[nodiscard]] std::int64_t Size() const;
-    [[nodiscard]] std::int64_t Position() const; ///< where the next Read or Write starts
+    [[nodiscard]] std::int64_t Position() const; ///< where the next Write starts
     void Seek(std::int64_t offset); ///< negative: "Subscript out of range"; beyond the end is allowed
 
     /// Bytes read, fewer than asked for at the end of the file or where the system cannot read on; when that
-    /// is at the first byte the error is raised. Read moves the position on.
-    [[nodiscard]] std::size_t Read(std::span<std::byte> bytes);
+    /// is at the first byte the error is raised.
     [[nodiscard]] std::size_t ReadAt(std::int64_t offset, std::span<std::byte> bytes) const;
 
     /// Writes all bytes or raises the error. After an error the file has the length that it had before, so

@@ -5,8 +5,7 @@
 namespace tracelet {
 
 /// The folder in which a running program records, and its four files. The files' paths are composed texts:
-/// folder,
-/// "\" and the name.
+/// folder, "\" and the name.
 struct WorkFolder {
     std::string sztmpPath;
     std::string szProjectFileName; ///< "\Project.tld"

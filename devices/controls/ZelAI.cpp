@@ -5,7 +5,6 @@
 #include "devices/controls/BufferedInput.h"
 #include "devices/controls/DevicePicker.h"
 #include "devices/drivers/ChannelNumbers.h"
-#include "devices/drivers/ConverterCounts.h"
 
 #include <algorithm>
 #include <cmath>
@@ -341,17 +340,11 @@ void ZelAI::KeepingErrorText(Action action) {
     }
 }
 
-const std::vector<double>& ZelAI::ReadChannels(bool scaled) {
+const std::vector<double>& ZelAI::ReadChannels() {
     readValues.resize(static_cast<std::size_t>(settings.scanCount));
     if (readValues.empty())
         return readValues;
-    KeepingErrorText([&] {
-        const std::vector<ChannelSetup>& channels = ScannedChannels();
-        selection->ReadScan(channels, readValues);
-        const std::int32_t bits = Resolution();
-        for (std::size_t i = 0; !scaled && i < readValues.size(); ++i)
-            readValues[i] = CountOf(CodeOf(readValues[i], channels[i].range, bits), bits);
-    });
+    KeepingErrorText([&] { selection->ReadScan(ScannedChannels(), readValues); });
     return readValues;
 }
 

@@ -98,10 +98,10 @@ public:
     void SetChannelRange(double first, double second, std::int32_t channel);
     void GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const;
 
-    /// One scan: ScanChannelCount values, volts (or milliamperes), when `scaled`; raw counts otherwise. Scan
-    /// position i reads the physical channel that the wiring gives it. Failures raise and leave their text in
-    /// ErrorText. Empty without a board. The values stand until the next reading.
-    const std::vector<double>& ReadChannels(bool scaled);
+    /// One scan: ScanChannelCount values, volts or milliamperes. Scan position i reads the physical channel
+    /// that the wiring gives it. Failures raise and leave their text in ErrorText. Empty without a board. The
+    /// values stand until the next reading.
+    const std::vector<double>& ReadChannels();
 
     /// Starts hardware-paced input of `count` conversions a buffer. Each half, rounded down to whole scans
     /// (one scan at least), is handed over by OnFirstBufferChange and OnSecondBufferChange in turn, from the

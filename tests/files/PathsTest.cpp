@@ -160,11 +160,5 @@ TEST(GetTempFile, IsEmptyWhereNothingCanBeMade) {
     EXPECT_EQ(GetTempFile(true, "tl", ""), "");
 }
 
-TEST(ProgramFolder, HoldsThisProgram) {
-    const std::string folder = ProgramFolder();
-    EXPECT_TRUE(fs::is_directory(folder));
-    EXPECT_TRUE(FileExists(folder + "\\test_files"));
-}
-
 } // namespace
 } // namespace tracelet

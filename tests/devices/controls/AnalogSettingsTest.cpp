@@ -56,7 +56,7 @@ protected:
     }
 
     static std::vector<std::int32_t> Scanned(ZelAI& ai, FakeBoard& board) {
-        (void)ai.ReadChannels(true);
+        (void)ai.ReadChannels();
         std::vector<std::int32_t> channels;
         for (const ChannelSetup& channel : board.scanned)
             channels.push_back(channel.channel);
@@ -99,7 +99,7 @@ TEST_F(AnalogSettingsTest, WithoutABoardNothingRaisesAndNothingIsKept) {
     Range first{1, 1.0, 1.0};
     none.FirstRange(std::get<0>(first), std::get<1>(first), std::get<2>(first));
     EXPECT_EQ(first, Range(0, 0.0, 0.0));
-    EXPECT_TRUE(none.ReadChannels(true).empty());
+    EXPECT_TRUE(none.ReadChannels().empty());
     EXPECT_EQ(none.ErrorText(), QString());
     none.StopBufferedAI(0);
 }
@@ -163,7 +163,7 @@ TEST_F(AnalogSettingsTest, ABoardWithoutChannelsScansNone) {
     EXPECT_THROW(control.SetScanStartChannel(1), RunTimeError);
     EXPECT_THROW(control.SetScanChannelCount(1), RunTimeError);
     control.SetSampleRate(100);
-    EXPECT_TRUE(control.ReadChannels(true).empty());
+    EXPECT_TRUE(control.ReadChannels().empty());
     EXPECT_THAT([&] { control.StartBufferedAI(4096, true); },
                 ThrowsMessage<RunTimeError>("No analog channel is selected"));
 }
@@ -293,14 +293,14 @@ TEST_F(AnalogSettingsTest, AScanThatDoesNotFitIsNotRead) {
     control.SetScanChannelCount(8);
     control.SetScanStartChannel(1);
     const char* text = "A scan of 8 channels from channel 1 goes beyond the device's last channel";
-    EXPECT_THAT([&] { (void)control.ReadChannels(true); }, ThrowsMessage<RunTimeError>(text));
+    EXPECT_THAT([&] { (void)control.ReadChannels(); }, ThrowsMessage<RunTimeError>(text));
     EXPECT_EQ(control.ErrorText(), QString::fromLatin1(text));
     EXPECT_THAT([&] { control.StartBufferedAI(4096, true); }, ThrowsMessage<RunTimeError>(text));
     control.SetScanStartChannel(0);
     Connect(control, 0, 1); // seven logical channels are left
-    EXPECT_THROW((void)control.ReadChannels(true), RunTimeError);
+    EXPECT_THROW((void)control.ReadChannels(), RunTimeError);
     control.SetScanChannelCount(7);
-    EXPECT_EQ(control.ReadChannels(true).size(), 7U);
+    EXPECT_EQ(control.ReadChannels().size(), 7U);
     EXPECT_EQ(control.ErrorText(), QString());
 }
 
@@ -327,44 +327,40 @@ TEST_F(AnalogSettingsTest, ScanPositionsOfTheUnpairedFamilyAreTheChannels) {
     EXPECT_THAT(Scanned(control, *fake), ElementsAre(2, 3, 4, 5, 6, 7));
 }
 
-TEST_F(AnalogSettingsTest, ReadChannelsGivesVoltsOrCounts) {
+TEST_F(AnalogSettingsTest, ReadChannelsGivesVolts) {
     control.SetScanChannelCount(3);
     control.SetChannelRange(0, 5, 1);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 105.0, 210.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(10.0, 105.0, 210.0));
     EXPECT_EQ(fake->scanned[1].range.code, 5);
-    fake->scanValues = {-10.0, 2.5, 9.9999};
-    EXPECT_THAT(control.ReadChannels(false), ElementsAre(-32768.0, 0.0, 32767.0));
-    fake->info.resolution = 12;
-    EXPECT_THAT(control.ReadChannels(false), ElementsAre(0.0, 2048.0, 4095.0));
 }
 
 TEST_F(AnalogSettingsTest, EveryReadingFollowsWhatWasSetSinceTheOneBefore) {
     control.SetScanChannelCount(2);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 110.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(10.0, 110.0));
     control.SetChannelRange(0, 5, 1);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 105.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(10.0, 105.0));
     control.SetScanChannelCount(3);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0, 105.0, 210.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(10.0, 105.0, 210.0));
     control.SetScanStartChannel(1);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(105.0, 210.0, 310.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(105.0, 210.0, 310.0));
     Connect(control, 2, Differential);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(105.0, 210.0, 410.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(105.0, 210.0, 410.0));
     control.SetDeviceNumber(-1);
     control.SetDeviceNumber(0);
-    EXPECT_THAT(control.ReadChannels(true), ElementsAre(10.0));
+    EXPECT_THAT(control.ReadChannels(), ElementsAre(10.0));
 }
 
 TEST_F(AnalogSettingsTest, AFailedReadingLeavesItsText) {
     fake->refusedScan = "The board was unplugged";
-    EXPECT_THAT([&] { (void)control.ReadChannels(true); },
+    EXPECT_THAT([&] { (void)control.ReadChannels(); },
                 ThrowsMessage<RunTimeError>("The board was unplugged"));
     EXPECT_EQ(control.ErrorText(), QStringLiteral("The board was unplugged"));
     control.SetDeviceNumber(-1);
     EXPECT_EQ(control.ErrorText(), QString());
     control.SetDeviceNumber(0);
-    EXPECT_THROW((void)control.ReadChannels(true), RunTimeError);
+    EXPECT_THROW((void)control.ReadChannels(), RunTimeError);
     fake->refusedScan.clear();
-    (void)control.ReadChannels(true);
+    (void)control.ReadChannels();
     EXPECT_EQ(control.ErrorText(), QString());
 }
 
@@ -383,7 +379,7 @@ TEST_F(AnalogSettingsTest, EverySimulatedBoardReadsItsWholeScan) {
         const auto& board = static_cast<const SimulatedAnalogBoard&>(*list.analog[number].board);
         simulated.SetScanChannelCount(simulated.MaxChannelCount());
         const std::uint64_t ordinal = board.ScansRead();
-        const std::vector<double> values = simulated.ReadChannels(true);
+        const std::vector<double> values = simulated.ReadChannels();
         ASSERT_EQ(values.size(), static_cast<std::size_t>(simulated.MaxChannelCount()));
         const std::int32_t wiring = board.Info().singleEnded ? SingleEnded : Differential;
         for (std::int32_t channel = 0; channel < simulated.MaxChannelCount(); ++channel)

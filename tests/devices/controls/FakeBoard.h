@@ -68,7 +68,6 @@ public:
     int opened = 0;
     StreamSetup started;
     std::vector<ChannelSetup> scanned;
-    std::vector<double> scanValues; ///< unless empty, what a scan reads
 
     // AnalogBoard
 
@@ -84,8 +83,7 @@ public:
         Refuse(refusedScan);
         scanned.assign(channels.begin(), channels.end());
         for (std::size_t i = 0; i < channels.size(); ++i)
-            values[i] = scanValues.empty() ? 100.0 * channels[i].channel + channels[i].range.second
-                                           : scanValues.at(i);
+            values[i] = 100.0 * channels[i].channel + channels[i].range.second;
     }
     [[nodiscard]] ThermocoupleReading ReadThermocouple(const ChannelSetup& channel, std::int32_t,
                                                        ThermocoupleType) override {
