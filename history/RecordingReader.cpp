@@ -61,8 +61,6 @@ std::int64_t DataBlock<T>::Read(const SystemFile& file, std::int64_t offset, std
     }
     const auto wanted = std::span(values).first(count);
     bytesRead = static_cast<std::int64_t>(ReadBlock(file, offset, std::as_writable_bytes(wanted)));
-    for (T& value : wanted)
-        value = FromOrToLittleEndian(value);
     return bytesRead;
 }
 
