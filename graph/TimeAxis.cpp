@@ -3,6 +3,8 @@
 #include "devices/display/ZelLED.h"
 #include "graph/TimeBase.h"
 
+#include <QScopeGuard>
+
 namespace tracelet {
 
 void frmMain::AdjustXAxisAndChartLength(bool bSetXAxis) {
@@ -35,12 +37,11 @@ void frmMain::ZelLED1_Step(bool up) {
     isNumEditEventFired = true;
     ZelLED1->SetEnabled(false);
     // An axis or chart length that cannot be set must not leave the display dead.
-    const auto finish = [this](void*) {
+    const auto atEnd = qScopeGuard([this] {
         ZelLED1->SetValue(dDIVValue);
         ZelLED1->SetEnabled(true);
         isNumEditEventFired = false;
-    };
-    const std::unique_ptr<frmMain, decltype(finish)> atEnd(this, finish);
+    });
     dDIVValue = SteppedDivision(dDIVValue, up);
     AdjustXAxisAndChartLength(true);
 }

@@ -1,6 +1,6 @@
 #include "settings/PortBlock.h"
 
-#include <bit>
+#include <bitset>
 #include <gtest/gtest.h>
 
 namespace tracelet {
@@ -20,7 +20,7 @@ Table<std::uint8_t> Masks(const std::vector<std::uint8_t>& ports, bool spare = t
 
 TEST(CountBit1, CountsEveryValue) {
     for (unsigned value = 0; value <= 255; ++value)
-        EXPECT_EQ(CountBit1(static_cast<std::uint8_t>(value)), std::popcount(value)) << value;
+        EXPECT_EQ(CountBit1(static_cast<std::uint8_t>(value)), std::bitset<8>(value).count()) << value;
 }
 
 TEST(DerivePortBlock, RunsFromFirstToLastSelectedPort) {
@@ -37,6 +37,7 @@ TEST(DerivePortBlock, RunsFromFirstToLastSelectedPort) {
         {{0x10}, {0, 1, 1}, PortBlockOutcome::Found},
         {{0, 0, 0, 0}, {4, 0, 0}, PortBlockOutcome::Empty},
         {{0}, {1, 0, 0}, PortBlockOutcome::Empty},
+        {{0, 0x10, 0, 0}, {1, 1, 1}, PortBlockOutcome::Found},
         {{}, {0, 0, 0}, PortBlockOutcome::Empty},
     };
     for (const auto& c : cases) {
