@@ -3,9 +3,11 @@
 // The device settings. It holds none of its own: it shows those of the device controls and of the main window
 // and writes them back. Its procedures, by subject:
 //
+// clang-format off
 //   settings/frmSetting.cpp   opening, the analog device and channels of both pages
-//   settings/FastPage.cpp     page "Fast AI": GetFAIProperties, SetFAIProperties, chkCylic_Click,
-//   cmdFAIOK_Click settings/SoftPage.cpp     page "SoftAI and/or DI": the digital half, cmdDIOK_Click
+//   settings/FastPage.cpp     page "Fast AI": GetFAIProperties, SetFAIProperties, chkCylic_Click, cmdFAIOK_Click
+//   settings/SoftPage.cpp     page "SoftAI and/or DI": the digital half, cmdDIOK_Click
+// clang-format on
 //
 // A widget that stands on both pages is a pair, 0 on "Fast AI" and 1 on "SoftAI and/or DI"; its object names
 // end in "_0" and "_1".

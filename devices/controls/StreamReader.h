@@ -26,9 +26,8 @@ struct StreamPlan {
 /// has come or the board fails.
 ///
 /// When the queue is full, the next half is read aside; if there is still no room when it is complete, it is
-/// dropped. When the board itself
-/// loses samples, the half under way is dropped and the next one begins with a scan; of an input that ends by
-/// itself nothing is dropped, since no more would come.
+/// dropped. When the board itself loses samples, the half under way is dropped and the next one begins with a
+/// scan; of an input that ends by itself nothing is dropped, since no more would come.
 class StreamReader {
 public:
     /// `announce` is called on the reading thread with the number of items that were put into the queue.
