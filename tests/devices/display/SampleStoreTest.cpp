@@ -129,6 +129,31 @@ TEST(SampleStore, TimesThatOneOfThemNoLongerHoldsAreNotShared) {
     EXPECT_EQ(PointsOf(store, 2), (Points{{0, 3}, {1, 3}, {2, 3}, {3, 3}, {4.5, 3}}));
 }
 
+TEST(SampleStore, APlotThatCameLaterSharesTheTimesThatItNeeds) {
+    SampleStore store = StoreOf(3);
+    for (int i = 0; i < 5; ++i)
+        AppendScan(store, i, {1, 2});
+    AppendScan(store, 5, {1, 2, 3});
+    store.AppendPoint(0, 20, 1);
+    store.SetLimit(3);
+    store.AppendPoint(1, 6.5, 2); // goes its own way with the times 4 and 5
+    store.AppendPoint(2, 6.5, 3);
+    EXPECT_EQ(&store.Track(1), &store.Track(2));
+    EXPECT_EQ(PointsOf(store, 1), (Points{{4, 2}, {5, 2}, {6.5, 2}}));
+    EXPECT_EQ(PointsOf(store, 2), (Points{{5, 3}, {6.5, 3}}));
+}
+
+TEST(SampleStore, OneTimeInCommonMakesNoCommonTimes) {
+    SampleStore store = StoreOf(4);
+    for (int i = 0; i < 3; ++i)
+        for (int plot = 0; plot < 4; ++plot)
+            store.AppendPoint(plot, plot < 2 ? i : i + 0.5, plot);
+    store.AppendPoint(2, 3.5, 2);
+    store.AppendPoint(0, 3, 0);
+    store.AppendPoint(3, 3, 3); // as plot 0, whose other times are not those of plot 3
+    EXPECT_EQ(PointsOf(store, 3), (Points{{0.5, 3}, {1.5, 3}, {2.5, 3}, {3, 3}}));
+}
+
 TEST(SampleStore, FewerChannelsThanBeforeLeaveTheOtherPlotsAlone) {
     SampleStore store = StoreOf(3);
     const std::vector<float> three = {1, 2, 3, 1, 2, 3};

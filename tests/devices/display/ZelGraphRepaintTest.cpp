@@ -100,11 +100,11 @@ TEST(ZelGraphRepaint, TheTimerRestsWhenNoSamplesComeAndRunsAgainWithTheNext) {
     graph.show();
     const float value[] = {1};
     EventCounter ticks(graph, QEvent::Timer);
-    graph.AppendScan(0, value);
-    EXPECT_FALSE(IsQuiet(ticks)) << "more may come soon";
-    EXPECT_TRUE(QTest::qWaitFor([&] { return IsQuiet(ticks); }, 20000));
-    graph.AppendScan(1, value);
-    EXPECT_FALSE(IsQuiet(ticks));
+    for (int i = 0; i < 2; ++i) {
+        graph.AppendScan(i, value);
+        EXPECT_TRUE(QTest::qWaitFor([&] { return ticks.count > 3; })) << "more samples may come soon";
+        EXPECT_TRUE(QTest::qWaitFor([&] { return IsQuiet(ticks); }, 20000));
+    }
 }
 
 TEST(ZelGraphRepaint, TheTimerRestsAtOnceWhereNothingCanBeSeen) {
