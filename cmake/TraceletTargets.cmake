@@ -7,6 +7,10 @@ function(tracelet_options)
     # This compiler sees overlaps in inlined std::string code where there are none.
     target_compile_options(tracelet_options INTERFACE -Wno-restrict)
   endif()
+  if(CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+    # Part of its -Wconversion alone: elsewhere a conversion that only changes the sign is let pass in C++.
+    target_compile_options(tracelet_options INTERFACE -Wno-sign-conversion)
+  endif()
   if(TRACELET_WERROR)
     target_compile_options(tracelet_options INTERFACE -Werror)
   endif()
