@@ -10,7 +10,7 @@ namespace {
 
 constexpr double largestEnd = 1e100;
 constexpr int fixedDigits = 12; ///< longest number written without exponent
-constexpr int parts = 8;        ///< of a fitted range, at most
+constexpr int mostParts = 8;    ///< of a fitted range
 constexpr double wellFilled = 0.4;
 
 double TenTo(int exponent) {
@@ -103,7 +103,7 @@ AxisSpan FittedSpan(double low, double high, AxisSpan current) {
     if (inside && length >= wellFilled * current.Length())
         return current;
     const AxisSpan data = DrawnSpan(low, high);
-    const TickStep step = StepFor(data.Length() * 1.05, parts);
+    const TickStep step = StepFor(data.Length() * 1.05, mostParts);
     const double unit = step.At(1);
     const AxisSpan fitted{std::floor(data.low / unit) * unit, std::ceil(data.high / unit) * unit};
     const bool roomy = inside && fitted.Length() > wellFilled * current.Length();

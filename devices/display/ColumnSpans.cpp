@@ -157,8 +157,8 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
         return static_cast<float>(before + (behind - before) * edge.share);
     };
     const std::size_t count = spans.size();
-    const auto prefetch = [&](std::size_t column) {
-        samples.Prefetch(crossing[column].behind - offset, crossing[column + 1].behind - offset);
+    const auto prefetch = [&](std::size_t i) {
+        samples.Prefetch(crossing[i].behind - offset, crossing[i + 1].behind - offset);
     };
     for (std::size_t i = 0; i < std::min(lookAhead, count); ++i)
         prefetch(i);

@@ -30,17 +30,19 @@ Lanes Higher(Lanes value, Lanes bound) {
 }
 
 // Halves against each other, then neighbours. What is no number never became a bound.
-using Order [[gnu::vector_size(laneCount * sizeof(int))]] = int;
-constexpr Order halves = {2, 3, 0, 1};
-constexpr Order neighbours = {1, 0, 3, 2};
-
+Lanes SwapHalves(Lanes lanes) {
+    return __builtin_shufflevector(lanes, lanes, 2, 3, 0, 1);
+}
+Lanes SwapNeighbours(Lanes lanes) {
+    return __builtin_shufflevector(lanes, lanes, 1, 0, 3, 2);
+}
 float Lowest(Lanes bounds) {
-    bounds = Lower(__builtin_shuffle(bounds, halves), bounds);
-    return Lower(__builtin_shuffle(bounds, neighbours), bounds)[0];
+    bounds = Lower(SwapHalves(bounds), bounds);
+    return Lower(SwapNeighbours(bounds), bounds)[0];
 }
 float Highest(Lanes bounds) {
-    bounds = Higher(__builtin_shuffle(bounds, halves), bounds);
-    return Higher(__builtin_shuffle(bounds, neighbours), bounds)[0];
+    bounds = Higher(SwapHalves(bounds), bounds);
+    return Higher(SwapNeighbours(bounds), bounds)[0];
 }
 
 #ifdef __x86_64__

@@ -33,19 +33,24 @@ constexpr std::int64_t lanes = 4; ///< channels that are taken apart in one go
 using Lanes [[gnu::vector_size(lanes * sizeof(float))]] = float;
 using Columns = std::array<std::array<float, SampleStore::tileSize>, lanes>;
 
+// Lanes of two vectors by turns: of their first halves, of their last halves.
+Lanes FirstHalves(Lanes a, Lanes b) {
+    return __builtin_shufflevector(a, b, 0, 4, 1, 5);
+}
+Lanes LastHalves(Lanes a, Lanes b) {
+    return __builtin_shufflevector(a, b, 2, 6, 3, 7);
+}
+
 /// Four scans of four channels become four samples of each channel.
 void Transpose(Lanes (&rows)[lanes]) {
-    using Order [[gnu::vector_size(lanes * sizeof(int))]] = int;
-    constexpr Order firstHalves = {0, 4, 1, 5};
-    constexpr Order lastHalves = {2, 6, 3, 7};
-    const Lanes a = __builtin_shuffle(rows[0], rows[2], firstHalves);
-    const Lanes b = __builtin_shuffle(rows[1], rows[3], firstHalves);
-    const Lanes c = __builtin_shuffle(rows[0], rows[2], lastHalves);
-    const Lanes d = __builtin_shuffle(rows[1], rows[3], lastHalves);
-    rows[0] = __builtin_shuffle(a, b, firstHalves);
-    rows[1] = __builtin_shuffle(a, b, lastHalves);
-    rows[2] = __builtin_shuffle(c, d, firstHalves);
-    rows[3] = __builtin_shuffle(c, d, lastHalves);
+    const Lanes a = FirstHalves(rows[0], rows[2]);
+    const Lanes b = FirstHalves(rows[1], rows[3]);
+    const Lanes c = LastHalves(rows[0], rows[2]);
+    const Lanes d = LastHalves(rows[1], rows[3]);
+    rows[0] = FirstHalves(a, b);
+    rows[1] = LastHalves(a, b);
+    rows[2] = FirstHalves(c, d);
+    rows[3] = LastHalves(c, d);
 }
 
 /// Takes the first four of `channels` channels apart.

@@ -71,9 +71,12 @@ TEST(SystemFile, SaysWhyItDoesNotOpen) {
         {"", "File not found", "Path not found"},
     };
     for (const auto& [path, existing, always] : cases) {
-        EXPECT_EQ(FaultOf([&] { SystemFile(path, Disposition::OpenExisting); }), existing) << path;
-        EXPECT_EQ(FaultOf([&] { SystemFile(path, Disposition::OpenAlways); }), always) << path;
-        EXPECT_EQ(FaultOf([&] { SystemFile(path, Disposition::CreateAlways); }), always) << path;
+        const auto faultAs = [&path = path](Disposition disposition) {
+            return FaultOf([&] { SystemFile(path, disposition); });
+        };
+        EXPECT_EQ(faultAs(Disposition::OpenExisting), existing) << path;
+        EXPECT_EQ(faultAs(Disposition::OpenAlways), always) << path;
+        EXPECT_EQ(faultAs(Disposition::CreateAlways), always) << path;
     }
     EXPECT_EQ(FaultOf([&] { SystemFile(folder / "none", Disposition::OpenExisting); }), "File not found");
     EXPECT_FALSE(fs::exists(folder / "none"));

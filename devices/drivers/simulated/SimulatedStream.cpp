@@ -26,16 +26,15 @@ void SimulatedStream::Start(const StreamSetup& setup, std::shared_ptr<const Samp
     if (run)
         throw RunTimeError("The board is acquiring already");
     ++runNumber;
-    run.emplace();
-    run->tables = std::move(tables);
-    run->start = Clock::now();
-    run->sampleRate = setup.sampleRate;
-    run->form = setup.form;
-    run->scanSamples = setup.channels.size();
-    run->triggered = firstScan.has_value();
-    run->paced = paced;
-    run->next = firstScan.value_or(0) * setup.channels.size();
-    run->left = setup.totalSamples == 0 ? Endless : setup.totalSamples;
+    run = Run{.tables = std::move(tables),
+              .start = Clock::now(),
+              .sampleRate = setup.sampleRate,
+              .form = setup.form,
+              .scanSamples = setup.channels.size(),
+              .triggered = firstScan.has_value(),
+              .paced = paced,
+              .next = firstScan.value_or(0) * setup.channels.size(),
+              .left = setup.totalSamples == 0 ? Endless : setup.totalSamples};
 }
 
 void SimulatedStream::Stop() {
