@@ -55,6 +55,7 @@ function(tracelet_test name)
   if(TRACELET_SANITIZE)
     # Optimizing what the sanitizers put into the tests themselves takes a third of the whole build.
     target_compile_options(${name} PRIVATE -O0)
+    target_compile_definitions(${name} PRIVATE TRACELET_SANITIZED)
   endif()
   set(environment "QT_QPA_PLATFORM=offscreen;ASAN_OPTIONS=detect_leaks=1;LOCPATH=${TRACELET_LOCALES}")
   list(APPEND environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/cmake/leaks-of-the-system.supp:print_suppressions=0")

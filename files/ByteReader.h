@@ -18,7 +18,7 @@ namespace tracelet {
 class ByteReader {
 public:
     /// Longest text that Readsz takes, bytes; names and paths are far shorter.
-    static constexpr std::size_t LongestText = 1024 * 1024;
+    static constexpr std::size_t LongestText = std::size_t{1024} * 1024;
 
     explicit ByteReader(std::span<const std::byte> bytes);
     explicit ByteReader(const SystemFile& file);

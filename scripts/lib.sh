@@ -21,3 +21,4 @@ install() {
 }
 
 build_tools=(g++ cmake ninja-build qt6-base-dev libgl-dev libfontconfig-dev fonts-dejavu-core libcomedi-dev)
+test_tools=(libgtest-dev libgmock-dev python3 locales)
