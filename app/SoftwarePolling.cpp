@@ -71,7 +71,8 @@ void frmMain::StartPolledDigital() {
         Files.Put(DIFileNum, nDIPortStart);
         Files.Put(DIFileNum, nDIPortCount);
     } catch (const RunTimeError& error) {
-        StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
+        if (bDISaveToDisk)
+            StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
     }
 }
 

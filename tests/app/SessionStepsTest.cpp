@@ -238,10 +238,14 @@ TEST_F(SessionSteps, StopEndsTheTicks) {
 TEST_F(SessionSteps, DigitalHeaderThatCannotBeWrittenShowsOnItsBox) {
     SelectPorts(0, {0x01});
     TurnOnDI();
-    Click(window->CkDISave2Disk);
     const QString path = QString::fromStdString(NativePath(window->szDIFileName));
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QDir().mkdir(path));
+    StartPolling();
+    EXPECT_TRUE(window->CkDISave2Disk->toolTip().isEmpty()) << "nothing is recorded";
+    EXPECT_TRUE(window->CkDISave2Disk->styleSheet().isEmpty());
+    Click(window->BtnStart);
+    Click(window->CkDISave2Disk);
     StartPolling();
     EXPECT_THAT(window->CkDISave2Disk->toolTip().toStdString(), testing::StartsWith("Recording stopped: "));
     EXPECT_TRUE(window->CkAISave2Disk->toolTip().isEmpty());
