@@ -10,6 +10,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
@@ -90,6 +92,7 @@ void frmMain::BtnStart_Click() {
 }
 
 void frmMain::StartSession() {
+    std::optional<LastRecording> last = SetRecordingAside();
     isSystemRunning = true;
     TickCount = 0;
     ScanCount = 0;
@@ -104,11 +107,15 @@ void frmMain::StartSession() {
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
+        if (last)
+            DropAside(last->files);
         ScanCount = 0;
         StartTicks = surroundings.ticks();
         SoftAIWritten = FAIWritten = DIWritten = false;
         return;
     }
+    if (last)
+        PutRecordingBack(std::move(*last));
     const QString reason = ZelAI1->ErrorText();
     MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;

@@ -8,7 +8,7 @@
 //                               BtnStart_Click, EnableSetCmdControls
 //   app/FastAnalogInput.cpp     FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   app/SoftwarePolling.cpp     SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
-//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; the last recording during a start
 //   files/SaveAs.cpp            BtnSaveAs_Click
 //   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
@@ -40,7 +40,9 @@
 #include <QElapsedTimer>
 #include <QWidget>
 
+#include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -250,6 +252,18 @@ private:
     void AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count);
     void AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count);
     void AppendBlock(std::span<const std::byte> block, SystemFile& Handle);
+
+    /// The last recording, while a start that may be refused makes a new one.
+    struct LastRecording {
+        std::vector<std::string> files; // set aside in the work folder
+        bool SoftAIWritten = false;
+        bool FAIWritten = false;
+        bool DIWritten = false;
+        bool isProjectOpen = false; // under its number; saving closes it
+        std::vector<std::byte> unwrittenStopRecord;
+    };
+    [[nodiscard]] std::optional<LastRecording> SetRecordingAside();
+    void PutRecordingBack(LastRecording last);
 
     void RewindWorkFiles();
     void RecreateFastFile();

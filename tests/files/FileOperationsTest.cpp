@@ -70,6 +70,20 @@ TEST(CopyWholeFile, SaysWhyItFailed) {
     EXPECT_EQ(ContentOf(file).size(), 100U);
 }
 
+TEST(RenameFile, ReplacesOrSaysWhyNot) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("file", "new");
+    const std::string old = folder.Write("old", "earlier");
+    fs::create_directory(folder / "sub");
+    EXPECT_EQ(FaultOf([&] { RenameFile(folder / "none", old); }), "File not found");
+    EXPECT_EQ(FaultOf([&] { RenameFile(file, folder / "sub"); }), "Permission denied");
+    EXPECT_EQ(ContentOf(file), "new");
+    EXPECT_EQ(ContentOf(old), "earlier");
+    RenameFile(file, folder.Path() + "\\old");
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(ContentOf(old), "new");
+}
+
 TEST(Folders, AreMadeOnceAndRemovedEmpty) {
     const TemporaryFolder folder;
     EXPECT_TRUE(CreateFolder(folder.Path() + "\\new"));
