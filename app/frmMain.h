@@ -256,6 +256,7 @@ private:
     /// The last recording, while a start that may be refused makes a new one.
     struct LastRecording {
         std::vector<std::string> files; // set aside in the work folder
+        std::int32_t ScanCount = 0;
         bool SoftAIWritten = false;
         bool FAIWritten = false;
         bool DIWritten = false;

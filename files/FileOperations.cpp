@@ -73,18 +73,10 @@ void CopyWholeFile(std::string_view from, std::string_view to) {
     SystemFile copy(to, Disposition::CreateAlways);
     try {
         CopyContent(source, copy);
+        copy.CloseChecked();
     } catch (...) {
         unlink(target.c_str());
         throw;
-    }
-}
-
-bool CopyFile(std::string_view from, std::string_view to) noexcept {
-    try {
-        CopyWholeFile(from, to);
-        return true;
-    } catch (const std::exception&) {
-        return false;
     }
 }
 

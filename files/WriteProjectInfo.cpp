@@ -46,6 +46,7 @@ std::optional<frmMain::LastRecording> frmMain::SetRecordingAside() {
     if (!BtnSaveAs->isEnabled()) // there is nothing that could be saved
         return std::nullopt;
     LastRecording last{.files = {szProjectFileName},
+                       .ScanCount = ScanCount,
                        .SoftAIWritten = SoftAIWritten,
                        .FAIWritten = FAIWritten,
                        .DIWritten = DIWritten,
@@ -70,6 +71,7 @@ void frmMain::PutRecordingBack(LastRecording last) {
     QuietHandler([&] { Files.Open(DIFileNum, szDIFileName); });
     if (last.isProjectOpen)
         QuietHandler([&] { Files.Open(ProjectFileNum, szProjectFileName); });
+    ScanCount = last.ScanCount;
     SoftAIWritten = last.SoftAIWritten;
     FAIWritten = last.FAIWritten;
     DIWritten = last.DIWritten;
