@@ -248,20 +248,21 @@ TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
     ExpectIdle();
 }
 
-TEST_F(SessionSteps, FailedPolledStartShowsTheAnalogControlsText) {
+TEST_F(SessionSteps, FailedPolledStartShowsItsOwnReason) {
     SelectPorts(0, {0x01});
+    window->M1.SoftMode = false;
     TurnOnAI();
-    Faults faults;
-    faults.readError = "The converter is too hot";
-    AnalogBoardInUse().SetFaults(faults);
-    StartPolling();
-    Tick(1);
+    RefuseStart("The converter is too hot");
     Click(window->BtnStart);
-    TurnOnAI();
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The converter is too hot", "BtnStart"}));
+    window->M1.SoftMode = true;
     TurnOnDI();
     window->ZelDIO1->SetDeviceNumber(-1);
     Click(window->BtnStart);
-    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The converter is too hot", "BtnStart"}));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No DI device is selected", "BtnStart"}));
+    window->ZelAI1->SetDeviceNumber(-1);
+    Click(window->BtnStart);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No AI device is selected", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
 }
 
@@ -281,10 +282,14 @@ TEST_F(SessionSteps, AnyReasonIsAStartFailure) {
 
 TEST_F(SessionSteps, PolledStartWithoutAnIntervalFails) {
     TurnOnAI();
-    for (const std::int32_t interval : {0, -5}) {
-        window->nTimerInterval = interval;
+    const struct {
+        std::int32_t interval;
+        const char* reason;
+    } cases[] = {{0, "Division by zero"}, {-5, "A timer interval must be at least 1 ms"}};
+    for (const auto& c : cases) {
+        window->nTimerInterval = c.interval;
         Click(window->BtnStart);
-        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"})) << interval;
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{c.reason, "BtnStart"}));
         ExpectIdle();
     }
 }
