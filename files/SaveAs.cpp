@@ -28,7 +28,7 @@ void frmMain::SaveRecording(const std::string& folder) {
     StagedFile project(folder + "\\Project.tlp");
     StagedFile analog(folder + "\\AI.tld");
     StagedFile digital(folder + "\\DI.tld");
-    LabelNotice->Show({});
+    ShowLosses();         // in place of what an earlier attempt left
     CreateFolder(folder); // it may be there already
     Files.Close(ProjectFileNum);
     std::vector<std::byte> tail = unwrittenStopRecord;

@@ -209,6 +209,25 @@ TEST_F(SaveAsTest, FullDiskIsToldAndAnEarlierRecordingStays) {
     EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 200);
 }
 
+TEST_F(SaveAsTest, SavingLeavesTheCountOfLostScansInSight) {
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    StartPolling();
+    Tick(1);
+    Faults faults;
+    faults.readError = "No answer";
+    AnalogBoardInUse().SetFaults(faults);
+    Tick(2);
+    AnalogBoardInUse().SetFaults({});
+    Tick(1);
+    Click(window->BtnStart);
+    SaveAs(u"none/run"_s);
+    EXPECT_THAT(boxes.Take(), testing::SizeIs(1));
+    SaveAs(u"a"_s);
+    EXPECT_EQ(Notice(), "Scans lost: 2");
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 8U);
+}
+
 TEST_F(SaveAsTest, FolderInTheWayOfTheDataIsTold) {
     ASSERT_TRUE(QDir(target.path()).mkpath(u"a/AI.tld"_s));
     Record(1);
