@@ -84,6 +84,8 @@ void PollReader::End() {
 void PollReader::LetGo() {
     const std::lock_guard lock(work->mutex);
     work->isLetGo = true;
+    if (work->state == Work::State::Read) // nobody shall take what was read any more
+        work->state = Work::State::Idle;
     work->changed.notify_all();
 }
 

@@ -87,6 +87,16 @@ TEST_F(PollReaderTest, LetsAReadThatNeverReturnsGo) {
     EXPECT_EQ(announced, 0);
 }
 
+TEST_F(PollReaderTest, WhatWasReadBeforeItWasLetGoIsForgotten) {
+    board->gate.Close();
+    reader->Begin();
+    EXPECT_FALSE(reader->Wait(1ms));
+    board->gate.Open();
+    ASSERT_TRUE(Comes([&] { return announced == 1; }));
+    reader->LetGo();
+    EXPECT_FALSE(reader->HasRead());
+}
+
 TEST_F(PollReaderTest, ReadThatWasNotBegunYetIsNotUnderWay) {
     reader->Begin();
     reader->LetGo();
