@@ -7,6 +7,10 @@
 
 namespace tracelet {
 
+/// Notes an error that ended a handler quietly in the logging category "tracelet.quiet", which is off unless
+/// QT_LOGGING_RULES says "tracelet.quiet.debug=true".
+void NoteQuietError(const std::exception& error);
+
 /// Runs the body of an event handler; an error ends it and is shown by its description under `title`.
 template <typename Body>
 void Handler(QWidget* owner, const QString& title, Body&& body) {
@@ -22,7 +26,8 @@ template <typename Body>
 void QuietHandler(Body&& body) {
     try {
         std::forward<Body>(body)();
-    } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the handler just ends
+    } catch (const std::exception& error) {
+        NoteQuietError(error);
     }
 }
 

@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/PutSwitch.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
@@ -10,12 +11,21 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
 namespace {
 
 const QString FastExcludesDigital = u"FAI can't run together with DI"_s;
+
+// An empty text takes the red away.
+void ShowFault(QCheckBox* saveBox, const QString& text) {
+    saveBox->setToolTip(text);
+    saveBox->setStyleSheet(text.isEmpty() ? QString()
+                                          : u"QCheckBox { color: #C62828; font-weight: bold; }"_s);
+}
 
 } // namespace
 
@@ -90,12 +100,14 @@ void frmMain::BtnStart_Click() {
 }
 
 void frmMain::StartSession() {
+    std::optional<LastRecording> last = SetRecordingAside();
     isSystemRunning = true;
     TickCount = 0;
     ScanCount = 0;
-    OverrunCount = 0;
+    OverrunCount = LostScanCount = 0;
     SoftAIWritten = FAIWritten = DIWritten = false;
     ClearRecordingFaults();
+    LabelNotice->Show({});
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
     BtnStart->setText(u"Stop"_s);
@@ -104,12 +116,16 @@ void frmMain::StartSession() {
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
+        if (last)
+            DropAside(last->files);
         ScanCount = 0;
         StartTicks = surroundings.ticks();
         SoftAIWritten = FAIWritten = DIWritten = false;
         return;
     }
-    const QString reason = ZelAI1->ErrorText();
+    if (last)
+        PutRecordingBack(std::move(*last));
+    const QString reason = M1.SoftMode ? pollStartFault : ZelAI1->ErrorText();
     MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;
     EnableSetCmdControls(true);
@@ -121,6 +137,9 @@ void frmMain::StopSession() {
     if (M1.SoftMode) {
         if (ZelHiResTimerCtl1->TimerExists(PollTimer))
             ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, false);
+        silence.stop();
+        if (pollReader)
+            pollReader->LetGo();
     } else {
         ZelAI1->StopBufferedAI(0);
         if (bAISaveToDisk)
@@ -146,16 +165,21 @@ void frmMain::EnableSetCmdControls(bool Enable) {
 
 void frmMain::StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason) {
     broken = true;
-    saveBox->setToolTip(u"Recording stopped: %1"_s.arg(QString::fromUtf8(reason.what())));
-    saveBox->setStyleSheet(u"QCheckBox { color: #C62828; font-weight: bold; }"_s);
+    ShowFault(saveBox, u"Recording stopped: %1"_s.arg(QString::fromUtf8(reason.what())));
 }
 
 void frmMain::ClearRecordingFaults() {
     isAIRecordingBroken = isDIRecordingBroken = false;
-    for (QCheckBox* saveBox : {CkAISave2Disk, CkDISave2Disk}) {
-        saveBox->setToolTip({});
-        saveBox->setStyleSheet({});
-    }
+    readFault.clear();
+    for (QCheckBox* saveBox : {CkAISave2Disk, CkDISave2Disk})
+        ShowFault(saveBox, {});
+}
+
+void frmMain::ShowOnSaveBoxes(const QString& text) {
+    if (bAIEnabled && bAISaveToDisk && !isAIRecordingBroken)
+        ShowFault(CkAISave2Disk, text);
+    if (bDIEnabled && bDISaveToDisk && !isDIRecordingBroken)
+        ShowFault(CkDISave2Disk, text);
 }
 
 } // namespace tracelet

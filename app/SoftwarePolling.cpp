@@ -1,10 +1,15 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/drivers/ChannelNumbers.h"
 #include "graph/TimeBase.h"
 
+#include <QScopeGuard>
+
+#include <chrono>
 #include <limits>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -12,6 +17,10 @@ namespace tracelet {
 namespace {
 
 constexpr double ThermoLimit = 0.005; // volts, either side of 0
+
+constexpr std::chrono::milliseconds Patience{20}; // how long a tick holds the window up for a board
+constexpr std::chrono::milliseconds LongestAnswer{2000};
+constexpr const char* BoardIsSilent = "The board does not answer";
 
 // At 1 ms a counter of 32 bits is full after 25 days; it then stays where it is.
 std::int32_t NextOrHighest(std::int32_t count) {
@@ -27,15 +36,19 @@ bool DoublesThermoChannels(const ZelAI& input) {
 } // namespace
 
 bool frmMain::SoftPoolStart() {
+    pollPlan = {};
+    pollBoards = {};
     try {
         SetPolledChart();
         if (bAIEnabled)
             StartPolledAnalog();
         if (bDIEnabled)
             StartPolledDigital();
+        StartPollReader();
         StartPollTimer();
         return true;
-    } catch (const std::exception&) { // the caller shows the start-failure message
+    } catch (const std::exception& error) { // the caller shows the start-failure message
+        pollStartFault = QString::fromUtf8(error.what());
         BtnStart_Click();
         return false;
     }
@@ -58,21 +71,55 @@ void frmMain::SetPolledChart() {
 void frmMain::StartPolledAnalog() {
     if (ZelAI1->DeviceNumber() < 0)
         throw RunTimeError("No AI device is selected");
-    if (ZelThermo1->DeviceNumber() < 0)
-        return;
-    for (std::int32_t position = ZelAI1->ScanChannelCount() - 1; position >= 0; --position)
-        SelectThermoLimits(ScannedChannel(position));
+    if (ZelThermo1->DeviceNumber() >= 0) {
+        for (std::int32_t position = ZelAI1->ScanChannelCount() - 1; position >= 0; --position)
+            SelectThermoLimits(ScannedChannel(position));
+    }
+    PlanAnalogPolling();
 }
 
 void frmMain::StartPolledDigital() {
     if (ZelDIO1->DeviceNumber() < 0)
         throw RunTimeError("No DI device is selected");
+    PlanDigitalPolling();
     try {
         Files.Put(DIFileNum, nDIPortStart);
         Files.Put(DIFileNum, nDIPortCount);
     } catch (const RunTimeError& error) {
-        StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
+        if (bDISaveToDisk)
+            StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
     }
+}
+
+// Raises for a scan that goes beyond the board's channels.
+void frmMain::PlanAnalogPolling() {
+    PlanAnalog(pollPlan, M1,
+               {ChannelNumbering(), ZelAI1->ScanStartChannel(), ZelAI1->ScanChannelCount(),
+                DoublesThermoChannels(*ZelAI1)});
+    if (pollPlan.readsScan)
+        pollPlan.channels = ZelAI1->ScanSetup();
+    if (ZelThermo1->DeviceNumber() >= 0) {
+        for (PolledThermocouple& couple : pollPlan.thermocouples)
+            couple.channel = ZelThermo1->SetupOf(couple.channel.channel);
+    }
+    pollBoards.analog = ZelAI1->Board();
+    pollBoards.thermocouple = ZelThermo1->Board();
+}
+
+void frmMain::PlanDigitalPolling() {
+    PlanDigital(pollPlan, M1.DIPortMask, nDIPortStart, nDIPortCount);
+    pollBoards.digital = ZelDIO1->Board();
+}
+
+void frmMain::StartPollReader() {
+    if (pollReader && pollReader->IsReading(pollBoards)) // since the session before
+        throw RunTimeError(BoardIsSilent);
+    pollReader.reset();
+    if (MayBlock(pollPlan, pollBoards))
+        pollReader = std::make_unique<PollReader>(pollPlan, pollBoards, [this] {
+            QMetaObject::invokeMethod(
+                this, [this] { QuietHandler([this] { FinishTickAside(); }); }, Qt::QueuedConnection);
+        });
 }
 
 void frmMain::StartPollTimer() {
@@ -94,11 +141,7 @@ void frmMain::SelectThermoLimits(std::int32_t channel) {
     if (!IsUnpairedFamily(ZelAI1->BoardName()))
         limit(channel);
     if (DoublesThermoChannels(*ZelAI1))
-        limit(ThermoChannel(channel));
-}
-
-std::int32_t frmMain::ThermoChannel(std::int32_t physical) const {
-    return DoublesThermoChannels(*ZelAI1) ? 2 * physical : physical;
+        limit(2 * channel);
 }
 
 void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
@@ -109,6 +152,10 @@ void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
 }
 
 void frmMain::SoftPoolTimerPorc() {
+    if (pollReader && isSystemRunning) {
+        BeginTickAside();
+        return;
+    }
     TickCount = NextOrHighest(TickCount);
     if (bAIEnabled)
         SoftAIScan();
@@ -117,52 +164,94 @@ void frmMain::SoftPoolTimerPorc() {
     ScanCount = NextOrHighest(ScanCount);
 }
 
-// Scans are mostly of voltages alone; telling so costs less than working out their channels.
-bool frmMain::AnyThermo() const {
-    for (std::int64_t channel = 0; channel < M1.AIChanIsThermo.Count(); ++channel) {
-        if (M1.AIChanIsThermo[channel])
-            return true;
-    }
-    return false;
+// A tick of boards that may block. One that comes while the last is open is dropped, as during a handler.
+void frmMain::BeginTickAside() {
+    if (!pollReader->IsIdle())
+        return;
+    TickCount = NextOrHighest(TickCount);
+    pollReader->Begin();
+    if (pollReader->Wait(Patience))
+        FinishTickAside();
+    else
+        silence.start(LongestAnswer - Patience);
 }
 
-bool frmMain::AnyScannedThermo(std::int32_t count) const {
-    for (std::int32_t position = 0; position < count; ++position) {
-        if (M1.AIChanIsThermo[ScannedChannel(position)])
-            return true;
-    }
-    return false;
+// Also called from the event loop for what was read late; the session may be over by then.
+void frmMain::FinishTickAside() {
+    if (!isSystemRunning || !pollReader || !pollReader->HasRead())
+        return;
+    const auto end = qScopeGuard([this] { pollReader->End(); });
+    std::swap(polled, pollReader->Tick());
+    silence.stop();
+    if (LabelNotice->text() == QLatin1StringView(BoardIsSilent))
+        ShowLosses();
+    if (bAIEnabled)
+        TakeScan();
+    if (bDIEnabled)
+        TakePorts();
+    ScanCount = NextOrHighest(ScanCount);
+}
+
+void frmMain::TellSilence() {
+    LabelNotice->Show(QLatin1StringView(BoardIsSilent));
 }
 
 void frmMain::SoftAIScan() {
-    const std::int32_t n = ZelAI1->ScanChannelCount();
-    if (IsUnpairedFamily(ZelAI1->BoardName()) && !AnyScannedThermo(n))
-        scanValues.assign(static_cast<std::size_t>(n), 0.0);
-    else
-        scanValues = ZelAI1->ReadChannels();
-    if (AnyThermo())
-        ReadTemperatures(n);
+    if (!isSystemRunning)
+        PlanAnalogPolling();
+    ReadAnalog(pollPlan, pollBoards, polled);
+    TakeScan();
+}
 
+void frmMain::TakeScan() {
+    if (!polled.analogFault.empty()) {
+        LoseScan();
+        throw RunTimeError(polled.analogFault); // ends the tick
+    }
+    EndReadFault();
+    ShowThermoSelection();
     const auto time = static_cast<float>((surroundings.ticks() - StartTicks) / 1000.0);
-    scanRow.assign(scanValues.size(), 0.0F);
-    for (std::size_t i = 0; i < scanValues.size(); ++i)
-        scanRow[i] = static_cast<float>(scanValues[i]);
+    scanRow.assign(polled.values.size(), 0.0F);
+    for (std::size_t i = 0; i < scanRow.size(); ++i)
+        scanRow[i] = static_cast<float>(polled.values[i]);
     ZelGraph1->AppendScan(time, scanRow);
     if (bAISaveToDisk)
         RecordScan();
 }
 
-void frmMain::ReadTemperatures(std::int32_t count) {
-    for (std::int32_t position = 0; position < count; ++position) {
-        const std::int32_t p = ScannedChannel(position);
-        if (!M1.AIChanIsThermo[p])
-            continue;
-        ZelThermo1->SetChannel(ThermoChannel(p));
-        ZelThermo1->SetThermoType(M1.AIThermoType[p]);
-        ZelThermo1->SetThermoScale(M1.AIThermoScale[p]);
-        ZelThermo1->SetExpChannel(M1.AIThermoExpChan[p]);
-        scanValues.at(static_cast<std::size_t>(position)) = ZelThermo1->Temperature();
+// The control stands as if the temperatures had been read through it.
+void frmMain::ShowThermoSelection() {
+    for (const PolledThermocouple& couple : pollPlan.thermocouples) {
+        ZelThermo1->SetChannel(couple.channel.channel);
+        ZelThermo1->SetThermoType(static_cast<std::int32_t>(couple.type));
+        ZelThermo1->SetThermoScale(static_cast<std::int32_t>(couple.scale));
+        ZelThermo1->SetExpChannel(couple.expansion);
     }
+}
+
+// A board that fails for a while costs its scans; that it does shows until it answers again.
+void frmMain::LoseScan() {
+    LostScanCount = NextOrHighest(LostScanCount);
+    const bool isNews = std::exchange(readFault, polled.analogFault) != polled.analogFault;
+    if (isNews)
+        ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(readFault)));
+    ShowLosses();
+}
+
+void frmMain::ShowLosses() {
+    QString text;
+    if (LostScanCount > 0)
+        text = u"Scans lost: %1"_s.arg(LostScanCount);
+    if (!readFault.empty())
+        text += u" (%1)"_s.arg(QString::fromStdString(readFault));
+    LabelNotice->Show(text);
+}
+
+void frmMain::EndReadFault() {
+    if (readFault.empty())
+        return;
+    readFault.clear();
+    ShowOnSaveBoxes({});
 }
 
 void frmMain::RecordScan() {
@@ -177,17 +266,24 @@ void frmMain::RecordScan() {
 }
 
 void frmMain::SoftDIScan() {
-    if (!ZelDIO1->ReadPorts(nDIPortStart, nDIPortCount, portStates)) {
-        MsgBox(this, ZelDIO1->ErrorText(), u"SoftPoolTimerProc"_s);
+    if (!isSystemRunning)
+        PlanDigitalPolling();
+    ReadDigital(pollPlan, pollBoards, polled);
+    TakePorts();
+}
+
+void frmMain::TakePorts() {
+    if (!polled.digitalFault.empty()) {
+        MsgBox(this, QString::fromStdString(polled.digitalFault), u"SoftPoolTimerProc"_s);
         if (isSystemRunning)
             BtnStart_Click();
         return;
     }
     const double time = (surroundings.ticks() - StartTicks) / 1000.0;
     int plot = ZelAI1->ScanChannelCount();
-    for (const std::int32_t index : SelectedLines(M1.DIPortMask, nDIPortStart, nDIPortCount)) {
+    for (const std::int32_t index : pollPlan.lines) {
         if (plot < ZelGraph1->PlotCount())
-            ZelGraph1->AddPoint(plot++, time, LineLevel(index, portStates, nDIPortStart));
+            ZelGraph1->AddPoint(plot++, time, LineLevel(index, polled.states, pollPlan.portStart));
     }
     if (bDISaveToDisk)
         RecordPorts();
@@ -197,7 +293,7 @@ void frmMain::RecordPorts() {
     if (isDIRecordingBroken)
         return;
     try {
-        Files.PutBytes(DIFileNum, std::as_bytes(std::span(portStates)));
+        Files.PutBytes(DIFileNum, std::as_bytes(std::span(polled.states)));
         DIWritten = true;
     } catch (const RunTimeError& error) {
         StopRecording(isDIRecordingBroken, CkDISave2Disk, error);

@@ -58,6 +58,8 @@ void frmMain::MakeControls() {
 
 void frmMain::ConnectControls() {
     connect(ZelHiResTimerCtl1, &ZelHiResTimerCtl::OnTimer, this, &frmMain::ZelHiResTimerCtl1_OnTimer);
+    silence.setSingleShot(true);
+    connect(&silence, &QTimer::timeout, this, &frmMain::TellSilence);
     connect(ZelAI1, &ZelAI::OnFirstBufferChange, this, &frmMain::ZelAI1_OnFirstBufferChange);
     connect(ZelAI1, &ZelAI::OnSecondBufferChange, this, &frmMain::ZelAI1_OnSecondBufferChange);
     connect(ZelAI1, &ZelAI::OnOverrunNotice, this, &frmMain::ZelAI1_OnOverrunNotice);

@@ -8,7 +8,7 @@
 //                               BtnStart_Click, EnableSetCmdControls
 //   app/FastAnalogInput.cpp     FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   app/SoftwarePolling.cpp     SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
-//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; the last recording during a start
 //   files/SaveAs.cpp            BtnSaveAs_Click
 //   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
@@ -25,6 +25,8 @@
 
 #include "app/M1.h"
 #include "app/MainWidgets.h"
+#include "app/PollPlan.h"
+#include "app/PollReader.h"
 #include "base/TickCount.h"
 #include "devices/controls/ZelAI.h"
 #include "devices/controls/ZelDIO.h"
@@ -38,9 +40,13 @@
 #include "history/RecordingReader.h"
 
 #include <QElapsedTimer>
+#include <QTimer>
 #include <QWidget>
 
+#include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -92,9 +98,12 @@ public:
     std::uint32_t StartTicks = 0;  ///< millisecond count at session start
     std::int32_t ScanCount = 0;    ///< scans taken in the session; stays at the highest number there is
     std::int32_t OverrunCount = 0; ///< losses that the analog control told of in the session
-    bool SoftAIWritten = false;    ///< polled analog data were written in the session
-    bool FAIWritten = false;       ///< fast analog data were written in the session
-    bool DIWritten = false;        ///< digital data were written in the session
+    /// Polled scans that the session lost because a board could not be read. Ticks that were dropped because
+    /// the one before was still under way do not count.
+    std::int32_t LostScanCount = 0;
+    bool SoftAIWritten = false; ///< polled analog data were written in the session
+    bool FAIWritten = false;    ///< fast analog data were written in the session
+    bool DIWritten = false;     ///< digital data were written in the session
 
     // ── Files ────────────────────────────────────────────────────────────────────────────────────────
     // Paths are texts whose last separator is "\"; files/Paths turns them into native ones.
@@ -242,6 +251,8 @@ private:
     /// Marks the recording as broken for this session and shows why on its save box.
     void StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason);
     void ClearRecordingFaults();
+    /// Shows `text` on the save boxes of recordings under way that no write has broken; "" for nothing wrong.
+    void ShowOnSaveBoxes(const QString& text);
 
     void HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
                     std::int32_t dataCount);
@@ -250,6 +261,19 @@ private:
     void AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count);
     void AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count);
     void AppendBlock(std::span<const std::byte> block, SystemFile& Handle);
+
+    /// The last recording, while a start that may be refused makes a new one.
+    struct LastRecording {
+        std::vector<std::string> files; // set aside in the work folder
+        std::int32_t ScanCount = 0;
+        bool SoftAIWritten = false;
+        bool FAIWritten = false;
+        bool DIWritten = false;
+        bool isProjectOpen = false; // under its number; saving closes it
+        std::vector<std::byte> unwrittenStopRecord;
+    };
+    [[nodiscard]] std::optional<LastRecording> SetRecordingAside();
+    void PutRecordingBack(LastRecording last);
 
     void RewindWorkFiles();
     void RecreateFastFile();
@@ -261,12 +285,20 @@ private:
     void SetPolledChart();
     void StartPolledAnalog();
     void StartPolledDigital();
+    void PlanAnalogPolling();
+    void PlanDigitalPolling();
+    void StartPollReader();
     void StartPollTimer();
     void SelectThermoLimits(std::int32_t channel);
-    [[nodiscard]] std::int32_t ThermoChannel(std::int32_t physical) const;
-    [[nodiscard]] bool AnyThermo() const;
-    [[nodiscard]] bool AnyScannedThermo(std::int32_t count) const;
-    void ReadTemperatures(std::int32_t count);
+    void BeginTickAside();
+    void FinishTickAside();
+    void TellSilence();
+    void TakeScan();
+    void TakePorts();
+    void ShowThermoSelection();
+    void LoseScan();
+    void ShowLosses();
+    void EndReadFault();
     void RecordScan();
     void RecordPorts();
 
@@ -312,9 +344,14 @@ private:
     int snapsInARow = 0;                        ///< snaps that the desktop undid at once
     std::vector<PlotLook> shownPlots;           ///< what BuildPlots put on the graph
     std::vector<std::int32_t> rawBuffer;        ///< reused by every half
-    std::vector<double> scanValues;
+    PollPlan pollPlan;
+    PollBoards pollBoards;
+    PolledTick polled;                      ///< what the last tick read
+    std::unique_ptr<PollReader> pollReader; ///< of boards that may block; let go at a stop
+    QTimer silence;                         ///< running while a read is awaited from the event loop
+    QString pollStartFault;                 ///< why the last polled start failed
+    std::string readFault;                  ///< why the last scan could not be read, "" when it was
     std::vector<float> scanRow;
-    std::vector<std::uint8_t> portStates;
     DataBlock<float> hisFloats; ///< what the last tick read
     DataBlock<std::int32_t> hisCodes;
     DataBlock<std::uint8_t> hisPorts;

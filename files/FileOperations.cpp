@@ -4,7 +4,9 @@
 #include "files/Paths.h"
 #include "files/SystemFile.h"
 
+#include <cerrno>
 #include <cstddef>
+#include <cstdio>
 #include <exception>
 #include <memory>
 #include <span>
@@ -71,19 +73,16 @@ void CopyWholeFile(std::string_view from, std::string_view to) {
     SystemFile copy(to, Disposition::CreateAlways);
     try {
         CopyContent(source, copy);
+        copy.CloseChecked();
     } catch (...) {
         unlink(target.c_str());
         throw;
     }
 }
 
-bool CopyFile(std::string_view from, std::string_view to) noexcept {
-    try {
-        CopyWholeFile(from, to);
-        return true;
-    } catch (const std::exception&) {
-        return false;
-    }
+void RenameFile(std::string_view from, std::string_view to) {
+    if (rename(NativePath(from).c_str(), NativePath(to).c_str()) != 0)
+        throw Fault::FromErrno(errno);
 }
 
 bool CreateFolder(std::string_view path) noexcept {

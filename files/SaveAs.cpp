@@ -1,11 +1,14 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "base/RunTimeError.h"
 #include "files/Dialog.h"
 #include "files/FileOperations.h"
 #include "files/ProjectInfo.h"
+#include "files/StagedFile.h"
 
-#include <optional>
+#include <algorithm>
+#include <iterator>
 
 using namespace Qt::StringLiterals;
 
@@ -20,32 +23,31 @@ void frmMain::BtnSaveAs_Click() {
     });
 }
 
+// All or nothing: an earlier recording in the folder stays until each file of this one is there.
 void frmMain::SaveRecording(const std::string& folder) {
-    const std::string project = folder + "\\Project.tlp";
-    const std::string analog = folder + "\\AI.tld";
-    const std::string digital = folder + "\\DI.tld";
+    StagedFile project(folder + "\\Project.tlp");
+    StagedFile analog(folder + "\\AI.tld");
+    StagedFile digital(folder + "\\DI.tld");
+    ShowLosses();         // in place of what an earlier attempt left
     CreateFolder(folder); // it may be there already
-    std::optional<RunTimeError> refusal;
+    Files.Close(ProjectFileNum);
+    std::vector<std::byte> tail = unwrittenStopRecord;
+    std::ranges::copy(SavedPaths(folder + "\\AI.tld", folder + "\\DI.tld"), std::back_inserter(tail));
+    project.CopyFrom(szProjectFileName, tail);
     try {
-        CopyWholeFile(szProjectFileName, project);
+        if (SoftAIWritten)
+            analog.CopyFrom(szAIFileName);
+        if (FAIWritten)
+            analog.CopyFrom(szFAIFileName);
+        if (DIWritten)
+            digital.CopyFrom(szDIFileName);
+        analog.Place();
+        digital.Place();
     } catch (const RunTimeError& error) {
-        refusal = error; // the samples are worth keeping all the same
+        LabelNotice->Show(u"The recording was not saved: %1"_s.arg(QString::fromUtf8(error.what())));
+        return;
     }
-    if (SoftAIWritten)
-        CopyFile(szAIFileName, analog);
-    if (FAIWritten)
-        CopyFile(szFAIFileName, analog);
-    if (DIWritten)
-        CopyFile(szDIFileName, digital);
-
-    Files.Close(ProjectFileNum);
-    if (refusal) // a project that is there tells of an earlier recording and stays as it is
-        throw *refusal;
-    Files.Open(ProjectFileNum, project);
-    Files.Seek(ProjectFileNum, Files.Length(ProjectFileNum));
-    Files.PutBytes(ProjectFileNum, unwrittenStopRecord);
-    Files.PutBytes(ProjectFileNum, SavedPaths(analog, digital));
-    Files.Close(ProjectFileNum);
+    project.Place();
 }
 
 } // namespace tracelet

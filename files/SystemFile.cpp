@@ -132,6 +132,13 @@ void SystemFile::Close() noexcept {
     position = 0;
 }
 
+void SystemFile::CloseChecked() {
+    RequireOpen(handle);
+    position = 0;
+    if (close(std::exchange(handle, ClosedHandle)) != 0 && errno != EINTR)
+        throw Fault::FromErrno(errno);
+}
+
 std::int64_t SystemFile::Size() const {
     return StatusOf(handle).st_size;
 }

@@ -35,6 +35,8 @@ public:
     [[nodiscard]] bool IsOpen() const { return handle != ClosedHandle; }
     [[nodiscard]] int Handle() const { return handle; } ///< the system's number, -1 when closed
     void Close() noexcept;
+    /// Close that raises what the system says of bytes that it could not store after all.
+    void CloseChecked();
 
     // All of these raise "Bad file name or number" when the file is closed.
 

@@ -3,6 +3,8 @@
 #include "files/FileOperations.h"
 #include "files/Paths.h"
 
+#include <exception>
+
 namespace tracelet {
 namespace {
 
@@ -30,6 +32,10 @@ WorkFolder Named(const std::string& path) {
             .szFAIFileName = path + "\\FAI.tld"};
 }
 
+std::string AsideName(const std::string& file) {
+    return file + ".last";
+}
+
 } // namespace
 
 WorkFolder MakeWorkFolder(const std::string& programFolder) {
@@ -42,11 +48,38 @@ WorkFolder MakeWorkFolder(const std::string& programFolder) {
 }
 
 void RemoveWorkFolder(const WorkFolder& folder) noexcept {
-    DeleteFile(folder.szProjectFileName);
-    DeleteFile(folder.szFAIFileName);
-    DeleteFile(folder.szAIFileName);
-    DeleteFile(folder.szDIFileName);
+    for (const std::string& file :
+         {folder.szProjectFileName, folder.szFAIFileName, folder.szAIFileName, folder.szDIFileName}) {
+        DeleteFile(file);
+        DropAside({&file, 1});
+    }
     RemoveFolder(folder.sztmpPath);
+}
+
+bool SetAside(std::span<const std::string> files) noexcept {
+    std::size_t done = 0;
+    try {
+        for (; done < files.size(); ++done)
+            RenameFile(files[done], AsideName(files[done]));
+        return true;
+    } catch (const std::exception&) {
+        PutBack(files.first(done));
+        return false;
+    }
+}
+
+void PutBack(std::span<const std::string> files) noexcept {
+    for (const std::string& file : files) {
+        try {
+            RenameFile(AsideName(file), file);
+        } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the others may go all the same
+        }
+    }
+}
+
+void DropAside(std::span<const std::string> files) noexcept {
+    for (const std::string& file : files)
+        DeleteFile(AsideName(file));
 }
 
 } // namespace tracelet

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <span>
 #include <string>
 
 namespace tracelet {
@@ -19,7 +20,19 @@ struct WorkFolder {
 /// be written, the result names a folder that does not exist. The four files are not created.
 [[nodiscard]] WorkFolder MakeWorkFolder(const std::string& programFolder);
 
-/// Deletes the four files, then the folder; a folder that holds anything else stays. Failures are ignored.
+/// Deletes the four files, set aside or not, then the folder; a folder that holds anything else stays.
+/// Failures are ignored.
 void RemoveWorkFolder(const WorkFolder& folder) noexcept;
+
+// Files of the work folder that make room for new ones without being lost yet.
+
+/// Gives the files other names in their folder: all of them or, when one cannot be renamed, none (False).
+[[nodiscard]] bool SetAside(std::span<const std::string> files) noexcept;
+
+/// Gives files that were set aside their names back, over what bears them now. Failures are ignored.
+void PutBack(std::span<const std::string> files) noexcept;
+
+/// Deletes files that were set aside. Failures are ignored.
+void DropAside(std::span<const std::string> files) noexcept;
 
 } // namespace tracelet

@@ -5,7 +5,10 @@
 #include "files/FileOperations.h"
 #include "files/ProjectInfo.h"
 
+#include <QPushButton>
+
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -37,6 +40,43 @@ void frmMain::WriteProjectInfo() {
         if (bDIEnabled && bDISaveToDisk)
             StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
     }
+}
+
+std::optional<frmMain::LastRecording> frmMain::SetRecordingAside() {
+    if (!BtnSaveAs->isEnabled()) // there is nothing that could be saved
+        return std::nullopt;
+    LastRecording last{.files = {szProjectFileName},
+                       .ScanCount = ScanCount,
+                       .SoftAIWritten = SoftAIWritten,
+                       .FAIWritten = FAIWritten,
+                       .DIWritten = DIWritten,
+                       .isProjectOpen = Files.IsOpen(ProjectFileNum),
+                       .unwrittenStopRecord = unwrittenStopRecord};
+    if (SoftAIWritten)
+        last.files.push_back(szAIFileName);
+    if (FAIWritten)
+        last.files.push_back(szFAIFileName);
+    if (DIWritten)
+        last.files.push_back(szDIFileName);
+    return SetAside(last.files) ? std::optional(std::move(last)) : std::nullopt;
+}
+
+void frmMain::PutRecordingBack(LastRecording last) {
+    if (last.FAIWritten)
+        FAIFileHandle.Close();
+    for (const int number : {ProjectFileNum, AIFileNum, DIFileNum})
+        Files.Close(number);
+    PutBack(last.files);
+    QuietHandler([&] { Files.Open(AIFileNum, szAIFileName); });
+    QuietHandler([&] { Files.Open(DIFileNum, szDIFileName); });
+    if (last.isProjectOpen)
+        QuietHandler([&] { Files.Open(ProjectFileNum, szProjectFileName); });
+    ScanCount = last.ScanCount;
+    SoftAIWritten = last.SoftAIWritten;
+    FAIWritten = last.FAIWritten;
+    DIWritten = last.DIWritten;
+    unwrittenStopRecord = std::move(last.unwrittenStopRecord);
+    BtnSaveAs->setEnabled(true);
 }
 
 void frmMain::RewindWorkFiles() {

@@ -340,6 +340,12 @@ void ZelAI::KeepingErrorText(Action action) {
     }
 }
 
+const std::vector<ChannelSetup>& ZelAI::ScanSetup() {
+    if (selection && settings.scanCount > 0)
+        KeepingErrorText([this] { (void)ScannedChannels(); });
+    return settings.scan;
+}
+
 const std::vector<double>& ZelAI::ReadChannels() {
     readValues.resize(static_cast<std::size_t>(settings.scanCount));
     if (readValues.empty())

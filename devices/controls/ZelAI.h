@@ -103,6 +103,12 @@ public:
     /// values stand until the next reading.
     const std::vector<double>& ReadChannels();
 
+    /// Set-up of the scanned channels by scan position, for one who reads the board by itself; it stands
+    /// until a setting changes. A scan beyond the last channel raises and leaves its text in ErrorText. Empty
+    /// without a board.
+    [[nodiscard]] const std::vector<ChannelSetup>& ScanSetup();
+    [[nodiscard]] const std::shared_ptr<AnalogBoard>& Board() const { return selection.Board(); }
+
     /// Starts hardware-paced input of `count` conversions a buffer. Each half, rounded down to whole scans
     /// (one scan at least), is handed over by OnFirstBufferChange and OnSecondBufferChange in turn, from the
     /// event loop; not `cyclic`, the input ends with the second. Raises (and sets ErrorText) without a board,
@@ -115,7 +121,8 @@ public:
     /// Bytes of halves that may wait to be handed over, for inputs started from now on; 256 MiB unless set.
     void SetQueueLimit(std::size_t bytes);
 
-    /// Text of the last failed reading or buffered input; "" once another has begun or a board was selected.
+    /// Text of the last failed ReadChannels, ScanSetup or buffered input; "" once another has begun or a
+    /// board was selected.
     [[nodiscard]] QString ErrorText() const;
 
 signals:

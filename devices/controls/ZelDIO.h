@@ -32,6 +32,7 @@ public:
     /// Reads `count` ports from `start` on into `states` (resized to `count`), bit n = line n. False when
     /// the board fails or has no such ports; ErrorText then says why and `states` is empty.
     [[nodiscard]] bool ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::uint8_t>& states);
+    [[nodiscard]] const std::shared_ptr<DigitalBoard>& Board() const { return selection.Board(); }
     [[nodiscard]] QString ErrorText() const; ///< why the last reading failed, "" when it did not
 
 private:

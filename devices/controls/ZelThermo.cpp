@@ -129,6 +129,11 @@ void ZelThermo::SetInputLimits(std::int32_t channel, double low, double high) {
     settings.channels.SetRange(channel, *narrowest);
 }
 
+ChannelSetup ZelThermo::SetupOf(std::int32_t channel) const {
+    RequireChannel(channel);
+    return settings.channels.SetupOf(channel);
+}
+
 double ZelThermo::Temperature() {
     if (!selection)
         throw RunTimeError("No thermocouple device is selected");

@@ -44,6 +44,10 @@ public:
     /// none does.
     void SetInputLimits(std::int32_t channel, double low, double high);
 
+    /// Range and wiring of a channel, for one who reads the board by itself; raises without such a channel.
+    [[nodiscard]] ChannelSetup SetupOf(std::int32_t channel) const;
+    [[nodiscard]] const std::shared_ptr<AnalogBoard>& Board() const { return selection.Board(); }
+
     /// Temperature of the selected channel in the selected scale. Raises when the board fails or the
     /// voltage lies outside the type's range; raises without a board.
     [[nodiscard]] double Temperature();

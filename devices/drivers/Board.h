@@ -12,9 +12,11 @@ namespace tracelet {
 // What a driver offers and what the device controls ask of it. Boards know nothing of widgets, settings or
 // files: every call carries the set-up that it works with.
 //
-// Threads: everything is called on the user-interface thread, except ReadStream, which the control's reading
-// thread calls; StopStream may be called while ReadStream waits, and makes it return.
-// Errors: RunTimeError with a text that a user understands.
+// Threads: everything is called on the user-interface thread, but for two cases. ReadStream is called by the
+// control's reading thread; StopStream may be called while ReadStream waits, and makes it return. A board
+// that says `mayBlock` has ReadScan, ReadThermocouple and ReadPorts called on a polling thread, one at a
+// time; while such a read does not return, other calls may come on the user-interface thread. Errors:
+// RunTimeError with a text that a user understands.
 
 /// One input range. `first` and `second` are its lower and upper limit, in volts, or in milliamperes when
 /// `second` is exactly 20.
@@ -53,6 +55,7 @@ struct AnalogBoardInfo {
     bool thermocouples = false; ///< ReadThermocouple works
     double lowestRate = 1.0;    ///< hertz, conversions of all channels together
     double highestRate = 1.0;   ///< hertz
+    bool mayBlock = false;      ///< ReadScan or ReadThermocouple may take long, or never return
 };
 
 /// How one channel of a scan is read.
@@ -120,7 +123,8 @@ public:
 
     /// Reads a thermocouple behind expansion channel `expansion` (0 to 15) of `channel`. `type` says which
     /// couple the user has wired. A board that is wired differentially only counts its thermocouple inputs in
-    /// steps of two, so up to twice its channels.
+    /// steps of two, so up to twice its channels. An open couple is no error but a voltage outside the type's
+    /// range, NaN for want of a better one: it costs this channel's value alone, an error the whole scan.
     [[nodiscard]] virtual ThermocoupleReading
     ReadThermocouple(const ChannelSetup& channel, std::int32_t expansion, ThermocoupleType type) = 0;
 
@@ -140,6 +144,7 @@ struct DigitalBoardInfo {
     std::string driver;
     bool simulated = false;
     std::int32_t portCount = 0; ///< 8-bit ports
+    bool mayBlock = false;      ///< ReadPorts may take long, or never return
 };
 
 class DigitalBoard {

@@ -4,6 +4,7 @@
 #include "base/RunTimeError.h"
 
 #include <cmath>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -226,6 +227,27 @@ double Solve(const Reference& reference, double millivolts, double low, double h
     return celsius;
 }
 
+bool InRange(const Reference& reference, double celsius) {
+    return celsius >= reference.lowest && celsius <= Highest(reference);
+}
+
+// NaN outside the range.
+double CelsiusOrNaN(const Reference& reference, double millivolts) {
+    const double low = reference.turn;
+    const double high = Highest(reference);
+    const double lowest = Evaluate(reference, low).value;
+    const double highest = Evaluate(reference, high).value;
+    // A voltage that was computed at an end may miss it by a rounding.
+    constexpr double slack = 1e-9;
+    if (!(millivolts >= lowest - slack && millivolts <= highest + slack))
+        return std::numeric_limits<double>::quiet_NaN();
+    if (millivolts <= lowest)
+        return low;
+    if (millivolts >= highest)
+        return high;
+    return Solve(reference, millivolts, low, high);
+}
+
 } // namespace
 
 ThermocoupleRange RangeOf(ThermocoupleType type) {
@@ -235,31 +257,30 @@ ThermocoupleRange RangeOf(ThermocoupleType type) {
 
 double ThermocoupleMillivolts(ThermocoupleType type, double celsius) {
     const Reference& reference = ReferenceOf(type);
-    if (!(celsius >= reference.lowest && celsius <= Highest(reference)))
+    if (!InRange(reference, celsius))
         throw OutsideRange(reference, NumberText(celsius) + " \u00b0C");
     return Evaluate(reference, celsius).value;
 }
 
 double ThermocoupleCelsius(ThermocoupleType type, double millivolts) {
     const Reference& reference = ReferenceOf(type);
-    const double low = reference.turn;
-    const double high = Highest(reference);
-    const double lowest = Evaluate(reference, low).value;
-    const double highest = Evaluate(reference, high).value;
-    // A voltage that was computed at an end may miss it by a rounding.
-    constexpr double slack = 1e-9;
-    if (!(millivolts >= lowest - slack && millivolts <= highest + slack))
+    const double celsius = CelsiusOrNaN(reference, millivolts);
+    if (std::isnan(celsius))
         throw OutsideRange(reference, NumberText(millivolts) + " mV");
-    if (millivolts <= lowest)
-        return low;
-    if (millivolts >= highest)
-        return high;
-    return Solve(reference, millivolts, low, high);
+    return celsius;
 }
 
 double ThermocoupleCelsius(ThermocoupleType type, const ThermocoupleReading& reading) {
     return ThermocoupleCelsius(type, reading.millivolts +
                                          ThermocoupleMillivolts(type, reading.coldJunctionCelsius));
+}
+
+double ThermocoupleCelsiusOrNaN(ThermocoupleType type, const ThermocoupleReading& reading) {
+    const Reference& reference = ReferenceOf(type);
+    if (!InRange(reference, reading.coldJunctionCelsius))
+        return std::numeric_limits<double>::quiet_NaN();
+    return CelsiusOrNaN(reference,
+                        reading.millivolts + Evaluate(reference, reading.coldJunctionCelsius).value);
 }
 
 double InScale(double celsius, TemperatureScale scale) {

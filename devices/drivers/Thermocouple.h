@@ -35,6 +35,10 @@ struct ThermocoupleRange {
 /// Temperature in °C behind a reading: its voltage raised by that of the cold junction, then solved.
 [[nodiscard]] double ThermocoupleCelsius(ThermocoupleType type, const ThermocoupleReading& reading);
 
+/// The same, but NaN where that raises: the voltage (an open couple's, say) or the cold junction lies outside
+/// the type's range, or is not a number.
+[[nodiscard]] double ThermocoupleCelsiusOrNaN(ThermocoupleType type, const ThermocoupleReading& reading);
+
 /// `celsius` in another scale.
 [[nodiscard]] double InScale(double celsius, TemperatureScale scale);
 

@@ -3,9 +3,12 @@
 #include "tests/support/MainWindowTest.h"
 
 #include "devices/display/ZelGraph.h"
+#include "files/Dialog.h"
+#include "files/ProjectInfo.h"
 
 #include <QDir>
 #include <QFile>
+#include <QLineEdit>
 
 #include <new>
 #include <stdexcept>
@@ -17,6 +20,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::SizeIs;
+using testing::UnorderedElementsAre;
 using Box = MessageBoxes::Box;
 
 /// A board whose stream cannot be started, for a reason that no driver foresaw.
@@ -74,6 +78,33 @@ protected:
         DigitalBoardInUse().SetFaults(faults);
     }
 
+    /// Records three scans of both inputs; `beforeStop` runs before they are complete.
+    void RecordBoth(const std::function<void()>& beforeStop = [] {}) {
+        SelectPorts(0, {0x01});
+        TurnOnAI();
+        TurnOnDI();
+        Click(window->CkAISave2Disk);
+        Click(window->CkDISave2Disk);
+        StartPolling();
+        Tick(3);
+        beforeStop();
+        Click(window->BtnStart);
+    }
+
+    /// The bytes of the work files.
+    struct Recording {
+        std::vector<std::uint8_t> project, analog, fast, digital;
+        bool operator==(const Recording&) const = default;
+    };
+    [[nodiscard]] Recording Recorded() const {
+        return {Bytes(window->szProjectFileName), Bytes(window->szAIFileName), Bytes(window->szFAIFileName),
+                Bytes(window->szDIFileName)};
+    }
+    [[nodiscard]] QStringList WorkFiles() const {
+        return QDir(QString::fromStdString(NativePath(window->sztmpPath)))
+            .entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    }
+
     void ExpectIdle() const {
         EXPECT_FALSE(window->isSystemRunning);
         EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
@@ -107,6 +138,7 @@ TEST_F(SessionSteps, FailedFastStartIsToldBeforeItIsUndone) {
     Click(window->BtnStart);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
     ASSERT_TRUE(window->BtnSaveAs->isEnabled());
+    const Recording recorded = Recorded();
 
     RefuseStart("The board is busy");
     bool runningDuringMessage = false;
@@ -119,16 +151,82 @@ TEST_F(SessionSteps, FailedFastStartIsToldBeforeItIsUndone) {
     EXPECT_TRUE(runningDuringMessage);
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The board is busy", "BtnStart"}));
     ExpectIdle();
-    // The recording that was there is gone; a start that failed has no count of scans.
-    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
-    EXPECT_THAT(Bytes(window->szProjectFileName), SizeIs(16));
-    EXPECT_THAT(Bytes(window->szFAIFileName), SizeIs(0));
+    EXPECT_TRUE(window->BtnSaveAs->isEnabled());
+    EXPECT_TRUE(window->FAIWritten);
+    EXPECT_FALSE(window->FAIFileHandle.IsOpen());
+    EXPECT_THAT(recorded.fast, SizeIs(4096 * 4));
+    EXPECT_EQ(Recorded(), recorded);
 
     AnalogBoardInUse().SetFaults({});
     Click(window->BtnStart);
     ASSERT_TRUE(QTest::qWaitFor([&] { return !window->isSystemRunning; }, 20000));
     EXPECT_EQ(window->ScanCount, 4096);
     EXPECT_THAT(Bytes(window->szProjectFileName), SizeIs(16 + 12));
+    EXPECT_FALSE(window->BtnSaveAs->isEnabled());
+}
+
+TEST_F(SessionSteps, RefusedStartKeepsThePolledRecording) {
+    RecordBoth();
+    const Recording recorded = Recorded();
+    EXPECT_THAT(recorded.analog, SizeIs(3 * 4));
+    EXPECT_THAT(recorded.digital, SizeIs(8 + 3));
+    window->ZelDIO1->SetDeviceNumber(-1);
+    for (const bool projectIsOpen : {true, false}) { // saving closes it
+        if (!projectIsOpen)
+            window->Files.Close(frmMain::ProjectFileNum);
+        Click(window->BtnStart);
+        EXPECT_THAT(boxes.Take(), SizeIs(1));
+        ExpectIdle();
+        EXPECT_EQ(Recorded(), recorded);
+        EXPECT_TRUE(window->SoftAIWritten && window->DIWritten && !window->FAIWritten);
+        EXPECT_TRUE(window->BtnSaveAs->isEnabled());
+        EXPECT_EQ(window->Files.IsOpen(frmMain::ProjectFileNum), projectIsOpen);
+        EXPECT_TRUE(window->Files.IsOpen(frmMain::AIFileNum) && window->Files.IsOpen(frmMain::DIFileNum));
+        EXPECT_THAT(WorkFiles(),
+                    UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"FAI.tld"_s, u"Project.tld"_s));
+    }
+}
+
+TEST_F(SessionSteps, RefusedStartKeepsTheStopRecordThatWasNotWrittenYet) {
+    RecordBoth([&] { window->Files.Close(frmMain::ProjectFileNum); }); // as good as a full disk
+    const auto withoutStop = Bytes(window->szProjectFileName).size();
+    window->ZelDIO1->SetDeviceNumber(-1);
+    Click(window->BtnStart);
+    EXPECT_THAT(boxes.Take(), SizeIs(1));
+    EXPECT_THAT(Bytes(window->szProjectFileName), SizeIs(withoutStop));
+    const QTemporaryDir target;
+    window->szDrive = "/";
+    window->szDir = target.path().toStdString();
+    OnModalDialog<Dialog>([&](Dialog& dialog) {
+        dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(u"a"_s);
+        Click(dialog.findChild<QPushButton*>(u"OKButton"_s));
+    });
+    Click(window->BtnSaveAs);
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 3);
+}
+
+TEST_F(SessionSteps, StartThatWorksReplacesTheRecording) {
+    RecordBoth();
+    StartPolling();
+    EXPECT_THAT(WorkFiles(), UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"FAI.tld"_s, u"Project.tld"_s));
+    EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(0));
+    EXPECT_THAT(Bytes(window->szDIFileName), SizeIs(8));
+    Tick(1);
+    Click(window->BtnStart);
+    EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(4));
+}
+
+TEST_F(SessionSteps, RecordingThatCannotBeSetAsideHoldsNoStartUp) {
+    RecordBoth();
+    const QString inTheWay = QString::fromStdString(NativePath(window->szAIFileName)) + u".last"_s;
+    ASSERT_TRUE(QDir().mkdir(inTheWay));
+    StartPolling();
+    EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(0));
+    Tick(2);
+    Click(window->BtnStart);
+    EXPECT_THAT(Bytes(window->szAIFileName), SizeIs(2 * 4));
+    ASSERT_TRUE(QDir().rmdir(inTheWay));
+    EXPECT_THAT(WorkFiles(), SizeIs(4));
 }
 
 TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
@@ -150,20 +248,21 @@ TEST_F(SessionSteps, FailedPolledStartIsToldAfterItWasStopped) {
     ExpectIdle();
 }
 
-TEST_F(SessionSteps, FailedPolledStartShowsTheAnalogControlsText) {
+TEST_F(SessionSteps, FailedPolledStartShowsItsOwnReason) {
     SelectPorts(0, {0x01});
+    window->M1.SoftMode = false;
     TurnOnAI();
-    Faults faults;
-    faults.readError = "The converter is too hot";
-    AnalogBoardInUse().SetFaults(faults);
-    StartPolling();
-    Tick(1);
+    RefuseStart("The converter is too hot");
     Click(window->BtnStart);
-    TurnOnAI();
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The converter is too hot", "BtnStart"}));
+    window->M1.SoftMode = true;
     TurnOnDI();
     window->ZelDIO1->SetDeviceNumber(-1);
     Click(window->BtnStart);
-    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"The converter is too hot", "BtnStart"}));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No DI device is selected", "BtnStart"}));
+    window->ZelAI1->SetDeviceNumber(-1);
+    Click(window->BtnStart);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No AI device is selected", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
 }
 
@@ -183,10 +282,14 @@ TEST_F(SessionSteps, AnyReasonIsAStartFailure) {
 
 TEST_F(SessionSteps, PolledStartWithoutAnIntervalFails) {
     TurnOnAI();
-    for (const std::int32_t interval : {0, -5}) {
-        window->nTimerInterval = interval;
+    const struct {
+        std::int32_t interval;
+        const char* reason;
+    } cases[] = {{0, "Division by zero"}, {-5, "A timer interval must be at least 1 ms"}};
+    for (const auto& c : cases) {
+        window->nTimerInterval = c.interval;
         Click(window->BtnStart);
-        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"})) << interval;
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{c.reason, "BtnStart"}));
         ExpectIdle();
     }
 }
@@ -238,10 +341,14 @@ TEST_F(SessionSteps, StopEndsTheTicks) {
 TEST_F(SessionSteps, DigitalHeaderThatCannotBeWrittenShowsOnItsBox) {
     SelectPorts(0, {0x01});
     TurnOnDI();
-    Click(window->CkDISave2Disk);
     const QString path = QString::fromStdString(NativePath(window->szDIFileName));
     ASSERT_TRUE(QFile::remove(path));
     ASSERT_TRUE(QDir().mkdir(path));
+    StartPolling();
+    EXPECT_TRUE(window->CkDISave2Disk->toolTip().isEmpty()) << "nothing is recorded";
+    EXPECT_TRUE(window->CkDISave2Disk->styleSheet().isEmpty());
+    Click(window->BtnStart);
+    Click(window->CkDISave2Disk);
     StartPolling();
     EXPECT_THAT(window->CkDISave2Disk->toolTip().toStdString(), testing::StartsWith("Recording stopped: "));
     EXPECT_TRUE(window->CkAISave2Disk->toolTip().isEmpty());

@@ -293,7 +293,7 @@ TEST_F(SessionTest, PolledStartWithoutItsDeviceFails) {
     window->ZelAI1->SetDeviceNumber(-1);
     window->SoftAIWritten = true;
     Click(window->BtnStart);
-    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"}));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No AI device is selected", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
     EXPECT_EQ(window->BtnStart->text(), u"Start"_s);
     EXPECT_TRUE(window->FrameSet->isEnabled());
@@ -307,7 +307,7 @@ TEST_F(SessionTest, DigitalStartWithoutItsDeviceFails) {
     TurnOnDI();
     window->ZelDIO1->SetDeviceNumber(-1);
     Click(window->BtnStart);
-    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Device start failed", "BtnStart"}));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"No DI device is selected", "BtnStart"}));
     EXPECT_FALSE(window->isSystemRunning);
 }
 

@@ -11,42 +11,42 @@ namespace {
 
 namespace fs = std::filesystem;
 
-TEST(CopyFile, CreatesAndOverwrites) {
+TEST(CopyWholeFile, CreatesAndOverwrites) {
     const TemporaryFolder folder;
     folder.Write("from", "new content");
     folder.Write("old", "something that is much longer than the new content");
-    EXPECT_TRUE(CopyFile(folder / "from", folder.Path() + "\\to"));
-    EXPECT_TRUE(CopyFile(folder / "from", folder / "old"));
+    EXPECT_NO_THROW(CopyWholeFile(folder / "from", folder.Path() + "\\to"));
+    EXPECT_NO_THROW(CopyWholeFile(folder / "from", folder / "old"));
     EXPECT_EQ(ContentOf(folder / "to"), "new content");
     EXPECT_EQ(ContentOf(folder / "old"), "new content");
     EXPECT_EQ(ContentOf(folder / "from"), "new content");
 }
 
-TEST(CopyFile, CopiesEmptyAndLargeFiles) {
+TEST(CopyWholeFile, CopiesEmptyAndLargeFiles) {
     const TemporaryFolder folder;
     std::string large(3 * 1024 * 1024 + 5, '\0');
     for (std::size_t i = 0; i < large.size(); ++i)
         large[i] = static_cast<char>(i % 251);
-    EXPECT_TRUE(CopyFile(folder.Write("empty"), folder / "emptyCopy"));
-    EXPECT_TRUE(CopyFile(folder.Write("large", large), folder / "largeCopy"));
+    EXPECT_NO_THROW(CopyWholeFile(folder.Write("empty"), folder / "emptyCopy"));
+    EXPECT_NO_THROW(CopyWholeFile(folder.Write("large", large), folder / "largeCopy"));
     EXPECT_TRUE(fs::exists(folder / "emptyCopy"));
     EXPECT_EQ(ContentOf(folder / "largeCopy"), large);
 }
 
-TEST(CopyFile, FailsQuietly) {
+TEST(CopyWholeFile, LeavesNothingBehindWhenItFails) {
     const TemporaryFolder folder;
     const std::string file = folder.Write("file", "abc");
     fs::create_symlink(file, folder / "link");
     fs::create_directory(folder / "sub");
-    EXPECT_FALSE(CopyFile(folder / "none", folder / "to"));
+    EXPECT_ANY_THROW(CopyWholeFile(folder / "none", folder / "to"));
     EXPECT_FALSE(fs::exists(folder / "to"));
-    EXPECT_FALSE(CopyFile(file, folder / "sub"));
-    EXPECT_FALSE(CopyFile(file, folder / "none/to"));
-    EXPECT_FALSE(CopyFile(folder / "sub", folder / "to"));
-    EXPECT_FALSE(CopyFile(file, "C:\\to"));
-    EXPECT_FALSE(CopyFile(file, file));
-    EXPECT_FALSE(CopyFile(file, folder / "link"));
-    EXPECT_FALSE(CopyFile(file, folder.Path() + "/./file"));
+    EXPECT_ANY_THROW(CopyWholeFile(file, folder / "sub"));
+    EXPECT_ANY_THROW(CopyWholeFile(file, folder / "none/to"));
+    EXPECT_ANY_THROW(CopyWholeFile(folder / "sub", folder / "to"));
+    EXPECT_ANY_THROW(CopyWholeFile(file, "C:\\to"));
+    EXPECT_ANY_THROW(CopyWholeFile(file, file));
+    EXPECT_ANY_THROW(CopyWholeFile(file, folder / "link"));
+    EXPECT_ANY_THROW(CopyWholeFile(file, folder.Path() + "/./file"));
     EXPECT_EQ(ContentOf(file), "abc");
 }
 
@@ -68,6 +68,20 @@ TEST(CopyWholeFile, SaysWhyItFailed) {
     }
     EXPECT_FALSE(fs::exists(old)); // an incomplete copy is none
     EXPECT_EQ(ContentOf(file).size(), 100U);
+}
+
+TEST(RenameFile, ReplacesOrSaysWhyNot) {
+    const TemporaryFolder folder;
+    const std::string file = folder.Write("file", "new");
+    const std::string old = folder.Write("old", "earlier");
+    fs::create_directory(folder / "sub");
+    EXPECT_EQ(FaultOf([&] { RenameFile(folder / "none", old); }), "File not found");
+    EXPECT_EQ(FaultOf([&] { RenameFile(file, folder / "sub"); }), "Permission denied");
+    EXPECT_EQ(ContentOf(file), "new");
+    EXPECT_EQ(ContentOf(old), "earlier");
+    RenameFile(file, folder.Path() + "\\old");
+    EXPECT_FALSE(fs::exists(file));
+    EXPECT_EQ(ContentOf(old), "new");
 }
 
 TEST(Folders, AreMadeOnceAndRemovedEmpty) {

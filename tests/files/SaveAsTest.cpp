@@ -1,5 +1,6 @@
 #include "tests/support/MainWindowTest.h"
 
+#include "app/NoticeLine.h"
 #include "files/Dialog.h"
 #include "files/ProjectInfo.h"
 #include "tests/files/FileSizeLimit.h"
@@ -7,6 +8,8 @@
 #include <QDir>
 #include <QFile>
 #include <QLineEdit>
+
+#include <map>
 
 using namespace Qt::StringLiterals;
 
@@ -48,6 +51,14 @@ protected:
     [[nodiscard]] QStringList Saved(const QString& name = {}) const {
         return QDir(target.filePath(name)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
     }
+    /// Names and bytes of all that was saved in a folder.
+    [[nodiscard]] std::map<QString, std::vector<std::uint8_t>> SavedRecording(const QString& name) const {
+        std::map<QString, std::vector<std::uint8_t>> files;
+        for (const QString& file : Saved(name))
+            files[file] = SavedBytes(name + u'/' + file);
+        return files;
+    }
+    [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
     [[nodiscard]] std::vector<std::uint8_t> SavedBytes(const QString& file) const {
         return Bytes(target.filePath(file).toStdString());
     }
@@ -156,27 +167,87 @@ TEST_F(SaveAsTest, StopRecordThatTheWorkFileDidNotTakeIsInTheSavedCopy) {
     EXPECT_EQ(ReadProjectFile(target.filePath(u"b/Project.tlp"_s).toStdString()).ScanCount, 2);
 }
 
-TEST_F(SaveAsTest, DataFileDeletedUnderTheSessionIsLeftOutSilently) {
+TEST_F(SaveAsTest, DataThatCannotBeReadAreToldAndAnEarlierRecordingStays) {
+    const QString data = QString::fromStdString(NativePath(window->szAIFileName));
     Record(2);
-    ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szAIFileName))));
     SaveAs(u"a"_s);
-    EXPECT_THAT(Saved(u"a"_s), ElementsAre(u"Project.tlp"_s));
-    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 2);
+    const auto earlier = SavedRecording(u"a"_s);
+    Record(3);
+    ASSERT_TRUE(QFile::remove(data));
+    for (const char* reason : {"File not found", "Permission denied"}) {
+        for (const QString& name : {u"a"_s, u"b"_s}) {
+            SaveAs(name);
+            EXPECT_EQ(Notice(), std::string("The recording was not saved: ") + reason);
+            EXPECT_FALSE(window->Files.IsOpen(frmMain::ProjectFileNum));
+        }
+        EXPECT_EQ(SavedRecording(u"a"_s), earlier);
+        EXPECT_THAT(Saved(u"b"_s), IsEmpty());
+        QDir().mkdir(data); // for the second round: nothing that can be read
+    }
+    ASSERT_TRUE(QDir().rmdir(data));
+    Record(1);
+    SaveAs(u"a"_s);
+    EXPECT_EQ(Notice(), "");
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 4U);
 }
 
-TEST_F(SaveAsTest, ProjectThatIsGoneIsToldAndAnEarlierOneStays) {
+TEST_F(SaveAsTest, FullDiskIsToldAndAnEarlierRecordingStays) {
     Record(2);
     SaveAs(u"a"_s);
-    const std::vector<std::uint8_t> earlier = SavedBytes(u"a/Project.tlp"_s);
+    const auto earlier = SavedRecording(u"a"_s);
+    Record(200);
+    {
+        const FileSizeLimit full(700); // there is room for the project, not for the samples
+        SaveAs(u"a"_s);
+        SaveAs(u"b"_s);
+    }
+    EXPECT_EQ(Notice(), "The recording was not saved: File too large");
+    EXPECT_EQ(SavedRecording(u"a"_s), earlier);
+    EXPECT_THAT(Saved(u"b"_s), IsEmpty());
+    SaveAs(u"a"_s);
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 800U);
+    EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 200);
+}
+
+TEST_F(SaveAsTest, SavingLeavesTheCountOfLostScansInSight) {
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    StartPolling();
+    Tick(1);
+    Faults faults;
+    faults.readError = "No answer";
+    AnalogBoardInUse().SetFaults(faults);
+    Tick(2);
+    AnalogBoardInUse().SetFaults({});
+    Tick(1);
+    Click(window->BtnStart);
+    SaveAs(u"none/run"_s);
+    EXPECT_THAT(boxes.Take(), testing::SizeIs(1));
+    SaveAs(u"a"_s);
+    EXPECT_EQ(Notice(), "Scans lost: 2");
+    EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 8U);
+}
+
+TEST_F(SaveAsTest, FolderInTheWayOfTheDataIsTold) {
+    ASSERT_TRUE(QDir(target.path()).mkpath(u"a/AI.tld"_s));
+    Record(1);
+    SaveAs(u"a"_s);
+    EXPECT_EQ(Notice(), "The recording was not saved: Permission denied");
+    EXPECT_THAT(Saved(u"a"_s), ElementsAre(u"AI.tld"_s));
+}
+
+TEST_F(SaveAsTest, ProjectThatIsGoneIsToldAndAnEarlierRecordingStays) {
+    Record(2);
+    SaveAs(u"a"_s);
+    const auto earlier = SavedRecording(u"a"_s);
     Record(3);
     ASSERT_TRUE(QFile::remove(QString::fromStdString(NativePath(window->szProjectFileName))));
     for (const QString& name : {u"a"_s, u"b"_s}) {
         SaveAs(name);
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File not found", "BtnSaveAs"}));
-        EXPECT_EQ(SavedBytes(name + u"/AI.tld"_s).size(), 12U); // the samples are kept
     }
-    EXPECT_EQ(SavedBytes(u"a/Project.tlp"_s), earlier);
-    EXPECT_THAT(Saved(u"b"_s), ElementsAre(u"AI.tld"_s));
+    EXPECT_EQ(SavedRecording(u"a"_s), earlier);
+    EXPECT_THAT(Saved(u"b"_s), IsEmpty());
     Record(1); // makes the project anew
     SaveAs(u"c"_s);
     EXPECT_EQ(ReadProjectFile(target.filePath(u"c/Project.tlp"_s).toStdString()).ScanCount, 1);
@@ -189,7 +260,7 @@ TEST_F(SaveAsTest, FullDiskIsToldAndLeavesNoProjectOfPathsAlone) {
         SaveAs(u"a"_s);
     }
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"File too large", "BtnSaveAs"}));
-    EXPECT_THAT(Saved(u"a"_s), ElementsAre(u"AI.tld"_s));
+    EXPECT_THAT(Saved(u"a"_s), IsEmpty());
     SaveAs(u"a"_s);
     EXPECT_EQ(ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString()).ScanCount, 2);
 }

@@ -35,6 +35,18 @@ TEST(SystemFile, OpenAlwaysKeepsWhatIsThereAndCreatesWhatIsMissing) {
     EXPECT_TRUE(fs::is_regular_file(folder / "missing"));
 }
 
+TEST(SystemFile, CheckedCloseSaysWhatTheSystemSays) {
+    const TemporaryFolder folder;
+    SystemFile file(folder.Write("file"), Disposition::OpenAlways);
+    file.CloseChecked();
+    EXPECT_FALSE(file.IsOpen());
+    EXPECT_EQ(FaultOf([&] { file.CloseChecked(); }), "Bad file name or number");
+    file = SystemFile(folder / "file", Disposition::OpenAlways);
+    close(file.Handle()); // what the close of the object then fails with
+    EXPECT_EQ(FaultOf([&] { file.CloseChecked(); }), "Bad file descriptor");
+    EXPECT_FALSE(file.IsOpen());
+}
+
 TEST(SystemFile, CreateAlwaysCutsToNothing) {
     const TemporaryFolder folder;
     const SystemFile file(folder.Write("there", "abc"), Disposition::CreateAlways);

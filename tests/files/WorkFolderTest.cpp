@@ -82,6 +82,49 @@ TEST(WorkFolder, GoesWithItsFourFiles) {
     RemoveWorkFolder(work); // again: nothing to do, nothing raised
 }
 
+TEST(WorkFolder, SetsFilesAsideAndPutsThemBack) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    WriteWorkFiles(work);
+    const std::string files[] = {work.szProjectFileName, work.szAIFileName};
+    ASSERT_TRUE(SetAside(files));
+    for (const std::string& file : files) {
+        EXPECT_FALSE(fs::exists(NativePath(file)));
+        std::ofstream(NativePath(file)) << "new";
+    }
+    PutBack(files);
+    for (const std::string& file : files)
+        EXPECT_EQ(ContentOf(NativePath(file)), "x");
+    ASSERT_TRUE(SetAside(files));
+    DropAside(files);
+    PutBack(files); // nothing to put back, nothing raised
+    for (const std::string& file : files)
+        EXPECT_FALSE(fs::exists(NativePath(file)));
+    RemoveWorkFolder(work);
+    EXPECT_THAT(program.Names(), IsEmpty());
+}
+
+TEST(WorkFolder, SetsAllFilesAsideOrNone) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    WriteWorkFiles(work);
+    const std::string files[] = {work.szProjectFileName, work.sztmpPath + "\\none", work.szAIFileName};
+    EXPECT_FALSE(SetAside(files));
+    EXPECT_EQ(ContentOf(NativePath(work.szProjectFileName)), "x");
+    EXPECT_EQ(ContentOf(NativePath(work.szAIFileName)), "x");
+    RemoveWorkFolder(work);
+    EXPECT_THAT(program.Names(), IsEmpty());
+}
+
+TEST(WorkFolder, GoesWithFilesThatAreSetAside) {
+    const TemporaryFolder program;
+    const WorkFolder work = MakeWorkFolder(program.Path());
+    WriteWorkFiles(work);
+    ASSERT_TRUE(SetAside({&work.szAIFileName, 1}));
+    RemoveWorkFolder(work);
+    EXPECT_THAT(program.Names(), IsEmpty());
+}
+
 TEST(WorkFolder, StaysWithAStrayFile) {
     const TemporaryFolder program;
     const WorkFolder work = MakeWorkFolder(program.Path());

@@ -55,6 +55,7 @@ ComediAnalogBoard::ComediAnalogBoard(const std::string& node, comedi_t* probed, 
     try {
         info.name = comedi_get_board_name(probed);
         info.driver = comedi_get_driver_name(probed);
+        info.mayBlock = true;
         info.channelCount = std::max(comedi_get_n_channels(probed, subdevice), 0);
         bits = BitsOf(comedi_get_maxdata(probed, subdevice, 0));
         info.resolution = std::min(bits, 16);

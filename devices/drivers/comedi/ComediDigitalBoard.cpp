@@ -12,6 +12,7 @@ ComediDigitalBoard::ComediDigitalBoard(const std::string& node, comedi_t* probed
     : device(node, comedi_get_driver_name(probed), comedi_get_board_name(probed)) {
     info.name = comedi_get_board_name(probed);
     info.driver = comedi_get_driver_name(probed);
+    info.mayBlock = true;
     const auto subdevices = static_cast<unsigned int>(std::max(comedi_get_n_subdevices(probed), 0));
     for (unsigned int subdevice = 0; subdevice < subdevices; ++subdevice) {
         const int type = comedi_get_subdevice_type(probed, subdevice);

@@ -239,5 +239,31 @@ TEST(TemperatureScales, AreThoseOfTheFixedPoints) {
     }
 }
 
+TEST(Thermocouple, TellsNoTemperatureOutsideTheRangeWithoutRaising) {
+    constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
+    for (const TypeTable& table : Tables) {
+        SCOPED_TRACE(table.name);
+        const double warmest = ThermocoupleMillivolts(table.type, table.range.highest);
+        const double junction = 25.0;
+        const double atJunction = ThermocoupleMillivolts(table.type, junction);
+        for (const double millivolts : {0.3, warmest - atJunction}) {
+            const ThermocoupleReading reading{millivolts, junction};
+            EXPECT_EQ(ThermocoupleCelsiusOrNaN(table.type, reading),
+                      ThermocoupleCelsius(table.type, reading));
+        }
+        const ThermocoupleReading outside[] = {{warmest - atJunction + 0.001, junction},
+                                               {-1000.0, junction},
+                                               {NaN, junction},
+                                               {0.3, NaN},
+                                               {0.3, table.range.highest + 0.01},
+                                               {0.3, table.range.lowest - 0.01}};
+        for (const ThermocoupleReading& reading : outside) {
+            SCOPED_TRACE(testing::Message() << reading.millivolts << " " << reading.coldJunctionCelsius);
+            EXPECT_TRUE(std::isnan(ThermocoupleCelsiusOrNaN(table.type, reading)));
+            EXPECT_THROW((void)ThermocoupleCelsius(table.type, reading), RunTimeError);
+        }
+    }
+}
+
 } // namespace
 } // namespace tracelet

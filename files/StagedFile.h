@@ -1,0 +1,34 @@
+#pragma once
+
+#include <cstddef>
+#include <span>
+#include <string>
+#include <string_view>
+
+namespace tracelet {
+
+/// A file that is written beside its place under another name and takes the place only when it is whole, so
+/// that what stands there stays until then. Without Place, nothing is left of it when the object goes.
+class StagedFile {
+public:
+    /// `place` is a text as files/Paths.h describes.
+    explicit StagedFile(std::string place);
+    ~StagedFile();
+    StagedFile(const StagedFile&) = delete;
+    StagedFile& operator=(const StagedFile&) = delete;
+
+    /// Copies the regular file `from`, with `tail` behind its bytes; a second call replaces the first. Raises
+    /// what makes it fail, "Permission denied" too when what stands at the place is no file or may not be
+    /// written.
+    void CopyFrom(std::string_view from, std::span<const std::byte> tail = {});
+
+    /// Takes the place; does nothing without a copy. Raises what the system says.
+    void Place();
+
+private:
+    std::string place;
+    std::string stage;
+    bool isStaged = false;
+};
+
+} // namespace tracelet
