@@ -73,7 +73,8 @@ void frmMain::BtnHisConvert_Click() {
         if (!bTextSaveAI && !bTextSaveDI)
             return;
         const std::string folder = szTextSaveDir + "\\" + szTextSaveFolder;
-        if (!CreateFolder(folder)) {
+        // After Cancel that is the base folder, which must not come back if it was deleted meanwhile.
+        if (szTextSaveFolder.empty() || !CreateFolder(folder)) {
             MsgBox(this, u"Create Directory Fail"_s);
             return;
         }

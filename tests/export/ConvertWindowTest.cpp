@@ -166,6 +166,19 @@ TEST_F(ConvertWindowTest, CancelFailsOnTheBaseFolderWhileSomethingIsTicked) {
     }
 }
 
+TEST_F(ConvertWindowTest, CancelFailsThoughTheBaseFolderIsGone) {
+    OpenSaved(Polled(3));
+    window->szTextSaveDrive = "/";
+    window->szTextSaveDir = folder.path().toStdString() + "/gone";
+    fs::create_directory(window->szTextSaveDir);
+    Convert([this](ConvertFileDialog& dialog) {
+        fs::remove(window->szTextSaveDir);
+        Press(dialog, "BtnCancel");
+    });
+    EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
+    EXPECT_FALSE(fs::exists(window->szTextSaveDir));
+}
+
 TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
     OpenSaved(Polled(3));
     Convert([this](ConvertFileDialog& dialog) {
