@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
 #include "devices/display/ZelGraph.h"
@@ -67,6 +68,7 @@ void frmMain::BtnHistory_Click() {
 void frmMain::OpenRecording(const std::string& path) {
     if (isHisPlaying || isHisPlayPaused)
         BtnStop_Click();
+    LabelNotice->Show({});
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
     BtnModeSwitch->setEnabled(true);
