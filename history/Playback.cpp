@@ -135,11 +135,12 @@ bool frmMain::PlayTick() {
         PlayFAIData(analogEnd);
         return analogEnd;
     }
+    const bool playsDI = bHisDI && nHisDIPortCount > 0; // a file that did not open counts as absent
     if (bHisAI)
         PlaySoftAIData(analogEnd);
-    if (bHisDI)
+    if (playsDI)
         PlaySoftDIData(digitalEnd);
-    return analogEnd || digitalEnd || !(bHisAI || bHisDI);
+    return analogEnd || digitalEnd || !(bHisAI || playsDI);
 }
 
 void frmMain::PlayFAIData(bool& end) {

@@ -1,5 +1,7 @@
 #include "tests/history/HistoryWindowTest.h"
 
+#include <QTreeWidget>
+
 namespace tracelet {
 namespace {
 
@@ -67,10 +69,16 @@ TEST_F(DamagedRecordingTest, MissingDigitalDataAreToldAndLoadingGoesOn) {
     EXPECT_FALSE(std::filesystem::exists(saved / "Saved/DI.tld"));
     EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
     EXPECT_EQ(window->ZelSliderV->Value(), 1 / Slow);
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 5); // the plots are those of the project
+    EXPECT_EQ(window->ListView1->topLevelItemCount(), 5);
     Click(window->ChkPlay);
+    PlayTicks(3);
+    EXPECT_TRUE(window->isHisPlaying);
+    EXPECT_EQ(PointsOf(0).size(), 3U);
+    EXPECT_THAT(PointsOf(2), IsEmpty());
     PlayTicks(1);
     EXPECT_FALSE(window->isHisPlaying);
-    EXPECT_EQ(PointsOf(0).size(), 1U); // the analog part of the tick was played
+    EXPECT_EQ(Notice(), "");
 }
 
 TEST_F(DamagedRecordingTest, AnalogPathsThatCannotBeOpened) {
