@@ -83,15 +83,16 @@ TEST_F(DamagedRecordingTest, MissingDigitalDataAreToldAndLoadingGoesOn) {
 
 TEST_F(DamagedRecordingTest, AnalogPathsThatCannotBeOpened) {
     SavedRecording recording = Polled(3);
-    const std::string project = Save(recording);
+    Save(recording);
     const std::string loop = saved / "loop";
     ASSERT_EQ(symlink(loop.c_str(), loop.c_str()), 0);
     for (const std::string& path : {std::string(), saved.Path(), std::string("C:\\Data\\AI.tld"),
                                     std::string("\\\\server\\share\\AI.tld"), loop,
                                     saved / "NoFolder\\AI.tld", saved / "Saved\\Project.tlp\\AI.tld"}) {
         recording.info.AIDataPath = path;
-        OpenProject(saved.Write("Saved/Project.tlp", ProjectBytes(recording.info)));
+        OpenProject(saved.Write("Alone.tlp", ProjectBytes(recording.info)));
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"})) << path;
+        EXPECT_EQ(Notice(), "") << path;
         EXPECT_FALSE(window->HisAIFileHandle.IsOpen()) << path;
         EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer)) << path;
         Click(window->ChkPlay);
