@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
 #include "export/ConvertFileDialog.h"
@@ -7,6 +8,11 @@
 #include "files/FileOperations.h"
 #include "files/Paths.h"
 #include "history/RecordingReader.h"
+
+#include <QStringList>
+
+#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -33,9 +39,29 @@ DigitalRecording DigitalOf(const frmMain& window) {
     return recording;
 }
 
-ReadBytes From(const SystemFile& file) {
-    return
-        [&file](std::int64_t offset, std::span<std::byte> bytes) { return ReadBlock(file, offset, bytes); };
+// What the system cannot read ends the data; `failure` then keeps the reason.
+ReadBytes From(const SystemFile& file, std::optional<RunTimeError>& failure) {
+    return [&](std::int64_t offset, std::span<std::byte> bytes) {
+        BlockRead read = ReadBlock(file, offset, bytes);
+        failure = std::move(read.failure);
+        return read.bytes;
+    };
+}
+
+// Has `write` write one text. One whose data could not all be read does not stay; `unwritten` then tells.
+template <typename Write>
+void WriteText(const std::string& folder, const char* name, const SystemFile& data, QStringList& unwritten,
+               Write write) {
+    const std::string path = folder + "\\" + name;
+    std::optional<RunTimeError> failure;
+    TextFile file(NativePath(path));
+    write(file, From(data, failure));
+    file.Close();
+    if (!failure)
+        return;
+    DeleteFile(path);
+    unwritten.append(
+        u"%1 was not written: %2"_s.arg(QLatin1String(name), QString::fromUtf8(failure->what())));
 }
 
 // The progress of one file as that of both: from `start` on, `share` of the whole.
@@ -44,24 +70,24 @@ Progress PartOf(ConvertProgress& progress, double start, double share) {
 }
 
 void WriteTexts(frmMain& window, const std::string& folder) {
+    const SystemFile& analogData = window.HisAIFileHandle;
     const SystemFile& digitalData = window.Files.File(frmMain::HisFileNumB); // a closed one reads as empty
-    const auto analogBytes =
-        static_cast<double>(window.bTextSaveAI ? BytesFrom(window.HisAIFileHandle, 0) : 0);
+    const auto analogBytes = static_cast<double>(window.bTextSaveAI ? BytesFrom(analogData, 0) : 0);
     const auto digitalBytes = static_cast<double>(window.bTextSaveDI ? BytesFrom(digitalData, 0) : 0);
     const double analogShare = analogBytes / (analogBytes + digitalBytes + 1);
     ConvertProgress progress(&window);
-    if (window.bTextSaveAI) {
-        TextFile file(NativePath(folder + "\\AI.xlt"));
-        WriteAnalogText(file, AnalogOf(window), From(window.HisAIFileHandle),
-                        PartOf(progress, 0, analogShare));
-        file.Close();
-    }
-    if (window.bTextSaveDI) {
-        TextFile file(NativePath(folder + "\\DI.xlt"));
-        WriteDigitalText(file, DigitalOf(window), From(digitalData),
-                         PartOf(progress, analogShare, 1 - analogShare));
-        file.Close();
-    }
+    QStringList unwritten;
+    if (window.bTextSaveAI)
+        WriteText(folder, "AI.xlt", analogData, unwritten, [&](TextFile& file, const ReadBytes& read) {
+            WriteAnalogText(file, AnalogOf(window), read, PartOf(progress, 0, analogShare));
+        });
+    if (window.bTextSaveDI)
+        WriteText(folder, "DI.xlt", digitalData, unwritten, [&](TextFile& file, const ReadBytes& read) {
+            WriteDigitalText(file, DigitalOf(window), read, PartOf(progress, analogShare, 1 - analogShare));
+        });
+    if (!unwritten.empty())
+        RemoveFolder(folder); // unless a text stands in it
+    window.LabelNotice->Show(unwritten.join(u"; "_s));
 }
 
 } // namespace
@@ -73,7 +99,8 @@ void frmMain::BtnHisConvert_Click() {
         if (!bTextSaveAI && !bTextSaveDI)
             return;
         const std::string folder = szTextSaveDir + "\\" + szTextSaveFolder;
-        if (!CreateFolder(folder)) {
+        // After Cancel that is the base folder, which must not come back if it was deleted meanwhile.
+        if (szTextSaveFolder.empty() || !CreateFolder(folder)) {
             MsgBox(this, u"Create Directory Fail"_s);
             return;
         }

@@ -150,6 +150,11 @@ std::string FileNameFromPath(std::string_view path) {
     return std::string(separator == std::string_view::npos ? path : path.substr(separator + 1));
 }
 
+std::string SiblingPath(std::string_view path, std::string_view name) {
+    const std::size_t folder = path.size() - FileNameFromPath(path).size();
+    return std::string(path.substr(0, folder)).append(name);
+}
+
 std::optional<std::string> ExistingFile(std::string_view path) {
     if (IsOfAnotherSystem(path) || path.find('\0') != std::string_view::npos)
         return std::nullopt;

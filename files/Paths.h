@@ -19,6 +19,9 @@ namespace tracelet {
 /// The part behind the last separator ("\" or "/"); empty when `path` is empty or ends in a separator.
 [[nodiscard]] std::string FileNameFromPath(std::string_view path);
 
+/// The path of `name` in the folder that `path` lies in.
+[[nodiscard]] std::string SiblingPath(std::string_view path, std::string_view name);
+
 /// Whether a regular, non-hidden file of this name lies in its folder; the name is compared without case. A
 /// link to a regular file counts. Empty text, folders, devices and text of another system do not exist. Never
 /// throws for what the file system answers.

@@ -29,10 +29,19 @@ bool MayOnlyBeRead(int error) {
     return error == EACCES || error == EPERM || error == EROFS || error == ETXTBSY;
 }
 
+// Opening a device can do harm by itself.
+void RequireFileOrNothing(const std::string& native) {
+    struct stat status {};
+    if (stat(native.c_str(), &status) == 0 && !S_ISREG(status.st_mode))
+        throw Fault::PermissionDenied();
+}
+
 int OpenHandle(std::string_view path, Disposition disposition) {
-    if (disposition == Disposition::OpenExisting)
-        return OpenOnce(ExistingFile(path).value_or(NativePath(path)), O_RDONLY);
-    const std::string native = NativePath(path);
+    const bool existing = disposition == Disposition::OpenExisting;
+    const std::string native = existing ? ExistingFile(path).value_or(NativePath(path)) : NativePath(path);
+    RequireFileOrNothing(native);
+    if (existing)
+        return OpenOnce(native, O_RDONLY);
     const int handle = OpenOnce(native, O_RDWR | O_CREAT);
     if (handle < 0 && disposition == Disposition::OpenAlways && MayOnlyBeRead(errno)) {
         const int refusal = errno;

@@ -18,9 +18,9 @@ enum class Disposition {
 };
 
 /// An open file of the system, closed with the object. Nothing is buffered: other readers see every byte at
-/// once. Only regular files open; anything else is "Permission denied". Offsets are bytes from the start,
-/// 64-bit. Other programs are not kept from the file while it is open: the system offers no such lock to rely
-/// on.
+/// once. Only regular files, and links to them, open; anything else is "Permission denied" and left alone.
+/// Offsets are bytes from the start, 64-bit. Other programs are not kept from the file while it is open: the
+/// system offers no such lock to rely on.
 class SystemFile {
 public:
     static constexpr int ClosedHandle = -1;

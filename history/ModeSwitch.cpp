@@ -1,3 +1,4 @@
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 
 #include <QGroupBox>
@@ -17,6 +18,7 @@ void frmMain::BtnModeSwitch_Click() {
 }
 
 void frmMain::EnterAcquisitionMode() {
+    LabelNotice->Show({});
     EnableHisControls(false);
     FrameSet->setEnabled(true);
     BtnStart->setEnabled(true);

@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
 #include "devices/display/ZelGraph.h"
@@ -53,6 +54,19 @@ void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& p
     }
 }
 
+// Where a data file lies: at the path that the project tells or else, as when its folder was moved, beside
+// the project; its name is then added to `besides`. Where it is in neither place, the path stays.
+std::string DataFile(const std::string& path, const std::string& project, QStringList& besides) {
+    if (const auto there = ExistingFile(path))
+        return *there;
+    const std::string name = FileNameFromPath(path);
+    const auto beside = ExistingFile(SiblingPath(project, name));
+    if (!beside)
+        return path;
+    besides.append(QString::fromStdString(name));
+    return *beside;
+}
+
 } // namespace
 
 void frmMain::BtnHistory_Click() {
@@ -67,6 +81,7 @@ void frmMain::BtnHistory_Click() {
 void frmMain::OpenRecording(const std::string& path) {
     if (isHisPlaying || isHisPlayPaused)
         BtnStop_Click();
+    LabelNotice->Show({});
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
     BtnModeSwitch->setEnabled(true);
@@ -89,10 +104,15 @@ void frmMain::OpenDataFiles() {
     HisScanIndex = 0;
     nHisDIPortStart = nHisDIPortCount = 0;
     hisLines.clear();
+    QStringList besides;
     if (bHisAI)
-        ReadHisAIFile(AIDataPath);
+        ReadHisAIFile(DataFile(AIDataPath, szHisProjectFileName, besides));
     if (bHisDI)
-        ReadHisDIFile(DIDataPath);
+        ReadHisDIFile(DataFile(DIDataPath, szHisProjectFileName, besides));
+    if (!besides.empty())
+        LabelNotice->Show((besides.size() == 1 ? u"%1 was found beside the project"_s
+                                               : u"%1 were found beside the project"_s)
+                              .arg(besides.join(u" and "_s)));
 }
 
 void frmMain::ShowRecordingStart() {

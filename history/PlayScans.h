@@ -12,7 +12,7 @@ constexpr std::int64_t ValuesARead = std::int64_t{1} << 20;
 /// Hands `scans` scans of `valuesPerScan` values each, from the byte `offset` of a data file on, to
 /// `append(values, scanCount)`, in blocks of bounded size. A short read is the end of the data: the whole
 /// scans of it are handed over, a scan that the file holds in part is not, and the result is True. A scan
-/// without values is the end too.
+/// without values is the end too. What the system cannot read is raised, after the scans in front of it.
 template <FileNumber T, typename Append>
 [[nodiscard]] bool PlayScans(DataBlock<T>& block, const SystemFile& file, std::int64_t offset,
                              std::int64_t valuesPerScan, std::int64_t scans, Append&& append) {
@@ -26,6 +26,8 @@ template <FileNumber T, typename Append>
         if (whole > 0)
             append(block.Values().first(static_cast<std::size_t>(whole * valuesPerScan)),
                    static_cast<std::int32_t>(whole));
+        if (block.Failure())
+            throw RunTimeError(*block.Failure());
         if (whole < wanted)
             return true;
         offset += bytesRead;

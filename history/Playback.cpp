@@ -1,3 +1,4 @@
+#include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelSlider.h"
@@ -37,6 +38,7 @@ void frmMain::ChkPlay_Click() {
 }
 
 void frmMain::Play() {
+    LabelNotice->Show({});
     ChkPlay->setText(PauseCaption);
     if (!isHisPlayPaused) {
         ZelSliderR->SetValue(0.0);
@@ -110,8 +112,14 @@ void frmMain::ShowPosition(double percent) {
 }
 
 void frmMain::HistoryTick() {
-    ZelGraph1->SetNextX(ScanTime(HisScanIndex, ScanInterval));
-    if (PlayTick()) {
+    bool end = true;
+    try {
+        ZelGraph1->SetNextX(ScanTime(HisScanIndex, ScanInterval));
+        end = PlayTick();
+    } catch (const std::exception& error) { // ends the playback like the end of the data, but not unsaid
+        LabelNotice->Show(u"Playback ended: %1"_s.arg(QString::fromUtf8(error.what())));
+    }
+    if (end) {
         BtnStop_Click();
         return;
     }
@@ -127,11 +135,12 @@ bool frmMain::PlayTick() {
         PlayFAIData(analogEnd);
         return analogEnd;
     }
+    const bool playsDI = bHisDI && nHisDIPortCount > 0; // a file that did not open counts as absent
     if (bHisAI)
         PlaySoftAIData(analogEnd);
-    if (bHisDI)
+    if (playsDI)
         PlaySoftDIData(digitalEnd);
-    return analogEnd || digitalEnd || !(bHisAI || bHisDI);
+    return analogEnd || digitalEnd || !(bHisAI || playsDI);
 }
 
 void frmMain::PlayFAIData(bool& end) {

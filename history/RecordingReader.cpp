@@ -1,12 +1,12 @@
 #include "history/RecordingReader.h"
 
 #include "base/NumberText.h"
-#include "base/RunTimeError.h"
 #include "files/ProjectInfo.h"
 
 #include <algorithm>
 #include <exception>
 #include <string>
+#include <utility>
 
 namespace tracelet {
 namespace {
@@ -39,19 +39,31 @@ std::int64_t BytesFrom(const SystemFile& file, std::int64_t offset) noexcept {
     }
 }
 
-std::size_t ReadBlock(const SystemFile& file, std::int64_t offset, std::span<std::byte> bytes) noexcept {
+// A file gives what lies in front of an error; the error comes when it is asked for more.
+BlockRead ReadBlock(const SystemFile& file, std::int64_t offset, std::span<std::byte> bytes) {
+    BlockRead read;
+    if (offset < 0 || !file.IsOpen())
+        return read;
     try {
-        return offset < 0 ? 0 : file.ReadAt(offset, bytes);
-    } catch (const std::exception&) {
-        return 0;
+        while (read.bytes < bytes.size()) {
+            const auto from = offset + static_cast<std::int64_t>(read.bytes);
+            const std::size_t got = file.ReadAt(from, bytes.subspan(read.bytes));
+            if (got == 0)
+                break;
+            read.bytes += got;
+        }
+    } catch (const RunTimeError& error) {
+        read.failure = error;
     }
+    return read;
 }
 
 template <FileNumber T>
 std::int64_t DataBlock<T>::Read(const SystemFile& file, std::int64_t offset, std::int64_t valueCount) {
     constexpr std::int64_t Size = sizeof(T);
     bytesRead = 0;
-    const std::int64_t available = (BytesFrom(file, offset) + Size - 1) / Size;
+    // One at least: a file that does not even tell its size then tells why.
+    const std::int64_t available = std::max<std::int64_t>(1, (BytesFrom(file, offset) + Size - 1) / Size);
     const auto count = static_cast<std::size_t>(std::clamp<std::int64_t>(valueCount, 0, available));
     try {
         if (values.size() < count)
@@ -60,7 +72,9 @@ std::int64_t DataBlock<T>::Read(const SystemFile& file, std::int64_t offset, std
         throw Fault::OutOfMemory();
     }
     const auto wanted = std::span(values).first(count);
-    bytesRead = static_cast<std::int64_t>(ReadBlock(file, offset, std::as_writable_bytes(wanted)));
+    BlockRead read = ReadBlock(file, offset, std::as_writable_bytes(wanted));
+    bytesRead = static_cast<std::int64_t>(read.bytes);
+    failure = std::move(read.failure);
     return bytesRead;
 }
 

@@ -1,11 +1,13 @@
 #pragma once
 
 #include "base/LittleEndian.h"
+#include "base/RunTimeError.h"
 #include "files/ByteReader.h"
 #include "files/SystemFile.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -44,13 +46,19 @@ constexpr std::int64_t AnalogValueSize = 4;
 /// outside.
 [[nodiscard]] std::int64_t BytesFrom(const SystemFile& file, std::int64_t offset) noexcept;
 
-/// Reads up to bytes.size() bytes at `offset`. Fewer come at the end of the file, from a closed file and
-/// after an error of the system: all of these are a short read.
-[[nodiscard]] std::size_t ReadBlock(const SystemFile& file, std::int64_t offset,
-                                    std::span<std::byte> bytes) noexcept;
+/// What a read gave.
+struct BlockRead {
+    std::size_t bytes = 0;
+    std::optional<RunTimeError> failure; ///< what the system could not read behind these bytes
+};
+
+/// Reads up to bytes.size() bytes at `offset`. Fewer come at the end of the file, from a closed file and in
+/// front of what cannot be read: all of these are a short read, the last one with its failure.
+[[nodiscard]] BlockRead ReadBlock(const SystemFile& file, std::int64_t offset, std::span<std::byte> bytes);
 
 /// A block of values read from a data file: float or std::int32_t for analog, std::uint8_t for digital files.
-/// Its memory is kept from read to read and never exceeds what the file holds, whatever is asked for.
+/// Its memory is kept from read to read and never exceeds what the file holds, one value at least, whatever
+/// is asked for.
 template <FileNumber T>
 class DataBlock {
 public:
@@ -61,6 +69,9 @@ public:
 
     [[nodiscard]] std::int64_t BytesRead() const { return bytesRead; }
 
+    /// Why the last read was short, unless the file ended there.
+    [[nodiscard]] const std::optional<RunTimeError>& Failure() const { return failure; }
+
     /// The whole values of the last read; good until the next one.
     [[nodiscard]] std::span<const T> Values() const {
         return std::span<const T>(values).first(static_cast<std::size_t>(bytesRead) / sizeof(T));
@@ -69,6 +80,7 @@ public:
 private:
     std::vector<T> values;
     std::int64_t bytesRead = 0;
+    std::optional<RunTimeError> failure;
 };
 
 extern template class DataBlock<float>;

@@ -1,5 +1,6 @@
 #include "export/ConvertFileDialog.h"
 #include "tests/files/FileSizeLimit.h"
+#include "tests/files/Unreadable.h"
 #include "tests/history/HistoryWindowTest.h"
 
 #include <QElapsedTimer>
@@ -166,6 +167,19 @@ TEST_F(ConvertWindowTest, CancelFailsOnTheBaseFolderWhileSomethingIsTicked) {
     }
 }
 
+TEST_F(ConvertWindowTest, CancelFailsThoughTheBaseFolderIsGone) {
+    OpenSaved(Polled(3));
+    window->szTextSaveDrive = "/";
+    window->szTextSaveDir = folder.path().toStdString() + "/gone";
+    fs::create_directory(window->szTextSaveDir);
+    Convert([this](ConvertFileDialog& dialog) {
+        fs::remove(window->szTextSaveDir);
+        Press(dialog, "BtnCancel");
+    });
+    EXPECT_THAT(boxes.Take(), ElementsAre(CreateDirectoryFail));
+    EXPECT_FALSE(fs::exists(window->szTextSaveDir));
+}
+
 TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
     OpenSaved(Polled(3));
     Convert([this](ConvertFileDialog& dialog) {
@@ -222,6 +236,36 @@ TEST_F(ConvertWindowTest, AFailedWriteEndsItWithWholeLines) {
     EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"File too large", "Convert"}));
     EXPECT_EQ(Text("texts/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11\r\n0.3\t20\t21");
     EXPECT_FALSE(Exists("texts/DI.xlt"));
+}
+
+TEST_F(ConvertWindowTest, ATextWhoseDataCannotBeReadDoesNotStay) {
+    const std::string project = Save(PolledWithDigital(3, 0.1));
+    const std::string reason = std::string(" was not written: ") + UnreadableText;
+    OpenProject(project);
+    MakeUnreadable(window->HisAIFileHandle);
+    ConvertInto(u"digital"_s);
+    EXPECT_THAT(Made(), ElementsAre("digital"));
+    EXPECT_FALSE(Exists("digital/AI.xlt"));
+    EXPECT_EQ(Text("digital/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.1\t0\t0\t1\r\n0.2\t1\t0\t1\r\n0.3\t0\t0\t1");
+    EXPECT_EQ(Notice(), "AI.xlt" + reason);
+
+    MakeUnreadable(window->Files.File(frmMain::HisFileNumB));
+    ConvertInto(u"none"_s);
+    EXPECT_THAT(Made(), ElementsAre("digital"));
+    EXPECT_EQ(Notice(), "AI.xlt" + reason + "; DI.xlt" + reason);
+
+    OpenProject(project);
+    MakeUnreadable(window->Files.File(frmMain::HisFileNumB));
+    ConvertInto(u"analog"_s);
+    EXPECT_EQ(Text("analog/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11");
+    EXPECT_FALSE(Exists("analog/DI.xlt"));
+    EXPECT_EQ(Notice(), "DI.xlt" + reason);
+
+    OpenProject(project);
+    ConvertInto(u"both"_s);
+    EXPECT_TRUE(Exists("both/AI.xlt"));
+    EXPECT_TRUE(Exists("both/DI.xlt"));
+    EXPECT_EQ(Notice(), "");
 }
 
 TEST_F(ConvertWindowTest, MissingDataGiveHeaders) {

@@ -40,6 +40,13 @@ TEST(FileNameFromPath, IsWhatStandsBehindTheLastSeparator) {
     EXPECT_EQ(FileNameFromPath("\\\\a\\\\b"), "b");
 }
 
+TEST(SiblingPath, LiesInTheSameFolder) {
+    EXPECT_EQ(SiblingPath("/a/b/Project.tlp", "AI.tld"), "/a/b/AI.tld");
+    EXPECT_EQ(SiblingPath("/a\\b\\Project.tlp", "AI.tld"), "/a\\b\\AI.tld");
+    EXPECT_EQ(SiblingPath("Project.tlp", "AI.tld"), "AI.tld");
+    EXPECT_EQ(SiblingPath("/Project.tlp", ""), "/");
+}
+
 TEST(FileExists, FindsRegularFilesWithoutCase) {
     const TemporaryFolder folder;
     folder.Write("Project.tlp");

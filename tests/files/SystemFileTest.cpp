@@ -4,9 +4,11 @@
 #include "tests/files/OrdinaryUser.h"
 #include "tests/files/TemporaryFolder.h"
 
+#include <array>
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/inotify.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -92,6 +94,25 @@ TEST(SystemFile, SaysWhyItDoesNotOpen) {
     }
     EXPECT_EQ(FaultOf([&] { SystemFile(folder / "none", Disposition::OpenExisting); }), "File not found");
     EXPECT_FALSE(fs::exists(folder / "none"));
+}
+
+TEST(SystemFile, WhatIsNoFileIsNotOpenedAtAll) {
+    const TemporaryFolder folder;
+    ASSERT_EQ(mkfifo((folder / "pipe").c_str(), 0600), 0);
+    fs::create_symlink(folder / "pipe", folder / "link");
+    const int watch = inotify_init1(IN_NONBLOCK | IN_CLOEXEC);
+    ASSERT_GE(inotify_add_watch(watch, (folder / "pipe").c_str(), IN_OPEN), 0);
+    std::array<char, 4096> events{};
+    const auto wasOpened = [&] { return read(watch, events.data(), events.size()) > 0; };
+    for (const char* name : {"pipe", "link"})
+        for (const Disposition disposition :
+             {Disposition::OpenExisting, Disposition::OpenAlways, Disposition::CreateAlways}) {
+            EXPECT_EQ(FaultOf([&] { SystemFile(folder / name, disposition); }), "Permission denied");
+            EXPECT_FALSE(wasOpened()) << name << " " << static_cast<int>(disposition);
+        }
+    close(open((folder / "pipe").c_str(), O_RDWR | O_CLOEXEC));
+    EXPECT_TRUE(wasOpened()) << "the watch works";
+    close(watch);
 }
 
 TEST(SystemFile, ClosedHasHandleMinusOneAndRefusesWork) {

@@ -1,5 +1,7 @@
 #include "tests/history/HistoryWindowTest.h"
 
+#include <QTreeWidget>
+
 namespace tracelet {
 namespace {
 
@@ -67,23 +69,30 @@ TEST_F(DamagedRecordingTest, MissingDigitalDataAreToldAndLoadingGoesOn) {
     EXPECT_FALSE(std::filesystem::exists(saved / "Saved/DI.tld"));
     EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer));
     EXPECT_EQ(window->ZelSliderV->Value(), 1 / Slow);
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 5); // the plots are those of the project
+    EXPECT_EQ(window->ListView1->topLevelItemCount(), 5);
     Click(window->ChkPlay);
+    PlayTicks(3);
+    EXPECT_TRUE(window->isHisPlaying);
+    EXPECT_EQ(PointsOf(0).size(), 3U);
+    EXPECT_THAT(PointsOf(2), IsEmpty());
     PlayTicks(1);
     EXPECT_FALSE(window->isHisPlaying);
-    EXPECT_EQ(PointsOf(0).size(), 1U); // the analog part of the tick was played
+    EXPECT_EQ(Notice(), "");
 }
 
 TEST_F(DamagedRecordingTest, AnalogPathsThatCannotBeOpened) {
     SavedRecording recording = Polled(3);
-    const std::string project = Save(recording);
+    Save(recording);
     const std::string loop = saved / "loop";
     ASSERT_EQ(symlink(loop.c_str(), loop.c_str()), 0);
     for (const std::string& path : {std::string(), saved.Path(), std::string("C:\\Data\\AI.tld"),
                                     std::string("\\\\server\\share\\AI.tld"), loop,
                                     saved / "NoFolder\\AI.tld", saved / "Saved\\Project.tlp\\AI.tld"}) {
         recording.info.AIDataPath = path;
-        OpenProject(saved.Write("Saved/Project.tlp", ProjectBytes(recording.info)));
+        OpenProject(saved.Write("Alone.tlp", ProjectBytes(recording.info)));
         EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"})) << path;
+        EXPECT_EQ(Notice(), "") << path;
         EXPECT_FALSE(window->HisAIFileHandle.IsOpen()) << path;
         EXPECT_TRUE(window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer)) << path;
         Click(window->ChkPlay);

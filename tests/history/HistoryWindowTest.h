@@ -1,5 +1,6 @@
 #pragma once
 
+#include "app/NoticeLine.h"
 #include "devices/display/ZelGraph.h"
 #include "devices/display/ZelLED.h"
 #include "devices/display/ZelSlider.h"
@@ -143,6 +144,9 @@ protected:
         return window->ZelHiResTimerCtl1->TimerExists(frmMain::PlayTimer) &&
                window->ZelHiResTimerCtl1->TimerEnabled(frmMain::PlayTimer);
     }
+
+    /// What the window's foot says.
+    [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
 
     [[nodiscard]] std::string Caption() const { return window->ChkPlay->text().toStdString(); }
 

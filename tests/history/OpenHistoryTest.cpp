@@ -1,6 +1,7 @@
 #include "tests/history/HistoryWindowTest.h"
 
 #include <QTreeWidget>
+#include <sys/stat.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -342,6 +343,75 @@ TEST_F(OpenHistoryTest, CancellingWhilePlayingPlaysOn) {
     EXPECT_EQ(PointsOf(0).size(), 2U);
     OpenProject(saved / "Missing.tlp");
     EXPECT_TRUE(window->isHisPlaying);
+}
+
+class MovedRecordingTest : public HistoryWindowTest {
+protected:
+    /// Saves a recording of both signals and moves its folder to "Moved"; the path of the project.
+    std::string SaveAndMove() {
+        SavedRecording recording = Polled(3);
+        AddDigital(recording, 3);
+        Save(recording);
+        std::filesystem::rename(saved / "Saved", saved / "Moved");
+        return saved / "Moved/Project.tlp";
+    }
+
+    void ExpectPlays() {
+        Click(window->ChkPlay);
+        PlayTicks(3);
+        EXPECT_EQ(PointsOf(0).size(), 3U);
+        EXPECT_EQ(PointsOf(4).size(), 3U);
+    }
+};
+
+TEST_F(MovedRecordingTest, DataAreFoundBesideTheProject) {
+    OpenProject(SaveAndMove());
+    EXPECT_EQ(Notice(), "AI.tld and DI.tld were found beside the project");
+    EXPECT_EQ(window->AIDataPath, saved / "Saved\\AI.tld"); // as the project tells
+    EXPECT_EQ(window->DIDataPath, saved / "Saved\\DI.tld");
+    EXPECT_FALSE(std::filesystem::exists(saved / "Saved"));
+    ExpectPlays();
+}
+
+TEST_F(MovedRecordingTest, DataAreFoundThoughTheOldFolderStands) {
+    const std::string project = SaveAndMove();
+    std::filesystem::create_directory(saved / "Saved");
+    OpenProject(project);
+    EXPECT_EQ(Notice(), "AI.tld and DI.tld were found beside the project");
+    EXPECT_TRUE(std::filesystem::is_empty(saved / "Saved")); // nothing was created there
+    ExpectPlays();
+}
+
+TEST_F(MovedRecordingTest, WhatTheStoredPathLeadsToComesFirst) {
+    const std::string project = SaveAndMove();
+    std::filesystem::create_directory(saved / "Saved");
+    std::filesystem::copy_file(saved / "Moved/AI.tld", saved / "Saved/AI.tld");
+    saved.Write("Moved/AI.tld", "");
+    OpenProject(project);
+    EXPECT_EQ(Notice(), "DI.tld was found beside the project");
+    ExpectPlays();
+    OpenSaved(Polled(3));
+    EXPECT_EQ(Notice(), "");
+}
+
+TEST_F(MovedRecordingTest, PathsOfAnotherSystemLeadBesideTheProject) {
+    SavedRecording recording = Polled(3);
+    AddDigital(recording, 3);
+    Save(recording);
+    recording.info.AIDataPath = "C:\\Data\\Run 1\\AI.tld";
+    recording.info.DIDataPath = "\\\\server\\share/di.TLD";
+    OpenProject(saved.Write("Saved/Project.tlp", ProjectBytes(recording.info)));
+    EXPECT_EQ(Notice(), "AI.tld and di.TLD were found beside the project");
+    ExpectPlays();
+}
+
+TEST_F(MovedRecordingTest, ADeviceBesideTheProjectIsNoFile) {
+    const std::string project = SaveAndMove();
+    std::filesystem::remove(saved / "Moved/AI.tld");
+    ASSERT_EQ(mkfifo((saved / "Moved/AI.tld").c_str(), 0600), 0);
+    OpenProject(project);
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"}));
+    EXPECT_EQ(Notice(), "DI.tld was found beside the project");
 }
 
 TEST_F(OpenHistoryTest, BlanksAndForeignLettersInNames) {

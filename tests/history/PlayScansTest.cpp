@@ -1,6 +1,7 @@
 #include "history/PlayScans.h"
 
 #include "tests/files/TemporaryFolder.h"
+#include "tests/files/Unreadable.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -39,6 +40,8 @@ protected:
                              played.insert(played.end(), values.begin(), values.end());
                              scansPlayed += count;
                              ++blocks;
+                             if (breaksAfterABlock)
+                                 MakeUnreadable(file);
                          });
     }
 
@@ -48,6 +51,7 @@ protected:
     std::vector<double> played;
     std::int64_t scansPlayed = 0;
     int blocks = 0;
+    bool breaksAfterABlock = false;
 };
 
 TEST_F(PlayScansTest, WholeScansAreNoEnd) {
@@ -85,6 +89,15 @@ TEST_F(PlayScansTest, NothingToReadIsTheEnd) {
     EXPECT_TRUE(Play<float>(0, -1, 5));
     file.Close();
     EXPECT_TRUE(Play<float>(0, 3, 1));
+    EXPECT_THAT(played, IsEmpty());
+}
+
+TEST_F(PlayScansTest, WhatCannotBeReadIsRaisedAfterTheScansInFrontOfIt) {
+    Fill<std::uint8_t>(static_cast<std::size_t>(2 * ValuesARead));
+    breaksAfterABlock = true;
+    EXPECT_EQ(FaultOf([&] { (void)Play<std::uint8_t>(0, 1, 2 * ValuesARead); }), UnreadableText);
+    EXPECT_EQ(scansPlayed, ValuesARead);
+    EXPECT_EQ(FaultOf([&] { (void)Play<std::uint8_t>(0, 1, 1); }), UnreadableText);
     EXPECT_THAT(played, IsEmpty());
 }
 

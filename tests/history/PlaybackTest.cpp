@@ -238,6 +238,53 @@ TEST_F(PlaybackTest, RecordingWithoutDataEndsAtOnce) {
     }
 }
 
+TEST_F(PlaybackTest, WhatCannotBeReadEndsItAndIsTold) {
+    const std::string told = std::string("Playback ended: ") + UnreadableText;
+    SavedRecording recording = Polled(4);
+    AddDigital(recording, 4);
+    const std::string project = Save(recording);
+    for (const bool analog : {true, false}) {
+        OpenProject(project);
+        EXPECT_EQ(Notice(), "") << "a new recording, a new line";
+        Click(window->ChkPlay);
+        PlayTicks(2);
+        EXPECT_TRUE(window->isHisPlaying);
+        EXPECT_EQ(Notice(), "");
+        MakeUnreadable(analog ? window->HisAIFileHandle : window->Files.File(frmMain::HisFileNumB));
+        PlayTicks(1);
+        ExpectStopped();
+        EXPECT_EQ(Notice(), told);
+        EXPECT_EQ(ValuesOf(0).size(), analog ? 2U : 3U);
+    }
+    Click(window->ChkPlay);
+    EXPECT_EQ(Notice(), "");
+    PlayTicks(1);
+    EXPECT_EQ(Notice(), told);
+    Click(window->BtnModeSwitch);
+    EXPECT_EQ(Notice(), "");
+}
+
+TEST_F(PlaybackTest, TheEndOfTheDataIsNoError) {
+    SavedRecording recording = Polled(2);
+    recording.analog.pop_back();
+    OpenSaved(recording);
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    ExpectStopped();
+    EXPECT_EQ(Notice(), "");
+}
+
+TEST_F(PlaybackTest, TimesBeyondAllNumbersEndIt) {
+    OpenSaved(Polled(10, 1e308));
+    Click(window->ChkPlay);
+    PlayTicks(2);
+    EXPECT_TRUE(window->isHisPlaying);
+    PlayTicks(1);
+    ExpectStopped();
+    EXPECT_EQ(Notice(), "Playback ended: Overflow");
+    EXPECT_THAT(ValuesOf(0), ElementsAre(0, 10));
+}
+
 TEST_F(PlaybackTest, MasksPlotsAndPortsThatDisagree) {
     const auto play = [this](const SavedRecording& recording) {
         OpenSaved(recording);

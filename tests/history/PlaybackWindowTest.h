@@ -1,5 +1,6 @@
 #pragma once
 
+#include "tests/files/Unreadable.h"
 #include "tests/history/HistoryWindowTest.h"
 
 #include <vector>

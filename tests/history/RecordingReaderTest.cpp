@@ -1,10 +1,15 @@
 #include "history/RecordingReader.h"
 
 #include "tests/files/TemporaryFolder.h"
+#include "tests/files/Unreadable.h"
 
+#include <bit>
+#include <cstring>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace tracelet {
 namespace {
@@ -113,7 +118,46 @@ TEST(DataBlock, ClosedFileIsAShortRead) {
     EXPECT_EQ(block.Read(closed, 0, 100), 0);
     EXPECT_EQ(BytesFrom(closed, 0), 0);
     std::byte byte{};
-    EXPECT_EQ(ReadBlock(closed, 0, {&byte, 1}), 0U);
+    const BlockRead read = ReadBlock(closed, 0, {&byte, 1});
+    EXPECT_EQ(read.bytes, 0U);
+    EXPECT_FALSE(read.failure);
+    EXPECT_FALSE(block.Failure());
+}
+
+TEST(DataBlock, WhatCannotBeReadIsAFailureAndNoEnd) {
+    const TemporaryFolder folder;
+    const std::string path = folder.Write("AI.tld", AsBytes({1.0F, 2.0F}));
+    const SystemFile whole(path, Disposition::OpenExisting);
+    const SystemFile broken(path, Disposition::OpenExisting);
+    MakeUnreadable(broken);
+    DataBlock<float> block;
+    EXPECT_EQ(block.Read(broken, 0, 2), 0);
+    ASSERT_TRUE(block.Failure());
+    EXPECT_STREQ(block.Failure()->what(), UnreadableText);
+    EXPECT_THAT(block.Values(), IsEmpty());
+    EXPECT_EQ(block.Read(whole, 0, 3), 8);
+    EXPECT_FALSE(block.Failure());
+}
+
+// The memory of this program as a file: 0 bytes long, as it says, and unreadable where nothing is mapped.
+TEST(DataBlock, WhatLiesInFrontOfAnErrorIsRead) {
+    const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    void* const mapped = mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    ASSERT_NE(mapped, MAP_FAILED);
+    std::memset(mapped, 7, page);
+    ASSERT_EQ(munmap(static_cast<std::byte*>(mapped) + page, page), 0);
+    const SystemFile memory("/proc/self/mem", Disposition::OpenExisting);
+    std::vector<std::byte> bytes(2 * page);
+    const BlockRead read =
+        ReadBlock(memory, static_cast<std::int64_t>(std::bit_cast<std::uintptr_t>(mapped)), bytes);
+    munmap(mapped, page);
+    EXPECT_EQ(read.bytes, page);
+    EXPECT_EQ(bytes[page - 1], std::byte{7});
+    ASSERT_TRUE(read.failure);
+    EXPECT_STREQ(read.failure->what(), "Input/output error");
+    DataBlock<float> block;
+    EXPECT_EQ(block.Read(memory, 0, 1000), 0);
+    EXPECT_TRUE(block.Failure());
 }
 
 TEST(DataBlock, NeverTakesMoreMemoryThanTheFileNeeds) {
