@@ -61,6 +61,7 @@ void frmMain::SetPolledChart() {
         ZelGraph1->SetAxisMin(DigitalAxis, range.minimum);
         ZelGraph1->SetAxisMax(DigitalAxis, range.maximum);
     }
+    ZelGraph1->SetAxisAutoScale(TemperatureAxis, true);
     ShowDIVValue(10.0 / 10.0);
     ZelGraph1->SetXAxisMin(0.0);
     ZelGraph1->SetXAxisMax(10.0);

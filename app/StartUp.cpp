@@ -140,6 +140,7 @@ void frmMain::SetUpTemplates() {
     ZelGraph1->SetAxisTitle(VoltageAxis, u"AI Data"_s);
     ZelGraph1->SetAxisTitle(DigitalAxis, u"DI Data"_s);
     ZelGraph1->SetAxisTitle(TemperatureAxis, u"Temperature Data"_s);
+    ZelGraph1->SetAxisAutoScale(TemperatureAxis, true);
     ZelGraph1->SetXAxisMin(0.0);
     ZelGraph1->SetXAxisMax(10.0);
     ZelGraph1->SetChartLength(0);

@@ -16,7 +16,7 @@
 //                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
 //   export/Convert.cpp          BtnHisConvert_Click
 //   settings/BtnSet.cpp         BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
-//   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView
+//   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView, BringBackAxes
 //   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
 //   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
 //   graph/GraphSet.cpp          BtnGraphSet_Click
@@ -223,6 +223,8 @@ public:
     void InitPlotAttributes(bool isAI);
     void BuildPlots(bool HistoryView, bool RemoveOld);
     void UpdatePlotListView();
+    /// Brings the digital and the temperature axis back from a zoom.
+    void BringBackAxes();
     void AdjustXAxisAndChartLength(bool bSetXAxis);
     /// Stores a seconds-per-division value and shows it without running the display's handler.
     void ShowDIVValue(double secondsPerDivision);
@@ -329,6 +331,10 @@ private:
 
     [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
     [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;
+    /// Unit of the values that a plot shows; empty for a digital line and where it is not known.
+    [[nodiscard]] QString UnitOf(const PlotLook& look) const;
+    /// Units of the shown plots on an axis, "V, mA".
+    [[nodiscard]] QString UnitsOn(int axis) const;
 
     void SnapToMinimum();
     void LayOut(QSize outer);

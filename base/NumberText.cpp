@@ -85,6 +85,12 @@ std::string TwoDigitText(std::int32_t value) {
 
 std::string DisplayText(double value) {
     std::string text = Fixed(value, 6);
+    if (value != 0.0 && text == "0.000000") {
+        std::string power = Formatted(value, std::chars_format::general, 3);
+        if (const std::size_t padding = power.find("e-0"); padding != std::string::npos)
+            power.erase(padding + 2, 1);
+        return power;
+    }
     const std::size_t first = text.starts_with('-') ? 1 : 0;
     if (text.size() > first + 1 && text[first] == '0' && text[first + 1] == '.')
         text.erase(first, 1);

@@ -26,7 +26,8 @@ namespace tracelet {
 /// Pattern "00": at least two digits: "07", "123".
 [[nodiscard]] std::string TwoDigitText(std::int32_t value);
 
-/// Pattern ".#####0": six decimals, no zero before the point: "1.000000", ".200000".
+/// Pattern ".#####0": six decimals, no zero before the point: "1.000000", ".200000". A number too small for
+/// them has three digits and a power of ten: "2.5e-7".
 [[nodiscard]] std::string DisplayText(double value);
 
 } // namespace tracelet

@@ -106,7 +106,6 @@ QGroupBox* frmGraphSet::BuildAxesGroup() {
     return frame;
 }
 
-// As long as an acquisition or a playback runs the group stays as it is made here: ticked, with empty boxes.
 void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QString& frameName) {
     group.frame = Named(frameName, new QGroupBox(axisName));
     group.automatic = Named(u"chk%1AutoS"_s.arg(axisName), new QCheckBox(u"AutoScale"_s));
@@ -139,6 +138,10 @@ void frmGraphSet::ConnectWidgets() {
     connect(BtnApply, &QPushButton::clicked, this, [this] { BtnApply_Click(); });
     connect(BtnCancel, &QPushButton::clicked, this, &QDialog::reject);
     for (AxisGroup* group : {&x, &y}) {
+        const auto apply = [group] { group->applies = true; };
+        connect(group->automatic, &QCheckBox::toggled, this, apply);
+        connect(group->minimum, &QLineEdit::textChanged, this, apply);
+        connect(group->maximum, &QLineEdit::textChanged, this, apply);
         new LeaveCheck(group->minimum, [this, group] { return MinimumLeft(*group); });
         new LeaveCheck(group->maximum, [this, group] { return MaximumLeft(*group); });
     }

@@ -1,12 +1,17 @@
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
+#include "settings/RangeText.h"
 
 #include <QTreeWidget>
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 namespace {
+
+const QStringList ThermoUnits = {u"°C"_s, u"°F"_s, u"°R"_s, u"K"_s}; // by AIThermoScale
 
 int AxisOf(PlotKind kind) {
     switch (kind) {
@@ -93,7 +98,47 @@ void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
             ZelGraph1->AddPlot(attributes);
     }
     shownPlots = std::move(looks);
+    for (const int axis : {VoltageAxis, TemperatureAxis})
+        ZelGraph1->SetAxisUnit(axis, UnitsOn(axis));
     UpdatePlotListView();
+}
+
+// What a recording's temperatures were measured in, it does not tell.
+QString frmMain::UnitOf(const PlotLook& look) const {
+    const QString counts = u"counts"_s;
+    if (look.history) {
+        if (!bHisAISoft && !bHisAIAnalog)
+            return counts;
+        return look.kind == PlotKind::Temperature ? QString() : u"V"_s;
+    }
+    if (!M1.SoftMode && ZelAI1->DataType() == RawCounts)
+        return counts;
+    if (M1.SoftMode && look.kind == PlotKind::Temperature)
+        return ThermoUnits.value(M1.AIThermoScale[look.index]);
+    std::int32_t code = 0;
+    double first = 0.0;
+    double second = 0.0;
+    ZelAI1->GetChannelRange(code, first, second, look.index);
+    return QString::fromStdString(RangeText(first, second)).section(u' ', -1);
+}
+
+QString frmMain::UnitsOn(int axis) const {
+    QStringList units;
+    for (const PlotLook& look : shownPlots) {
+        if (AxisOf(look.kind) == axis)
+            units.append(UnitOf(look));
+    }
+    units.removeAll(QString());
+    units.removeDuplicates();
+    return units.join(u", "_s);
+}
+
+void frmMain::BringBackAxes() {
+    const AxisRange range = bHistoryMode ? DigitalAxisRange(nHisDIPortStart, nHisDIPortCount)
+                                         : DigitalAxisRange(nDIPortStart, nDIPortCount);
+    if (range.minimum < range.maximum)
+        ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
+    ZelGraph1->SetAxisAutoScale(TemperatureAxis, true);
 }
 
 void frmMain::UpdatePlotListView() {

@@ -8,6 +8,7 @@
 namespace tracelet {
 
 void frmMain::AdjustXAxisAndChartLength(bool bSetXAxis) {
+    ZelGraph1->SetDivision(dDIVValue);
     if (bSetXAxis) {
         const double middle = (ZelGraph1->XAxisMax() + ZelGraph1->XAxisMin()) / 2;
         ZelGraph1->SetXAxisMin(middle - 5 * dDIVValue);
@@ -28,6 +29,7 @@ void frmMain::ShowDIVValue(double secondsPerDivision) {
     isNumEditEventFired = true;
     dDIVValue = secondsPerDivision;
     ZelLED1->SetValue(secondsPerDivision);
+    ZelGraph1->SetDivision(secondsPerDivision);
     isNumEditEventFired = false;
 }
 

@@ -68,12 +68,11 @@ void frmGraphSet::LoadPlots() {
 }
 
 void frmGraphSet::LoadAxes() {
-    if (IsRunning())
-        return;
     x.automatic->setChecked(main.ZelGraph1->AxisAutoScale(XAxis));
     ChkXAutoS_Click();
     y.automatic->setChecked(main.ZelGraph1->AxisAutoScale(VoltageAxis));
     ChkYAutoS_Click();
+    x.applies = y.applies = !IsRunning();
 }
 
 int frmGraphSet::SelectedPlot() const {
@@ -172,17 +171,32 @@ void frmGraphSet::BtnApply_Click() {
 }
 
 void frmGraphSet::ApplyAxes() {
+    if (x.applies)
+        ApplyTime();
+    if (y.applies)
+        ApplyValues();
+    if (!x.applies)
+        return;
+    main.ShowDIVValue((main.ZelGraph1->XAxisMax() - main.ZelGraph1->XAxisMin()) / 10);
+    main.AdjustXAxisAndChartLength(true);
+}
+
+void frmGraphSet::ApplyTime() {
     ZelGraph& graph = *main.ZelGraph1;
     graph.SetAxisAutoScale(XAxis, x.automatic->isChecked());
     if (!x.automatic->isChecked())
         graph.AxisSetRange(XAxis, Number(x.minimum), Number(x.maximum));
+}
+
+void frmGraphSet::ApplyValues() {
+    ZelGraph& graph = *main.ZelGraph1;
     graph.SetAxisAutoScale(VoltageAxis, y.automatic->isChecked());
-    if (!y.automatic->isChecked()) {
-        graph.SetAxisMin(VoltageAxis, Number(y.minimum));
-        graph.SetAxisMax(VoltageAxis, Number(y.maximum));
+    if (y.automatic->isChecked()) {
+        main.BringBackAxes();
+        return;
     }
-    main.ShowDIVValue((graph.XAxisMax() - graph.XAxisMin()) / 10);
-    main.AdjustXAxisAndChartLength(true);
+    graph.SetAxisMin(VoltageAxis, Number(y.minimum));
+    graph.SetAxisMax(VoltageAxis, Number(y.maximum));
 }
 
 void frmGraphSet::StoreLiveAttributes() {

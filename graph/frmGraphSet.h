@@ -19,8 +19,8 @@ namespace tracelet {
 class frmMain;
 
 /// Colours and line styles of the plots, and the ranges of the X and the voltage axis. Works on a copy; "OK"
-/// writes the attribute tables of the window's mode and sets the axes. The owner rebuilds its plots
-/// afterwards.
+/// writes the attribute tables of the window's mode and sets the axes; opened while an acquisition or a
+/// playback runs, only an axis whose widgets were used. The owner rebuilds its plots afterwards.
 class frmGraphSet : public QDialog {
     Q_OBJECT
 
@@ -35,6 +35,7 @@ private:
         QCheckBox* automatic = nullptr;
         QLineEdit* minimum = nullptr;
         QLineEdit* maximum = nullptr;
+        bool applies = false; ///< "OK" sets the axis
     };
 
     [[nodiscard]] QGroupBox* BuildPlotGroup();
@@ -44,6 +45,8 @@ private:
 
     void LoadPlots();
     void LoadAxes();
+    void ApplyTime();
+    void ApplyValues();
     [[nodiscard]] int SelectedPlot() const; ///< -1 when none is
     void LstPlots_Click();
     void CmbLineStyle_Click();

@@ -120,6 +120,7 @@ void frmMain::ShowRecordingStart() {
     ZelGraph1->SetNextX(0.0);
     ZelGraph1->SetXAxisMin(0.0);
     ZelGraph1->SetXAxisMax(10.0);
+    ZelGraph1->SetAxisAutoScale(TemperatureAxis, true);
     dDIVValue = 1.0;
     ZelGraph1->SetChartLength(OpeningChartLength(ScanInterval));
 }

@@ -18,12 +18,16 @@ constexpr int gap = 5; ///< between labels and the plot area
 constexpr int tickLength = 3;
 constexpr int rowsPerTick = 48;
 constexpr int columnsPerTick = 80;
+constexpr int timeLabelGap = 20;
 constexpr int stripStep = 8; ///< widths are multiples of it, so that they seldom change
 constexpr int fewestPixels = 24;
 constexpr qsizetype mostTexts = 512;
 
-QString ToText(std::int64_t number, TickStep step) {
-    return QString::fromStdString(TickText(number, step));
+constexpr std::size_t longestLabel = 9; ///< characters, beside the plot area
+constexpr double divisions = 10;
+
+QString ToText(std::int64_t number, const AxisStrip& strip) {
+    return QString::fromStdString(TickText(number, strip.step, strip.form));
 }
 
 } // namespace
@@ -52,7 +56,7 @@ int ChartFrame::WidestLabel(const AxisStrip& strip) const {
             widest = std::max(widest, metrics.horizontalAdvance(name.text));
     else
         for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick)
-            widest = std::max(widest, metrics.horizontalAdvance(ToText(tick, strip.step)));
+            widest = std::max(widest, metrics.horizontalAdvance(ToText(tick, strip)));
     return std::max(widest, metrics.horizontalAdvance(QStringLiteral("-10.5")));
 }
 
@@ -66,12 +70,21 @@ void ChartFrame::Arrange(QSize size) {
         below += lineHeight;
     plot = QRect(0, above, size.width(), size.height() - above - below);
     for (AxisStrip& strip : strips) {
-        const double count = std::max(2.0, std::floor(plot.height() / (rowsPerTick * scale)));
-        strip.step = StepFor(strip.span.Length(), count);
-        strip.ticks = TicksWithin(strip.span.low, strip.span.high, strip.step);
+        ArrangeTicks(strip);
     }
     ArrangeStrips(size);
     ArrangeTimeTicks();
+}
+
+/// Two ticks at least: one says nothing of the scale.
+void ChartFrame::ArrangeTicks(AxisStrip& strip) const {
+    constexpr double surely = 5; // a step of at most half the span
+    double count = std::max(2.0, std::floor(plot.height() / (rowsPerTick * scale)));
+    do {
+        strip.step = StepFor(strip.span.Length(), count);
+        strip.ticks = TicksWithin(strip.span.low, strip.span.high, strip.step);
+    } while (strip.ticks.first >= strip.ticks.last && ++count <= surely);
+    strip.form = FormFor(strip.ticks, strip.step, longestLabel);
 }
 
 void ChartFrame::ArrangeStrips(QSize size) {
@@ -80,9 +93,9 @@ void ChartFrame::ArrangeStrips(QSize size) {
     for (std::size_t i = 0; i < strips.size(); ++i) {
         AxisStrip& strip = strips[i];
         const int step = Px(stripStep);
-        const int widest = std::max(WidestLabel(strip), TitleWidth(strip));
+        strip.left = i == 0; // its title goes on above the plot area
+        const int widest = std::max(WidestLabel(strip), strip.left ? 0 : TitleWidth(strip));
         const int width = (widest + Px(gap + tickLength) + step - 1) / step * step;
-        strip.left = i == 0;
         if (strip.left) {
             strip.area = QRect(left, plot.top(), width, plot.height());
             left += width;
@@ -105,21 +118,36 @@ void ChartFrame::ArrangeStrips(QSize size) {
         plot = QRect();
 }
 
+/// Gives each tick of `step` a label; the columns that one takes with the room around it. Digits are counted
+/// for the next power of ten, so that the step holds while the axis scrolls.
+double ChartFrame::LabelTimesEvery(TickStep step) {
+    const double largest = std::max(std::abs(time.span.low), std::abs(time.span.high));
+    timeLimit = std::pow(10.0, std::ceil(std::log10(std::max(largest, step.At(1)))));
+    const TickRange widest = TicksWithin(timeLimit, timeLimit + time.span.Length(), step);
+    time.step = step;
+    time.form = FormFor(widest, step);
+    int width = 0;
+    for (std::int64_t tick = widest.first; tick <= widest.last; ++tick)
+        width = std::max(width, QFontMetrics(font).horizontalAdvance(ToText(tick, time)));
+    return width + timeLabelGap * scale;
+}
+
 void ChartFrame::ArrangeTimeTicks() {
     const double span = time.span.Length();
-    const QFontMetrics metrics(font);
-    double spacing = columnsPerTick * scale;
-    // Longer labels need wider steps, which may need shorter labels: two rounds settle it. Digits are counted
-    // for the next power of ten, so that the step holds while the axis scrolls.
-    for (int round = 0; round < 2; ++round) {
-        time.step = StepFor(span, std::max(1.0, std::floor(plot.width() / spacing)));
-        const double largest = std::max(std::abs(time.span.low), std::abs(time.span.high));
-        timeLimit = std::pow(10.0, std::ceil(std::log10(std::max(largest, time.step.At(1)))));
-        const TickRange widest = TicksWithin(timeLimit, timeLimit + span, time.step);
-        if (widest.first > widest.last)
-            continue;
-        const int width = metrics.horizontalAdvance(ToText(widest.first, time.step));
-        spacing = std::max(spacing, width + 20 * scale);
+    const double columnsPerSecond = plot.width() / span;
+    if (std::abs(span - divisions * division) <= 1e-6 * span) {
+        timeGrid = StepOf(division);
+        for (const std::int64_t every : {1, 2, 5, 10})
+            if (const TickStep step = Multiple(timeGrid, every);
+                LabelTimesEvery(step) <= step.At(1) * columnsPerSecond)
+                break;
+    } else {
+        // Longer labels need wider steps, which may need shorter labels: two rounds settle it.
+        double spacing = columnsPerTick * scale;
+        for (int round = 0; round < 2; ++round) {
+            timeGrid = StepFor(span, std::max(1.0, std::floor(plot.width() / spacing)));
+            spacing = std::max(spacing, LabelTimesEvery(timeGrid));
+        }
     }
     MoveTime(time.span);
 }
@@ -156,14 +184,14 @@ QImage ChartFrame::Rendered(const QString& text, QRgb color) const {
     return image;
 }
 
-const QImage& ChartFrame::Label(std::int64_t number, TickStep step) {
-    const LabelKey key{number, step};
+const QImage& ChartFrame::Label(std::int64_t number, const AxisStrip& strip) {
+    const LabelKey key{number, strip.step, strip.form};
     const auto found = labels.constFind(key);
     if (found != labels.constEnd())
         return *found;
     if (labels.size() >= mostTexts)
         labels.clear();
-    return *labels.insert(key, Rendered(ToText(number, step), ChartColor::label));
+    return *labels.insert(key, Rendered(ToText(number, strip), ChartColor::label));
 }
 
 const QImage& ChartFrame::Text(const QString& text, QRgb color) {
@@ -219,7 +247,7 @@ void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
                          QColor(ChartColor::border));
     for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick) {
         const int row = plot.top() + Int(scaleOf.RowOf(strip.step.At(tick)));
-        const QImage& label = Label(tick, strip.step);
+        const QImage& label = Label(tick, strip);
         const int y = row - label.height() / 2;
         if (strip.left) {
             painter.drawImage(strip.area.right() + 1 - Px(gap + tickLength) - label.width() + 1, y, label);
@@ -264,8 +292,7 @@ void ChartFrame::DrawTitles(QPainter& painter) {
         if (strip.title.isEmpty())
             continue;
         const QImage& title = Text(strip.title, ChartColor::title);
-        const int x = strip.left ? strip.area.right() + 1 - Px(gap + tickLength) - title.width()
-                                 : strip.area.left() + Px(gap + tickLength);
+        const int x = strip.left ? Px(padding) : strip.area.left() + Px(gap + tickLength);
         painter.drawImage(x, Px(padding) / 2, title);
     }
 }
@@ -273,14 +300,18 @@ void ChartFrame::DrawTitles(QPainter& painter) {
 void ChartFrame::DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn) {
     const int top = plot.bottom() + 1;
     const int line = std::max(1, Px(1));
+    int free = -size.width(); // behind the label before
     for (std::int64_t tick = time.ticks.first; tick <= time.ticks.last; ++tick) {
         const std::int64_t column = grid.ColumnOf(time.step.At(tick) + grid.width * 1e-6) - firstColumn;
         const auto offset = static_cast<int>(std::clamp<std::int64_t>(column, 0, plot.width()));
         const int x = plot.left() + offset;
-        const QImage& label = Label(tick, time.step);
+        const QImage& label = Label(tick, time);
         const int labelX = std::min(x - label.width() / 2, size.width() - label.width());
         painter.fillRect(x, top + line, line, Px(tickLength), QColor(ChartColor::border));
+        if (labelX < free)
+            continue;
         painter.drawImage(labelX, top + Px(gap), label);
+        free = labelX + label.width() + Px(timeLabelGap) / 2;
     }
     const int titleTop = top + Px(gap) + lineHeight;
     if (time.title.isEmpty() || titleTop + lineHeight > size.height())

@@ -42,6 +42,7 @@ struct AxisStrip {
     // Set by Arrange.
     TickStep step;
     TickRange ticks;
+    TickForm form;
     QRect area; ///< device pixels
     bool left = true;
 };
@@ -52,8 +53,9 @@ public:
     /// `scale` is the number of device pixels of a logical one.
     void SetLook(const QFont& font, double scale);
 
-    AxisStrip time; ///< the X axis
+    AxisStrip time; ///< the X axis; its ticks are those with labels
     bool timeShown = true;
+    double division = 0;           ///< seconds; an X axis of ten of them has its grid at their multiples
     std::vector<AxisStrip> strips; ///< visible Y axes; the first stands at the left
 
     /// Finds the plot area and the ticks for a chart of this size.
@@ -61,6 +63,8 @@ public:
     [[nodiscard]] QRect PlotArea() const { return plot; }
     /// Rows of the plot area that carry a horizontal grid line.
     [[nodiscard]] std::vector<int> GridRows() const;
+    /// Distance of the vertical grid lines.
+    [[nodiscard]] TickStep TimeGrid() const { return timeGrid; }
     /// Whether labels of the time axis fit there as arranged.
     [[nodiscard]] bool TimeFits(AxisSpan span) const;
     /// Ticks of the time axis for where it stands now.
@@ -73,16 +77,19 @@ private:
     struct LabelKey {
         std::int64_t number = 0;
         TickStep step;
+        TickForm form;
         bool operator==(const LabelKey&) const = default;
         friend std::size_t qHash(const LabelKey& key, std::size_t seed) {
-            return qHashMulti(seed, key.number, key.step.mantissa, key.step.exponent);
+            return qHashMulti(seed, key.number, key.step.mantissa, key.step.exponent, key.form.base);
         }
     };
 
     [[nodiscard]] int Px(int logical) const;
     [[nodiscard]] int WidestLabel(const AxisStrip& strip) const;
+    void ArrangeTicks(AxisStrip& strip) const;
     void ArrangeStrips(QSize size);
     void ArrangeTimeTicks();
+    double LabelTimesEvery(TickStep step);
     void DrawGround(QPainter& painter, QSize size) const;
     void DrawStrip(QPainter& painter, const AxisStrip& strip);
     void DrawNames(QPainter& painter, const AxisStrip& strip);
@@ -90,7 +97,7 @@ private:
     [[nodiscard]] bool HasTitles() const;
     [[nodiscard]] int TitleWidth(const AxisStrip& strip);
     void DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn);
-    const QImage& Label(std::int64_t number, TickStep step);
+    const QImage& Label(std::int64_t number, const AxisStrip& strip);
     const QImage& Text(const QString& text, QRgb color);
     [[nodiscard]] QImage Rendered(const QString& text, QRgb color) const;
 
@@ -99,6 +106,7 @@ private:
     double scale = 0;
     int lineHeight = 12;
     QRect plot;
+    TickStep timeGrid;
     double timeLimit = 0; ///< times up to it have room for their labels
     QHash<LabelKey, QImage> labels;
     QHash<QString, QImage> texts;

@@ -15,6 +15,8 @@ std::optional<std::uint8_t> SegmentsOf(char character) {
         return digitSegments[static_cast<std::size_t>(character - '0')];
     if (character == '-')
         return SegmentMiddle;
+    if (character == 'e') // drawn as a capital one
+        return SegmentTop | SegmentUpperLeft | SegmentMiddle | SegmentLowerLeft | SegmentBottom;
     return std::nullopt;
 }
 

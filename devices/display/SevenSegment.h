@@ -24,9 +24,9 @@ struct DigitPlace {
     bool operator==(const DigitPlace&) const = default;
 };
 
-/// Places that show `text` (digits, "-" and "."), right-aligned in at least `places` places. A number that
-/// needs more than `most` places, or text that segments cannot show, gives `places` bars without a point:
-/// never a part of the number.
+/// Places that show `text` (digits, "-", "." and "e"), right-aligned in at least `places` places. A number
+/// that needs more than `most` places, or text that segments cannot show, gives `places` bars without a
+/// point: never a part of the number.
 [[nodiscard]] std::vector<DigitPlace> DigitPlaces(std::string_view text, std::size_t places,
                                                   std::size_t most);
 

@@ -79,6 +79,7 @@ int ZelGraph::AddPlot(const PlotAttributes& attributes) {
 void ZelGraph::RemovePlots() {
     state->plots.clear();
     state->store.RemovePlots();
+    state->FitAnew();
     state->store.SetLimit(state->chartLength);
     LookChanged();
 }
@@ -101,6 +102,7 @@ void ZelGraph::SetPlotVisible(int index, bool visible) {
     if (plot.visible == visible)
         return;
     plot.visible = visible;
+    state->FitAnew();
     LookChanged();
 }
 
@@ -156,7 +158,9 @@ bool ZelGraph::AxisAutoScale(int axis) const {
 }
 
 void ZelGraph::SetAxisAutoScale(int axis, bool automatic) {
-    state->AxisOf(axis).ends.automatic = automatic;
+    State::Axis& target = state->AxisOf(axis);
+    target.ends.automatic = automatic;
+    target.fit.Forget();
     state->fitPending = true;
     LookChanged();
 }
@@ -190,6 +194,29 @@ QString ZelGraph::AxisTitle(int axis) const {
 
 void ZelGraph::SetAxisTitle(int axis, const QString& title) {
     state->AxisOf(axis).title = title;
+    LookChanged();
+}
+
+QString ZelGraph::AxisUnit(int axis) const {
+    return state->AxisOf(axis).unit;
+}
+
+void ZelGraph::SetAxisUnit(int axis, const QString& unit) {
+    State::Axis& target = state->AxisOf(axis);
+    if (target.unit == unit)
+        return;
+    target.unit = unit;
+    LookChanged();
+}
+
+double ZelGraph::Division() const {
+    return state->division;
+}
+
+void ZelGraph::SetDivision(double seconds) {
+    if (state->division == seconds)
+        return;
+    state->division = seconds;
     LookChanged();
 }
 
@@ -318,6 +345,7 @@ void ZelGraph::AddPoint(int plot, double x, double y) {
 
 void ZelGraph::ClearData() {
     state->store.Clear();
+    state->FitAnew();
     state->store.SetLimit(state->chartLength);
     LookChanged();
 }

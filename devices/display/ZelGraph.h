@@ -87,12 +87,18 @@ public:
     void SetAxisVisible(int axis, bool visible);
     [[nodiscard]] QString AxisTitle(int axis) const;
     void SetAxisTitle(int axis, const QString& title);
+    [[nodiscard]] QString AxisUnit(int axis) const; ///< drawn behind the title of a Y axis, "[V]"
+    void SetAxisUnit(int axis, const QString& unit);
 
     [[nodiscard]] double XAxisMin() const { return AxisMin(XAxis); }
     [[nodiscard]] double XAxisMax() const { return AxisMax(XAxis); }
     void SetXAxisMin(double seconds) { SetAxisMin(XAxis, seconds); }
     void SetXAxisMax(double seconds) { SetAxisMax(XAxis, seconds); }
     void SetXAxisTitle(const QString& title) { SetAxisTitle(XAxis, title); }
+    /// Seconds of a division: an X axis that spans ten has its grid lines at their multiples. Any other has
+    /// round steps, as have all when it is 0.
+    [[nodiscard]] double Division() const;
+    void SetDivision(double seconds);
 
     /// Newest points kept a plot; 0 keeps everything. Surplus points go when new ones come to their plot: a
     /// zoom into what was drawn loses nothing. Memory follows what is held, not this number.

@@ -12,8 +12,9 @@ namespace tracelet {
 
 namespace {
 
-constexpr double wholeColumn = 1e-6; ///< columns closer than this to a whole number count as it
-constexpr double mostColumns = 1e15; ///< beyond, doubles cannot tell columns apart
+constexpr double wholeColumn = 1e-6;     ///< columns closer than this to a whole number count as it
+constexpr double mostColumns = 1e15;     ///< beyond, doubles cannot tell columns apart
+constexpr double leastTemperatures = 10; ///< degrees of any scale that an automatic axis spans
 
 } // namespace
 
@@ -59,14 +60,25 @@ void ZelGraph::State::FitValues(int axis) {
     }
     if (extent.Empty() || !std::isfinite(extent.low) || !std::isfinite(extent.high))
         return;
-    AxisEnds& ends = axes[static_cast<std::size_t>(axis)].ends;
+    Axis& target = axes[static_cast<std::size_t>(axis)];
+    AxisEnds& ends = target.ends;
     const AxisSpan current = DrawnSpan(ends.minimum, ends.maximum);
-    const AxisSpan fitted =
-        FittedSpan(static_cast<double>(extent.low), static_cast<double>(extent.high), current);
+    // The noise of a steady temperature is no reason for a range of its own.
+    const double least = axis == TemperatureAxis ? leastTemperatures : 0;
+    const double low = static_cast<double>(extent.low);
+    const double high = static_cast<double>(extent.high);
+    const double beyond = std::max(0.0, least - (high - low)) / 2;
+    const AxisSpan fitted = target.fit.Next(low - beyond, high + beyond, current, view);
     if (fitted == current)
         return;
     ends.SetBoth(fitted.low, fitted.high);
     ++revision;
+}
+
+/// What is shown changed as a whole: an automatic axis need not remember what it showed.
+void ZelGraph::State::FitAnew() {
+    for (Axis& axis : axes)
+        axis.fit.Forget();
 }
 
 // Picture.
@@ -75,7 +87,7 @@ AxisStrip ZelGraph::State::StripOf(int axis) const {
     const Axis& source = axes[static_cast<std::size_t>(axis)];
     AxisStrip strip;
     strip.span = DrawnSpan(source.ends.minimum, source.ends.maximum);
-    strip.title = source.title;
+    strip.title = source.Caption();
     strip.named = axis == DigitalAxis;
     for (const PlotEntry& plot : plots)
         if (strip.named && plot.visible && plot.attributes.axis == axis)
@@ -104,6 +116,7 @@ void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
     frame.time.span = timeSpan;
     frame.time.title = axes[XAxis].title;
     frame.timeShown = axes[XAxis].allowed;
+    frame.division = division;
     frame.strips.clear();
     for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
         if (Shown(axis))
@@ -120,7 +133,7 @@ void ZelGraph::State::BuildScene() {
     scene.width = area.width();
     scene.height = area.height();
     scene.grid = grid;
-    scene.timeStep = frame.time.step;
+    scene.timeStep = frame.TimeGrid();
     scene.gridRows = frame.GridRows();
     scene.ground = ChartColor::ground;
     scene.gridColor = ChartColor::grid;

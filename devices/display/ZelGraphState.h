@@ -22,8 +22,14 @@ struct ZelGraph::State {
     };
     struct Axis {
         AxisEnds ends;
+        CalmSpan fit; ///< when automatic
         bool allowed = true;
         QString title;
+        QString unit;
+
+        [[nodiscard]] QString Caption() const {
+            return unit.isEmpty() ? title : QStringLiteral("%1 [%2]").arg(title, unit);
+        }
     };
     enum class Gesture { None, Zoom, Pan };
 
@@ -40,6 +46,7 @@ struct ZelGraph::State {
 
     // Axes.
     std::array<Axis, 4> axes;
+    double division = 0;     ///< seconds, of the time axis; 0: none was told
     bool fitPending = false; ///< samples changed since automatic axes were fitted
 
     // Picture.
@@ -79,6 +86,7 @@ struct ZelGraph::State {
     void FitAxes();
     void FitTime();
     void FitValues(int axis);
+    void FitAnew();
 
     // Picture.
     void Prepare(const ZelGraph& graph);

@@ -7,8 +7,8 @@ class QAbstractButton;
 namespace tracelet {
 
 /// Numeric display with a step-up and a step-down button. Shows its value with the pattern ".#####0" in
-/// seven-segment digits, right-aligned, the point always at the same place. A number too long for it shows
-/// as bars, never in part; the tooltip then has it.
+/// seven-segment digits, right-aligned, the point always at the same place; a number too small for that shows
+/// as a power of ten. A number too long for it shows as bars, never in part; the tooltip then has it.
 class ZelLED : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double Value READ Value WRITE SetValue)
@@ -20,7 +20,7 @@ public:
 
     [[nodiscard]] double Value() const { return value; }
     void SetValue(double newValue);
-    [[nodiscard]] QString Text() const; ///< the digits shown, "1.000000" or ".200000"
+    [[nodiscard]] QString Text() const; ///< the digits shown: "1.000000", ".200000", "2.5e-7"
 
     /// While off neither buttons, keys nor wheel tell a step; the digits stay lit. A flag of its own, so that
     /// a handler that switches it off and on does not lose the keyboard's focus.

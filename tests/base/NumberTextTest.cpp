@@ -89,5 +89,13 @@ TEST(DisplayText, SixDecimalsWithoutLeadingZero) {
     EXPECT_EQ(DisplayText(-0.5), "-.500000");
 }
 
+TEST(DisplayText, WhatSixDecimalsCannotShowIsAPower) {
+    EXPECT_EQ(DisplayText(0.0000005), ".000001");
+    EXPECT_EQ(DisplayText(2.5e-7), "2.5e-7");
+    EXPECT_EQ(DisplayText(-2.4631e-8), "-2.46e-8");
+    EXPECT_EQ(DisplayText(5e-12), "5e-12");
+    EXPECT_EQ(DisplayText(0.0), ".000000");
+}
+
 } // namespace
 } // namespace tracelet

@@ -131,12 +131,18 @@ TEST_F(GraphSetTest, ClicksOnTheBoxesRefillTheRanges) {
     });
 }
 
-TEST_F(GraphSetTest, PlayingRecordingLeavesTheAxisGroupAsMade) {
+TEST_F(GraphSetTest, OpensOnAPlayingRecordingAsTheAxesAre) {
     window->isHisPlaying = true;
     window->ZelGraph1->AxisSetRange(XAxis, 20.0, 45.0);
+    window->ZelGraph1->SetAxisAutoScale(VoltageAxis, true);
     InDialog([&] {
-        EXPECT_TRUE(Find<QCheckBox>("chkXAutoS")->isChecked());
-        EXPECT_TRUE(TextOf("txtXMax").isEmpty());
+        EXPECT_FALSE(Find<QCheckBox>("chkXAutoS")->isChecked());
+        EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
+        EXPECT_EQ(TextOf("txtXMax"), u"25"_s);
+        EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
+        EXPECT_TRUE(Find<QCheckBox>("chkYAutoS")->isChecked());
+        EXPECT_EQ(TextOf("txtYMin"), u"-10"_s);
+        EXPECT_FALSE(Find<QLineEdit>("txtYMin")->isEnabled());
         Click(Find<QCheckBox>("chkXAutoS"));
         EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
         EXPECT_EQ(TextOf("txtXMax"), u"25"_s);
@@ -308,31 +314,117 @@ TEST_F(GraphSetTest, FaultsKeepTheDialogOpenAndWhatWasDone) {
     }
 }
 
-TEST_F(GraphSetTest, RunningSessionLeavesTheAxisGroupAsMade) {
+TEST_F(GraphSetTest, OpensOnARunningSessionAsTheAxesAre) {
     TurnOnAI();
     StartPolling();
-    Tick(3);
+    Tick(150);
     InDialog([&] {
-        EXPECT_TRUE(Find<QCheckBox>("chkXAutoS")->isChecked());
-        EXPECT_TRUE(Find<QCheckBox>("chkYAutoS")->isChecked());
-        for (const char* box : {"txtXMin", "txtXMax", "txtYMin", "txtYMax"})
-            EXPECT_TRUE(TextOf(box).isEmpty()) << box;
-        EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
-        EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
-        EXPECT_FALSE(Find<QLineEdit>("txtYMax")->isEnabled());
-        Click(Find<QCheckBox>("chkXAutoS"));
+        EXPECT_FALSE(Find<QCheckBox>("chkXAutoS")->isChecked());
+        EXPECT_FALSE(Find<QCheckBox>("chkYAutoS")->isChecked());
         EXPECT_EQ(TextOf("txtXMin"), u"0"_s);
         EXPECT_EQ(TextOf("txtXMax"), u"10"_s);
+        EXPECT_EQ(TextOf("txtYMin"), u"-10"_s);
+        EXPECT_EQ(TextOf("txtYMax"), u"10"_s);
         EXPECT_FALSE(Find<QLineEdit>("txtXMin")->isEnabled());
         EXPECT_TRUE(Find<QLineEdit>("txtXMax")->isEnabled());
-        Select(0);
-        Choose(1);
-        Find<QCheckBox>("chkYAutoS")->setChecked(true);
+        EXPECT_TRUE(Find<QLineEdit>("txtYMax")->isEnabled());
+    });
+    Click(window->BtnStart);
+}
+
+TEST_F(GraphSetTest, StyleChangedInASessionChangesOnlyThat) {
+    TurnOnAI();
+    StartPolling();
+    Tick(150);
+    for (const bool automatic : {false, true}) {
+        window->ZelGraph1->SetAxisAutoScale(XAxis, automatic);
+        window->ZelGraph1->SetAxisAutoScale(VoltageAxis, automatic);
+        const double start = window->ZelGraph1->XAxisMin();
+        const double end = window->ZelGraph1->XAxisMax();
+        InDialog([&] {
+            Select(0);
+            Choose(automatic ? 2 : 1);
+            Ok();
+        });
+        EXPECT_EQ(window->ZelGraph1->AxisAutoScale(XAxis), automatic);
+        EXPECT_EQ(window->ZelGraph1->AxisAutoScale(VoltageAxis), automatic);
+        EXPECT_EQ(window->ZelGraph1->XAxisMin(), start);
+        EXPECT_EQ(window->ZelGraph1->XAxisMax(), end);
+        EXPECT_EQ(window->dDIVValue, 1.0);
+        EXPECT_EQ(window->ZelGraph1->PointCount(0), 101);
+        EXPECT_EQ(window->ZelGraph1->Plot(0).lineStyle, automatic ? 2 : 1);
+    }
+    Click(window->BtnStart);
+}
+
+TEST_F(GraphSetTest, AxisUsedInASessionIsSet) {
+    TurnOnAI();
+    StartPolling();
+    Tick(150);
+    InDialog([&] {
+        Type("txtYMax", "5");
         Ok();
     });
-    EXPECT_EQ(window->ZelGraph1->PointCount(0), 3);
-    EXPECT_EQ(window->ZelGraph1->Plot(0).lineStyle, 1);
+    EXPECT_EQ(window->ZelGraph1->AxisMax(VoltageAxis), 5.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 5.0) << "the other axis stays";
+    InDialog([&] {
+        Type("txtXMax", "20");
+        Ok();
+    });
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 0.0);
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 20.0);
+    EXPECT_EQ(window->dDIVValue, 2.0);
+    InDialog([&] {
+        Click(Find<QCheckBox>("chkYAutoS"));
+        Ok();
+    });
+    EXPECT_TRUE(window->ZelGraph1->AxisAutoScale(VoltageAxis));
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 20.0);
+    InDialog([&] {
+        Type("txtXMax", "abc");
+        Ok();
+        EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Graph Set Apply Error", "Tracelet"}));
+        EXPECT_TRUE(dialog->isVisible());
+    });
     Click(window->BtnStart);
+}
+
+TEST_F(GraphSetTest, SessionThatEndsMeanwhileMakesNoDifference) {
+    TurnOnAI();
+    StartPolling();
+    Tick(150);
+    InDialog([&] {
+        Click(window->BtnStart);
+        if (window->isSystemRunning)
+            window->BtnStart_Click(); // the dialog takes the mouse
+        Ok();
+    });
+    EXPECT_FALSE(window->isSystemRunning);
+    EXPECT_EQ(window->ZelGraph1->XAxisMin(), 5.0);
+}
+
+TEST_F(GraphSetTest, AutoScaleBringsTheOtherAxesBackFromAZoom) {
+    window->M1.AIChanIsThermo[1] = true;
+    Scan(0, 2);
+    SelectPorts(1, {0x03});
+    window->ZelGraph1->SetMouseMode(MouseYZoom);
+    const QRect area = window->ZelGraph1->PlotRect();
+    const QPoint from(area.left() + 40, area.top() + 20);
+    QTest::mousePress(window->ZelGraph1, Qt::LeftButton, {}, from);
+    QTest::mouseRelease(window->ZelGraph1, Qt::LeftButton, {}, from + QPoint(0, 30));
+    ASSERT_FALSE(window->ZelGraph1->AxisAutoScale(TemperatureAxis));
+    const double zoomed = window->ZelGraph1->AxisMin(DigitalAxis);
+    ASSERT_GT(zoomed, -1.0);
+    InDialog([&] { Ok(); });
+    EXPECT_EQ(window->ZelGraph1->AxisMin(DigitalAxis), zoomed) << "AutoScale is off";
+    EXPECT_FALSE(window->ZelGraph1->AxisAutoScale(TemperatureAxis));
+    InDialog([&] {
+        Click(Find<QCheckBox>("chkYAutoS"));
+        Ok();
+    });
+    EXPECT_TRUE(window->ZelGraph1->AxisAutoScale(TemperatureAxis));
+    EXPECT_EQ(window->ZelGraph1->AxisMin(DigitalAxis), 14.0);
+    EXPECT_EQ(window->ZelGraph1->AxisMax(DigitalAxis), 44.0);
 }
 
 } // namespace

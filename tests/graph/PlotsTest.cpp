@@ -63,6 +63,65 @@ TEST_F(PlotsTest, ThermocoupleChannelHangsOnTheTemperatureAxis) {
     EXPECT_EQ(window->ZelGraph1->Plot(1).axis, TemperatureAxis);
 }
 
+TEST_F(PlotsTest, TemperatureAxisFitsWhatIsMeasured) {
+    window->M1.AIChanIsThermo[0] = true;
+    Scan(0, 1);
+    ZelGraph& graph = *window->ZelGraph1;
+    EXPECT_EQ(graph.AxisMin(TemperatureAxis), 0.0);
+    EXPECT_EQ(graph.AxisMax(TemperatureAxis), 100.0);
+    for (const float degrees : {293.2F, 527.7F, 1350.0F, -196.0F, 20.0F}) { // Kelvin, Rankine, furnace …
+        graph.ClearData();
+        for (const float value : {degrees, NAN, degrees + 0.3F})
+            graph.AppendScan(1.0, {&value, 1});
+        EXPECT_LT(graph.AxisMin(TemperatureAxis), degrees);
+        EXPECT_GT(graph.AxisMax(TemperatureAxis), degrees);
+        EXPECT_LE(graph.AxisMax(TemperatureAxis) - graph.AxisMin(TemperatureAxis), 20.0) << degrees;
+    }
+    const double low = graph.AxisMin(TemperatureAxis);
+    const float hot = 400.0F;
+    graph.AppendScan(2.0, {&hot, 1});
+    EXPECT_GE(graph.AxisMax(TemperatureAxis), hot);
+    EXPECT_LE(graph.AxisMin(TemperatureAxis), low);
+    const double high = graph.AxisMax(TemperatureAxis);
+    graph.ClearData();
+    EXPECT_EQ(graph.AxisMax(TemperatureAxis), high) << "until there is something else to fit";
+}
+
+TEST_F(PlotsTest, NewSessionBringsTheTemperatureAxisBack) {
+    TurnOnAI();
+    window->ZelGraph1->SetAxisAutoScale(TemperatureAxis, false);
+    StartPolling();
+    EXPECT_TRUE(window->ZelGraph1->AxisAutoScale(TemperatureAxis));
+    Click(window->BtnStart);
+}
+
+TEST_F(PlotsTest, UnitsFollowTheChannels) {
+    const auto units = [&](std::int32_t count) {
+        Scan(0, count);
+        EXPECT_EQ(window->ZelGraph1->AxisTitle(VoltageAxis), u"AI Data"_s);
+        EXPECT_EQ(window->ZelGraph1->AxisTitle(TemperatureAxis), u"Temperature Data"_s);
+        return std::pair(window->ZelGraph1->AxisUnit(VoltageAxis).toStdString(),
+                         window->ZelGraph1->AxisUnit(TemperatureAxis).toStdString());
+    };
+    using Units = std::pair<std::string, std::string>;
+    EXPECT_EQ(units(2), Units("V", ""));
+    window->ZelAI1->SetChannelRange(0.0, 20.0, 1);
+    EXPECT_EQ(units(2), Units("V, mA", ""));
+    EXPECT_EQ(units(1), Units("V", ""));
+    window->ZelAI1->SetChannelRange(0.0, 20.0, 0);
+    EXPECT_EQ(units(2), Units("mA", ""));
+    window->M1.AIChanIsThermo[1] = true;
+    const char* scales[] = {"°C", "°F", "°R", "K"};
+    for (std::uint8_t scale = 0; scale < 4; ++scale) {
+        window->M1.AIThermoScale[1] = scale;
+        EXPECT_EQ(units(2), Units("mA", scales[scale]));
+    }
+    window->M1.SoftMode = false;
+    EXPECT_EQ(units(2), Units("mA", "mA")) << "fast input reads the couple's terminals";
+    window->ZelAI1->SetDataType(RawCounts);
+    EXPECT_EQ(units(1), Units("counts", ""));
+}
+
 TEST_F(PlotsTest, FastInputShowsNoLines) {
     SelectPorts(0, {0x01});
     TurnOnAI();
@@ -167,6 +226,18 @@ TEST_F(PlotsTest, StepMovesTheAxisAroundItsMiddle) {
     EXPECT_EQ(window->ZelLED1->Text(), u".200000"_s);
     EXPECT_EQ(window->ZelGraph1->XAxisMin(), 4.0);
     EXPECT_EQ(window->ZelGraph1->XAxisMax(), 6.0);
+}
+
+TEST_F(PlotsTest, GraphKnowsTheDivision) {
+    EXPECT_EQ(window->ZelGraph1->Division(), 1.0);
+    window->ZelLED1->Step(true);
+    EXPECT_EQ(window->ZelGraph1->Division(), 5.0);
+    window->ZelGraph1->SetMouseMode(MouseXZoom);
+    window->ZelGraph1->AxisSetRange(XAxis, 3.0, 5.5);
+    emit window->ZelGraph1->MouseUp(1, 0, 0, 0);
+    EXPECT_EQ(window->ZelGraph1->Division(), 0.25);
+    window->ShowDIVValue(2.0);
+    EXPECT_EQ(window->ZelGraph1->Division(), 2.0);
 }
 
 TEST_F(PlotsTest, StepIsIgnoredWhileTheProgramWrites) {

@@ -55,6 +55,21 @@ TEST_F(OpenHistoryTest, LinkThatLeadsNowhereDoesNotExist) {
     EXPECT_EQ(ModeState(), before);
 }
 
+TEST_F(OpenHistoryTest, UnitsAreThoseThatARecordingTells) {
+    const auto unit = [this](int axis) { return window->ZelGraph1->AxisUnit(axis).toStdString(); };
+    SavedRecording recording = Polled(3);
+    window->ZelGraph1->SetAxisAutoScale(TemperatureAxis, false);
+    OpenSaved(recording);
+    EXPECT_EQ(unit(VoltageAxis), "V");
+    EXPECT_EQ(unit(TemperatureAxis), "");
+    EXPECT_TRUE(window->ZelGraph1->AxisAutoScale(TemperatureAxis));
+    recording.info.bHisAISoft = recording.info.bHisAIAnalog = false;
+    OpenProject(Save(recording, "Counts"));
+    EXPECT_EQ(unit(VoltageAxis), "counts");
+    Click(window->BtnModeSwitch);
+    EXPECT_EQ(unit(VoltageAxis), "V");
+}
+
 TEST_F(OpenHistoryTest, DialogOffersProjects) {
     std::string name;
     QStringList filters;

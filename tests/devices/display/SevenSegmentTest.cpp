@@ -32,6 +32,11 @@ TEST(SevenSegment, PointKeepsItsPlaceWhileNumbersChange) {
     }
 }
 
+TEST(SevenSegment, PowersHaveACapitalE) {
+    EXPECT_EQ(DigitPlaces("2e-1", 0, 9),
+              (Places{{two, false}, {0x79, false}, {SegmentMiddle, false}, {one, false}}));
+}
+
 TEST(SevenSegment, MorePlacesWhereTheyFit) {
     const Places places = DigitPlaces("1000.000000", 9, 10);
     ASSERT_EQ(places.size(), 10U);

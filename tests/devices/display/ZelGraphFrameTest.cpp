@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
 #include <vector>
 
 namespace tracelet {
@@ -71,6 +72,18 @@ TEST_F(ZelGraphFrame, TooSmallAGraphHasNoPlotArea) {
     EXPECT_FALSE(graph.PlotRect().isEmpty());
 }
 
+TEST_F(ZelGraphFrame, LowGraphHasTwoTicksAtLeast) {
+    graph.resize(600, 140);
+    graph.SetAxisTitle(VoltageAxis, {});
+    for (double low = 11; low < 40; low += 0.7) {
+        graph.AxisSetRange(VoltageAxis, low, low + 12);
+        const int right = graph.PlotRect().left() - 5;
+        const std::vector<int> rows = RowsOf(graph, QColor(ChartColor::label), 0, right);
+        ASSERT_FALSE(rows.empty());
+        EXPECT_GT(rows.back() - rows.front(), 20) << low;
+    }
+}
+
 TEST_F(ZelGraphFrame, GridRowsStandAtTheTicks) {
     const QRect area = graph.PlotRect();
     const QImage image = graph.grab().toImage();
@@ -82,6 +95,113 @@ TEST_F(ZelGraphFrame, GridRowsStandAtTheTicks) {
     ASSERT_EQ(rows.size(), 3U); // -5, 0 and 5 V
     EXPECT_NEAR(rows[1], area.center().y(), 1);
     EXPECT_NEAR(rows[1] - rows[0], area.height() / 4.0, 1.01);
+}
+
+/// Columns of the plot area, counted from its left edge, with a grid line from top to bottom.
+std::vector<int> GridColumns(ZelGraph& graph) {
+    const QImage image = graph.grab().toImage();
+    const QRect area = graph.PlotRect();
+    std::vector<int> columns;
+    for (int x = area.left(); x <= area.right(); ++x) {
+        bool line = true;
+        for (int y = area.top(); y <= area.bottom(); ++y)
+            line = line && image.pixel(x, y) == ChartColor::grid;
+        if (line)
+            columns.push_back(x - area.left());
+    }
+    return columns;
+}
+
+TEST_F(ZelGraphFrame, TenDivisionsAreTenDivisions) {
+    for (const auto& [start, division] :
+         {std::pair{0.0, 1.0}, {0.3, 1.0}, {7.7, 0.04}, {100.0, 25.0}, {2.5, 0.2463157}, {0.0, 1e-7}}) {
+        for (const QSize size : {QSize(200, 200), QSize(600, 400), QSize(3000, 1500)}) {
+            graph.resize(size);
+            graph.SetXAxisMin(start);
+            graph.SetXAxisMax(start + 10 * division);
+            graph.SetDivision(division);
+            const int width = graph.PlotRect().width();
+            const std::vector<int> columns = GridColumns(graph);
+            ASSERT_GE(columns.size(), 9U) << division << " in " << width;
+            EXPECT_LE(columns.size(), 11U) << division << " in " << width;
+            for (const int column : columns) {
+                const double place = start / division + 10.0 * column / width;
+                EXPECT_NEAR(place, std::round(place), 20.0 / width) << division << " in " << width;
+            }
+        }
+    }
+}
+
+TEST_F(ZelGraphFrame, GridOfAnAxisOfOtherThanTenDivisionsHasRoundSteps) {
+    graph.SetDivision(0.7);
+    const std::vector<int> columns = GridColumns(graph);
+    ASSERT_GE(columns.size(), 2U);
+    const double seconds = 10.0 * (columns[1] - columns[0]) / graph.PlotRect().width();
+    EXPECT_NEAR(seconds, 2.0, 0.05);
+}
+
+TEST_F(ZelGraphFrame, DivisionsMoveWithTheData) {
+    graph.SetDivision(1.0);
+    const int plot = graph.AddPlot({{}, 0, 0, VoltageAxis});
+    const int width = graph.PlotRect().width();
+    double newest = 10;
+    for (const double step : {0.0, 0.25, 0.25, 3.1, 0.05}) {
+        newest += step;
+        graph.AddPoint(plot, newest, NAN);
+        for (const int column : GridColumns(graph)) {
+            const double time = newest - 10 + 10.0 * column / width;
+            EXPECT_NEAR(time, std::round(time), 10.0 / width * 2);
+        }
+    }
+}
+
+/// Widths of the pieces of text in the rows of the time labels, a blank of `gap` columns being an end.
+std::vector<int> LabelWidths(ZelGraph& graph, int gap) {
+    const QImage image = graph.grab().toImage();
+    const int top = graph.PlotRect().bottom() + 6;
+    std::vector<int> widths;
+    int begin = -1;
+    int end = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        bool ink = false;
+        for (int y = top; y < top + 12; ++y)
+            ink = ink || image.pixel(x, y) != ChartColor::ground;
+        if (!ink)
+            continue;
+        if (begin >= 0 && x - end > gap) {
+            widths.push_back(end - begin);
+            begin = x;
+        }
+        begin = begin < 0 ? x : begin;
+        end = x;
+    }
+    widths.push_back(end - begin);
+    return widths;
+}
+
+TEST_F(ZelGraphFrame, TimeLabelsNeverTouch) {
+    for (const auto& [start, division] :
+         {std::pair{1000.0, 0.01}, {0.0, 0.0001}, {123.0, 0.25}, {5.0, 0.2463157}})
+        for (const bool divided : {true, false})
+            for (int width = 220; width < 1000; width += 13) {
+                graph.resize(width, 300);
+                graph.SetDivision(divided ? division : 0);
+                graph.AxisSetRange(XAxis, start, start + 10 * division);
+                const std::vector<int> widths = LabelWidths(graph, 6);
+                for (const int label : widths) // "1000.10" is about 50 pixels wide
+                    ASSERT_LT(label, 65) << start << " " << division << " in " << width;
+            }
+}
+
+TEST_F(ZelGraphFrame, UnitIsDrawnBehindTheTitle) {
+    graph.SetAxisTitle(VoltageAxis, QStringLiteral("AI Data"));
+    const QImage bare = graph.grab().toImage();
+    graph.SetAxisUnit(VoltageAxis, QStringLiteral("mA"));
+    EXPECT_NE(graph.grab().toImage(), bare);
+    EXPECT_EQ(graph.AxisTitle(VoltageAxis), QStringLiteral("AI Data"));
+    EXPECT_EQ(graph.AxisUnit(VoltageAxis), QStringLiteral("mA"));
+    graph.SetAxisUnit(VoltageAxis, {});
+    EXPECT_EQ(graph.grab().toImage(), bare);
 }
 
 TEST_F(ZelGraphFrame, DigitalLineIsNamedAtTheMiddleBetweenItsLevels) {

@@ -31,8 +31,9 @@ std::vector<bool> Steps(const QSignalSpy& told) {
 
 TEST(ZelLED, ShowsItsPattern) {
     const std::pair<double, const char*> cases[] = {
-        {1.0, "1.000000"},   {0.2, ".200000"},      {0.04, ".040000"}, {0.000001, ".000001"},
-        {25.0, "25.000000"}, {100.0, "100.000000"}, {0.0, ".000000"},  {0.25, ".250000"}};
+        {1.0, "1.000000"},     {0.2, ".200000"},    {0.04, ".040000"},
+        {0.000001, ".000001"}, {25.0, "25.000000"}, {100.0, "100.000000"},
+        {0.0, ".000000"},      {0.25, ".250000"},   {2.5e-7, "2.5e-7"}};
     ZelLED display;
     for (const auto& [value, text] : cases) {
         display.SetValue(value);
@@ -118,6 +119,17 @@ TEST(ZelLED, ANumberTooLongIsBarsWithATooltip) {
     EXPECT_EQ(display.grab().toImage(), bars);
     display.SetValue(std::numeric_limits<double>::infinity());
     EXPECT_EQ(display.grab().toImage(), bars);
+}
+
+TEST(ZelLED, SmallNumbersAreShownNotBars) {
+    ZelLED display;
+    display.resize(display.sizeHint());
+    const QImage zero = display.grab().toImage();
+    for (const double value : {2.5e-7, 2.46e-10}) {
+        display.SetValue(value);
+        EXPECT_TRUE(display.toolTip().isEmpty()) << value;
+        EXPECT_NE(display.grab().toImage(), zero) << value;
+    }
 }
 
 TEST(ZelLED, EveryDigitPaintsItsOwnPicture) {
