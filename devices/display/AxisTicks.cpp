@@ -10,9 +10,9 @@ namespace tracelet {
 namespace {
 
 constexpr double largestEnd = 1e100;
-constexpr int mostZeros = 5; ///< decimals, or zeros before the point, of ticks that are never powers
-constexpr int mostParts = 8; ///< of a fitted range, at most
-constexpr int fewParts = 4;  ///< of one that had to widen, so that it need not soon again
+constexpr int mostZeros = 5;   ///< decimals, or zeros before the point, of ticks that are never powers
+constexpr int fittedParts = 8; ///< of a fitted range, at most
+constexpr int fewParts = 4;    ///< of one that had to widen, so that it need not soon again
 constexpr double wellFilled = 0.4;
 constexpr double otherView = 1.5; ///< a window so many times as long or short as before is another one
 constexpr double badlyFilled = 0.2;
@@ -184,7 +184,7 @@ AxisSpan FittedSpan(double low, double high, AxisSpan current) {
     const bool inside = low >= current.low && high <= current.high;
     if (inside && length >= wellFilled * current.Length())
         return current;
-    const AxisSpan fitted = Rounded(DrawnSpan(low, high), mostParts);
+    const AxisSpan fitted = Rounded(DrawnSpan(low, high), fittedParts);
     const bool roomy = inside && fitted.Length() > wellFilled * current.Length();
     return roomy ? current : fitted;
 }
