@@ -140,15 +140,11 @@ TickRange TicksWithin(double low, double high, TickStep step) {
 }
 
 TickForm FormFor(TickRange ticks, TickStep step, std::size_t longest) {
-    std::array<std::size_t, 2> total{}; // of plain texts and of powers
-    std::array<std::size_t, 2> widest{};
+    std::array<std::size_t, 2> widest{}; // plain and as a power
     for (std::int64_t tick = ticks.first; tick <= ticks.last; ++tick)
-        for (const bool powers : {false, true}) {
-            const std::size_t length = Written(tick, step, powers).size();
-            total[powers] += length;
-            widest[powers] = std::max(widest[powers], length);
-        }
-    TickForm form{std::abs(DigitsOf(0, step).exponent) > mostZeros && total[1] < total[0]};
+        for (const bool powers : {false, true})
+            widest[powers] = std::max(widest[powers], Written(tick, step, powers).size());
+    TickForm form{std::abs(DigitsOf(0, step).exponent) > mostZeros && widest[1] < widest[0]};
     if (widest[form.powers] > longest) {
         form.base = Roundest(ticks);
         form.powers = FormFor({ticks.first - form.base, ticks.last - form.base}, step).powers;

@@ -121,6 +121,7 @@ TEST(AxisTicks, AnAxisIsWrittenInOneShortForm) {
     EXPECT_EQ(TextsOf(3600, 3600.00002, 4, std::string::npos),
               "3600.000000 3600.000005 3600.000010 3600.000015 3600.000020")
         << "times are whole, however long";
+    EXPECT_EQ(TextsOf(3600, 3600.0000099, 2, std::string::npos), "3600.000000 3600.000005");
 }
 
 TEST(AxisTicks, StepDoesNotDependOnWhereTheAxisStands) {
