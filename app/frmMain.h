@@ -149,7 +149,7 @@ public:
     std::string DIDataPath;
     std::string szHisProjectFileName;
     SystemFile HisAIFileHandle;     ///< analog data of the recording
-    std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick
+    std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick, as far as the window stays usable
     std::int64_t HisScanIndex = 0;  ///< scan that the next tick reads
     bool isHisPlaying = false;
     bool isHisPlayPaused = false;
@@ -314,6 +314,7 @@ private:
     void Pause();
     void SeekScan(std::int64_t scan);
     void ShowPosition(double percent);
+    [[nodiscard]] std::int32_t ScansATick() const;
     [[nodiscard]] bool PlayTick();
     void PlayFAIData(bool& end);
     void PlaySoftAIData(bool& end);

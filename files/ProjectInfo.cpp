@@ -59,28 +59,33 @@ bool ReadBoolean(ByteReader& reader) {
 }
 
 // Checked before anything is sized by it.
-std::size_t CheckedCount(const ByteReader& reader, std::int32_t count, std::int64_t smallestSize,
-                         const char* what) {
+std::size_t CheckedCount(const ByteReader& reader, std::int32_t count, std::int32_t most,
+                         std::int64_t smallestSize, const char* what) {
     if (count < 1)
         throw Fault::SubscriptOutOfRange();
-    if (count > ProjectInfo::MostChannels || count * smallestSize > reader.Remaining())
+    if (count > most || count * smallestSize > reader.Remaining())
         throw RunTimeError("The project file cannot hold " + NumberText(count) + " " + what);
     return static_cast<std::size_t>(count);
 }
 
 std::vector<PlotRecord> ReadPlots(ByteReader& reader, std::int32_t count, const char* what) {
-    std::vector<PlotRecord> plots(CheckedCount(reader, count, SmallestPlotRecord, what));
+    std::vector<PlotRecord> plots(
+        CheckedCount(reader, count, ProjectInfo::MostPlots, SmallestPlotRecord, what));
+    std::size_t named = 0;
     for (PlotRecord& plot : plots) {
         plot.PlotColor = reader.Get<std::int32_t>();
         plot.PlotLineStyle = reader.Get<std::int32_t>();
         plot.PlotName = reader.Readsz();
+        named += plot.PlotName.size();
+        if (named > ProjectInfo::MostNameBytes)
+            throw RunTimeError("Names too long in file");
     }
     return plots;
 }
 
 std::vector<std::uint8_t> ReadCountedBytes(ByteReader& reader, const char* what) {
     const auto count = reader.Get<std::int32_t>();
-    std::vector<std::uint8_t> bytes(CheckedCount(reader, count, 1, what));
+    std::vector<std::uint8_t> bytes(CheckedCount(reader, count, ProjectInfo::MostChannels, 1, what));
     reader.GetBytes(std::as_writable_bytes(std::span(bytes)));
     return bytes;
 }

@@ -22,8 +22,13 @@ struct PlotRecord {
 
 /// What a project file tells about a recording. docs/file-formats.md has the bytes.
 struct ProjectInfo {
-    /// Largest count of channels, lines or ports that a project may name; devices number them with 16 bits.
+    /// Largest count of a device's channels or ports that a project may name; they are numbered with 16 bits.
     static constexpr std::int32_t MostChannels = 65536;
+
+    /// Largest count of analog, or of digital plots, and of bytes in the names of either: more than any
+    /// device needs, and what a window still shows at once.
+    static constexpr std::int32_t MostPlots = 1024;
+    static constexpr std::size_t MostNameBytes = 128 * 1024;
 
     bool bHisAI = false;       ///< analog data were recorded
     bool bHisDI = false;       ///< digital data were recorded
@@ -66,9 +71,9 @@ struct ProjectInfo {
 
 /// Reads a project from the reader's position. A count is taken as 0 while its flag is false. Raises:
 /// "Subscript out of range" for a count below 1 while its flag is true; "The project file cannot hold N ..."
-/// for a count that what is left of the file has no room for; "Unexpected end of file" when it ends before
-/// the paths; "The project file has a scan count of N" below 0, and the same for an interval below 0 or not
-/// finite. Paths that are missing are empty.
+/// for a count above its limit, or that what is left of the file has no room for; "Names too long in file"
+/// above MostNameBytes; "Unexpected end of file" when it ends before the paths; "The project file has a scan
+/// count of N" below 0, and the same for an interval below 0 or not finite. Paths that are missing are empty.
 [[nodiscard]] ProjectInfo ReadProject(ByteReader& reader);
 
 /// ReadProject of the file at `path`; raises also what opening it for reading does.

@@ -1,8 +1,11 @@
 #include "app/NoticeLine.h"
 #include "app/frmMain.h"
+#include "devices/display/ZelGraph.h"
 
 #include <QGroupBox>
 #include <QPushButton>
+
+#include <limits>
 
 using namespace Qt::StringLiterals;
 
@@ -19,6 +22,7 @@ void frmMain::BtnModeSwitch_Click() {
 
 void frmMain::EnterAcquisitionMode() {
     LabelNotice->Show({});
+    ZelGraph1->SetMemoryBudget(std::numeric_limits<std::int64_t>::max()); // what the machine allows
     EnableHisControls(false);
     FrameSet->setEnabled(true);
     BtnStart->setEnabled(true);

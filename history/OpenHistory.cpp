@@ -21,6 +21,10 @@ using namespace Qt::StringLiterals;
 namespace tracelet {
 namespace {
 
+// Bytes that the chart may take for samples: with them the program stays below 1 GiB whatever a project says,
+// and 16 channels at 1 MS/s each still fill the ten seconds that are shown.
+constexpr std::int64_t RecordingMemory = std::int64_t{896} << 20;
+
 // The chosen path; empty after a cancel. A name that does not exist may be typed. `folder` is a hint where to
 // start; empty, the dialog starts where it was last.
 std::string ChosenProject(QWidget* owner, const std::string& folder) {
@@ -116,6 +120,7 @@ void frmMain::OpenDataFiles() {
 }
 
 void frmMain::ShowRecordingStart() {
+    ZelGraph1->SetMemoryBudget(RecordingMemory);
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
     ZelGraph1->SetXAxisMin(0.0);

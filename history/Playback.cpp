@@ -19,6 +19,8 @@ namespace {
 const QString PlayCaption = u"4"_s;
 const QString PauseCaption = u";"_s;
 
+constexpr std::int64_t ValuesADigitalPoint = 8; // what a point of a line costs, in values
+
 constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
 
 // Values of this block for the first plots of the graph.
@@ -123,8 +125,15 @@ void frmMain::HistoryTick() {
         BtnStop_Click();
         return;
     }
-    HisScanIndex += dHisPlaySpeed;
-    ShowPosition(AdvancedPercent(ZelSliderR->Value(), dHisPlaySpeed, HisScanCount));
+    const std::int32_t scans = ScansATick();
+    HisScanIndex += scans;
+    ShowPosition(AdvancedPercent(ZelSliderR->Value(), scans, HisScanCount));
+}
+
+// Scans that a tick plays: dHisPlaySpeed, as far as the window stays usable.
+std::int32_t frmMain::ScansATick() const {
+    const auto lines = static_cast<std::int64_t>(hisLines.size());
+    return AffordableScans(dHisPlaySpeed, nHisAIChanCount + nHisDIPortCount + lines * ValuesADigitalPoint);
 }
 
 // Plays the scans of one tick; True when a file ran out, or when there is none.
@@ -157,7 +166,7 @@ void frmMain::PlaySoftAIData(bool& end) {
 template <typename T>
 void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
     end = PlayScans(block, HisAIFileHandle, AnalogOffset(HisScanIndex, nHisAIChanCount), nHisAIChanCount,
-                    dHisPlaySpeed, [this](std::span<const T> values, std::int32_t scans) {
+                    ScansATick(), [this](std::span<const T> values, std::int32_t scans) {
                         Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
                     });
 }
@@ -165,7 +174,7 @@ void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
 void frmMain::PlaySoftDIData(bool& end) {
     std::int64_t scan = HisScanIndex;
     end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
-                    dHisPlaySpeed, [&](std::span<const std::uint8_t> states, std::int32_t scans) {
+                    ScansATick(), [&](std::span<const std::uint8_t> states, std::int32_t scans) {
                         for (std::int32_t s = 0; s < scans; ++s, ++scan)
                             PlayPorts(states.subspan(static_cast<std::size_t>(s * nHisDIPortCount)), scan);
                     });

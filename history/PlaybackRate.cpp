@@ -31,6 +31,11 @@ std::int32_t TickInterval(double speed) {
     return CLng(Quotient(MillisecondsASecond, speed));
 }
 
+std::int32_t AffordableScans(std::int32_t scans, std::int64_t valuesPerScan) {
+    const std::int64_t most = MostValuesATick / std::max<std::int64_t>(1, valuesPerScan);
+    return static_cast<std::int32_t>(std::clamp<std::int64_t>(most, 1, std::max(1, scans)));
+}
+
 SpeedRange UserSpeedRange(double ownRate) {
     return {std::clamp(ownRate / UserFactor, SlowestSpeed, FastestSpeed),
             std::clamp(ownRate * UserFactor, SlowestSpeed, FastestSpeed)};

@@ -137,8 +137,7 @@ void SampleStore::AppendEven(double start, double step, std::int64_t count, std:
                              const Value* values) {
     const auto touched = std::span(plots).first(
         static_cast<std::size_t>(std::min(channels, static_cast<std::int64_t>(plots.size()))));
-    for (PlotData& plot : touched)
-        Prepare(plot, count);
+    Prepare(touched, count);
     for (PlotData& plot : touched)
         Place(plot, start, step, count);
     std::size_t next = 0;
@@ -161,8 +160,7 @@ template void SampleStore::AppendEven(double, double, std::int64_t, std::int64_t
 
 void SampleStore::AppendScan(double x, std::span<const float> values) {
     const auto touched = std::span(plots).first(std::min(values.size(), plots.size()));
-    for (PlotData& plot : touched)
-        Prepare(plot, 1);
+    Prepare(touched, 1);
     for (PlotData& plot : touched)
         Place(plot, x, single, 1);
     const float* value = values.data();
@@ -173,17 +171,22 @@ void SampleStore::AppendScan(double x, std::span<const float> values) {
 
 void SampleStore::AppendPoint(int plot, double x, double y) {
     PlotData& data = plots[static_cast<std::size_t>(plot)];
-    Prepare(data, 1);
+    Prepare({&data, 1}, 1);
     Place(data, x, single, 1);
     data.samples.Append(ToFloat(y));
     Finish(1);
 }
 
-void SampleStore::Prepare(PlotData& plot, std::int64_t coming) {
-    Trim(plot, coming);
-    if (plot.samples.Grows(coming) && HeldBytes() > budget)
+void SampleStore::Prepare(std::span<PlotData> touched, std::int64_t coming) {
+    bool grows = false;
+    for (PlotData& plot : touched) {
+        Trim(plot, coming);
+        grows = grows || plot.samples.Grows(coming);
+    }
+    if (grows && HeldBytes() > budget) // it asks every plot: once for all of them
         throw std::bad_alloc();
-    plot.samples.Reserve(coming);
+    for (PlotData& plot : touched)
+        plot.samples.Reserve(coming);
 }
 
 void SampleStore::Trim(PlotData& plot, std::int64_t coming) const {

@@ -81,7 +81,7 @@ private:
 
     [[nodiscard]] const PlotData& Of(int plot) const { return plots[static_cast<std::size_t>(plot)]; }
     [[nodiscard]] std::shared_ptr<SharedTrack> NewTrack(TimeTrack track, std::uint64_t from);
-    void Prepare(PlotData& plot, std::int64_t coming);
+    void Prepare(std::span<PlotData> touched, std::int64_t coming);
     void Place(PlotData& plot, double start, double step, std::int64_t count);
     void Split(PlotData& plot);
     void Trim(PlotData& plot, std::int64_t coming) const;

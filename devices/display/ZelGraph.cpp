@@ -20,12 +20,12 @@ constexpr int frameMilliseconds = 16;
 constexpr int mostIdleTicks = 60; ///< frames without samples after which the repaint timer rests
 constexpr int outOfMemory = 7;
 
-std::size_t HalfOfMemory() {
+std::int64_t HalfOfMemory() {
     const long pages = sysconf(_SC_PHYS_PAGES);
     const long pageSize = sysconf(_SC_PAGESIZE);
     if (pages <= 0 || pageSize <= 0)
-        return SIZE_MAX;
-    return static_cast<std::size_t>(pages) / 2 * static_cast<std::size_t>(pageSize);
+        return INT64_MAX;
+    return std::int64_t{pages} / 2 * pageSize;
 }
 
 } // namespace
@@ -43,7 +43,7 @@ ZelGraph::ZelGraph(QWidget* parent) : QWidget(parent), state(std::make_unique<St
     state->axes[TemperatureAxis].ends.SetBoth(0, 100);
     state->axes[VoltageAxis].title = QStringLiteral("V");
     state->axes[TemperatureAxis].title = QStringLiteral("\u00b0");
-    state->store.SetBudget(HalfOfMemory());
+    SetMemoryBudget(HalfOfMemory());
     setAttribute(Qt::WA_OpaquePaintEvent);
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
@@ -274,13 +274,13 @@ void ZelGraph::SetNextX(double seconds) {
     state->runCount = 0;
 }
 
-/// Goes on with half of the points that are held now.
+/// Goes on with three quarters of the points that are held now.
 void ZelGraph::State::MakeRoom() {
     std::int64_t most = 0;
     for (int plot = 0; plot < store.PlotCount(); ++plot)
         most = std::max(most, store.Count(plot));
-    const std::int64_t half = std::max<std::int64_t>(1, most / 2);
-    store.SetLimit(chartLength > 0 ? std::min<std::int64_t>(chartLength, half) : half);
+    const std::int64_t kept = std::max<std::int64_t>(1, most - most / 4);
+    store.SetLimit(chartLength > 0 ? std::min<std::int64_t>(chartLength, kept) : kept);
     store.DropSurplus();
 }
 
@@ -354,8 +354,13 @@ std::int64_t ZelGraph::HeldBytes() const {
     return static_cast<std::int64_t>(state->store.HeldBytes());
 }
 
+std::int64_t ZelGraph::MemoryBudget() const {
+    return state->memoryBudget;
+}
+
 void ZelGraph::SetMemoryBudget(std::int64_t bytes) {
-    state->store.SetBudget(static_cast<std::size_t>(std::max<std::int64_t>(bytes, 0)));
+    state->memoryBudget = std::clamp<std::int64_t>(bytes, 0, HalfOfMemory());
+    state->store.SetBudget(static_cast<std::size_t>(state->memoryBudget));
 }
 
 // Repainting: samples only mark the picture stale; a timer that runs while they come asks for the paint.

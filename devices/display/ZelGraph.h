@@ -132,8 +132,9 @@ public:
     [[nodiscard]] double TimeAt(double x) const;
     /// Bytes that the held samples take.
     [[nodiscard]] std::int64_t HeldBytes() const;
-    /// Bytes that samples may take, half of the machine's memory at first. More is "Out of memory!": Error
-    /// says so once, and the chart goes on with fewer points a plot.
+    /// Bytes that samples may take, half of the machine's memory at first and at most. More is "Out of
+    /// memory!": Error says so once, and the chart goes on with fewer points a plot.
+    [[nodiscard]] std::int64_t MemoryBudget() const;
     void SetMemoryBudget(std::int64_t bytes);
 
     [[nodiscard]] QSize sizeHint() const override;

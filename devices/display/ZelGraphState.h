@@ -37,7 +37,8 @@ struct ZelGraph::State {
     SampleStore store;
     std::vector<PlotEntry> plots;
     std::int32_t chartLength = 0;
-    std::vector<float> scan; ///< room for the values of one scan
+    std::int64_t memoryBudget = 0; ///< of the store, bytes
+    std::vector<float> scan;       ///< room for the values of one scan
 
     // The running time of evenly spaced samples: start + count * step, so that it does not drift.
     double runStart = 0;

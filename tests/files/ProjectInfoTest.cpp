@@ -2,6 +2,7 @@
 
 #include "tests/files/TemporaryFolder.h"
 
+#include <array>
 #include <cmath>
 #include <functional>
 #include <gmock/gmock.h>
@@ -244,13 +245,37 @@ TEST(ProjectInfo, MostChannelsAreRead) {
     EXPECT_EQ(Read(Whole(info)), info);
 }
 
+// Two recordings with so many plots and no more.
+std::array<ProjectInfo, 2> AnalogAndDigital(std::int32_t count) {
+    const std::vector<PlotRecord> plots(static_cast<std::size_t>(count));
+    std::array<ProjectInfo, 2> both;
+    both[0].bHisAI = both[1].bHisDI = true;
+    both[0].nHisAIChanCount = both[1].nHisDIChanCount = count;
+    both[0].aiPlots = both[1].diPlots = plots;
+    both[0].HisAIChanIsThermo = both[1].HisDIPortMask = {0};
+    return both;
+}
+
 TEST(ProjectInfo, ManyPlotsWithoutNamesAreRead) {
-    ProjectInfo info;
-    info.bHisAI = true;
-    info.nHisAIChanCount = 64;
-    info.aiPlots.resize(64);
-    info.HisAIChanIsThermo = {0};
-    EXPECT_EQ(Read(AsText(ProjectHeader(info)) + AsText(StopRecord(0, 0.0))), info);
+    for (const std::int32_t count : {64, 1024})
+        for (const ProjectInfo& info : AnalogAndDigital(count))
+            EXPECT_EQ(Read(AsText(ProjectHeader(info)) + AsText(StopRecord(0, 0.0))), info);
+}
+
+TEST(ProjectInfo, MorePlotsThanAWindowShowsAreRefused) {
+    const auto [analog, digital] = AnalogAndDigital(1025);
+    EXPECT_EQ(ReadFault(Whole(analog)), "The project file cannot hold 1025 analog plots");
+    EXPECT_EQ(ReadFault(Whole(digital)), "The project file cannot hold 1025 digital plots");
+}
+
+TEST(ProjectInfo, LongNamesAreReadUpToTheirLimit) {
+    for (const std::size_t last : {65536, 65537})
+        for (ProjectInfo& info : AnalogAndDigital(2)) {
+            std::vector<PlotRecord>& plots = info.bHisAI ? info.aiPlots : info.diPlots;
+            plots[0].PlotName.assign(65536, 'a');
+            plots[1].PlotName.assign(last, 'b');
+            EXPECT_EQ(ReadFault(Whole(info)), last == 65536 ? "" : "Names too long in file");
+        }
 }
 
 TEST(ProjectInfo, CountsWithoutTheirFlagAreNotLookedAt) {

@@ -186,6 +186,10 @@ TEST_F(DamagedRecordingTest, CountsThatCannotBeTrueAreRefused) {
     }
     ExpectRefused(with(AnalogCount, 2147483647), "The project file cannot hold 2147483647 analog plots");
     ExpectRefused(with(DigitalCount, 1000000), "The project file cannot hold 1000000 digital plots");
+    std::string room = with(AnalogCount, 65536);
+    ExpectRefused(room.append(std::size_t{9} * 65536, '\0'),
+                  "The project file cannot hold 65536 analog plots");
+    EXPECT_EQ(window->ZelGraph1->PlotCount(), 1); // nothing is taken of it
     const std::size_t channels = whole.find(std::string("\x04\0\0\0\0\xFF", 6));
     ASSERT_NE(channels, std::string::npos);
     ExpectRefused(with(channels, 65537), "The project file cannot hold 65537 analog channels");

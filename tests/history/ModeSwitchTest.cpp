@@ -96,6 +96,15 @@ TEST_F(ModeSwitchTest, AndForthShowsTheSameRecordingAtTheSamePlace) {
     EXPECT_THAT(PointsOf(0), IsEmpty());
 }
 
+TEST_F(ModeSwitchTest, ChartOfARecordingHasALimitOfItsOwn) {
+    constexpr std::int64_t GiB = std::int64_t{1} << 30;
+    const std::int64_t live = window->ZelGraph1->MemoryBudget();
+    OpenSaved(Polled(4));
+    EXPECT_LT(window->ZelGraph1->MemoryBudget(), GiB);
+    Click(window->BtnModeSwitch);
+    EXPECT_EQ(window->ZelGraph1->MemoryBudget(), live);
+}
+
 TEST_F(ModeSwitchTest, HistoryButtonComesBackInWhole) {
     const std::string project = Save(Polled(4));
     OpenProject(project);

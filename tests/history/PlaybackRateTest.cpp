@@ -60,6 +60,27 @@ TEST(PlaybackRate, SpeedsBeyond32BitsOverflow) {
     EXPECT_EQ(TickInterval(1e300), 100);
 }
 
+TEST(PlaybackRate, TicksPlayWhatAWindowCanTake) {
+    constexpr auto Most = std::numeric_limits<std::int32_t>::max();
+    struct {
+        std::int32_t asked;
+        std::int64_t valuesPerScan;
+        std::int32_t played;
+    } const cases[] = {{1, 1, 1},
+                       {25, 16, 25},
+                       {156'250, 64, 156'250}, // 1 MS/s over all channels, a hundred times as fast
+                       {100'000, 64, 100'000}, // 1 MS/s of each channel
+                       {10'000'000, 16, 1'048'576},
+                       {Most, 1, 16'777'216},
+                       {Most, 65536, 256},
+                       {Most, std::int64_t{1} << 40, 1},
+                       {Most, 0, 16'777'216},
+                       {1, 0, 1},
+                       {0, 1, 1}};
+    for (const auto& [asked, valuesPerScan, played] : cases)
+        EXPECT_EQ(AffordableScans(asked, valuesPerScan), played) << asked << ", " << valuesPerScan;
+}
+
 TEST(PlaybackRate, UserReachesFarAroundTheRecordingsOwnRate) {
     for (double rate : {1e-4, 0.1, 1.0, 10.0, 976.5625, 1e6, 1e8}) {
         const SpeedRange range = UserSpeedRange(rate);

@@ -380,6 +380,31 @@ TEST_F(PlaybackTest, BeyondTwoGibibytes) {
     EXPECT_THAT(PointsOf(4), ElementsAre(Pair(time, 37.0)));
 }
 
+// Every tick should play ten million scans; the file holds enough for days of that.
+TEST_F(PlaybackTest, TicksOfAnAbsurdRateAreBounded) {
+    SavedRecording recording = Polled(0, 1e-8);
+    AddDigital(recording, 0);
+    recording.info.ScanCount = 2'000'000'000;
+    const std::string project = Save(recording);
+    for (const char* name : {"Saved/AI.tld", "Saved/DI.tld"})
+        std::filesystem::resize_file(saved / name, std::uintmax_t{1} << 40);
+    OpenProject(project);
+    EXPECT_EQ(window->ZelGraph1->ChartLength(), 2'000'000'000);
+    EXPECT_EQ(window->dHisPlaySpeed, 10'000'000);
+    window->ZelHiResTimerCtl1->SetTimerInterval(frmMain::PlayTimer, 3600000);
+    Click(window->ChkPlay);
+    PlayTicks(1);
+    constexpr std::int64_t Scans = MostValuesATick / (2 + 2 + 3 * 8); // channels, ports, lines
+    EXPECT_TRUE(window->isHisPlaying);
+    EXPECT_EQ(window->HisScanIndex, Scans);
+    EXPECT_EQ(window->ZelSliderR->Value(), static_cast<double>(Scans) / 2e9 * 100.0);
+    for (int plot = 0; plot < 5; ++plot)
+        EXPECT_EQ(window->ZelGraph1->PointCount(plot), Scans) << plot;
+    PlayTicks(1);
+    EXPECT_EQ(window->ZelGraph1->PointAt(0, Scans).x(),
+              static_cast<double>(Scans) * 1e-8); // none is left out
+}
+
 TEST_F(PlaybackTest, ScrubbedAndPlayedViewsShowTheSame) {
     OpenSaved(Polled(400, 0.1));
     PlayByTheTick(1);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "history/PlaybackRate.h"
 #include "tests/files/Unreadable.h"
 #include "tests/history/HistoryWindowTest.h"
 

@@ -361,6 +361,27 @@ TEST(ZelGraph, TellsOnceThatMemoryIsSpentAndGoesOn) {
     EXPECT_EQ(graph.PointCount(0), before + 100'000) << "a new chart length lifts the bound";
 }
 
+TEST(ZelGraph, KeepsThreeQuartersWhenMemoryIsSpent) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    graph.SetMemoryBudget(1'000'000);
+    const std::vector<float> data(300'000);
+    graph.AppendSamples(1e-3, ZelGraph::PlotInterleaved(300'000, 1, std::span<const float>(data)));
+    EXPECT_GT(graph.PointCount(0), 170'000);
+    EXPECT_LE(graph.HeldBytes(), 1'000'000);
+}
+
+TEST(ZelGraph, MemoryBudgetEndsAtHalfOfTheMachine) {
+    ZelGraph graph;
+    const std::int64_t half = graph.MemoryBudget();
+    graph.SetMemoryBudget(1'000'000);
+    EXPECT_EQ(graph.MemoryBudget(), 1'000'000);
+    graph.SetMemoryBudget(std::numeric_limits<std::int64_t>::max());
+    EXPECT_EQ(graph.MemoryBudget(), half);
+    graph.SetMemoryBudget(-1);
+    EXPECT_EQ(graph.MemoryBudget(), 0);
+}
+
 TEST(ZelGraph, StartingAnewGivesTheWholeLengthAfterMemoryWasSpent) {
     const std::function<void(ZelGraph&)> ways[] = {[](ZelGraph& graph) { graph.ClearData(); },
                                                    [](ZelGraph& graph) {
