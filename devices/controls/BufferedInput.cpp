@@ -48,7 +48,7 @@ BufferedInput::~BufferedInput() {
     close(wakeUp);
 }
 
-void BufferedInput::Start(std::shared_ptr<AnalogBoard> board, const StreamSetup& setup,
+void BufferedInput::Start(const std::shared_ptr<AnalogBoard>& board, const StreamSetup& setup,
                           std::size_t halfSamples, std::size_t queueBytes) {
     if (IsRunning())
         throw RunTimeError("The analog input is running already");

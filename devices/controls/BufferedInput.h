@@ -23,7 +23,7 @@ public:
 
     /// Starts the board and the reading thread. Halves of `queueBytes` in all may wait. Raises when the input
     /// runs already, when the board refuses or when there is no memory.
-    void Start(std::shared_ptr<AnalogBoard> board, const StreamSetup& setup, std::size_t halfSamples,
+    void Start(const std::shared_ptr<AnalogBoard>& board, const StreamSetup& setup, std::size_t halfSamples,
                std::size_t queueBytes);
     /// Ends the input; no signal comes after it returned. Does nothing when there is none.
     void Stop();

@@ -364,7 +364,7 @@ std::size_t ZelAI::HalfSamples(std::int32_t count) const {
     if (samples > queueLimit / sampleBytes)
         throw RunTimeError("A data count of " + NumberText(count) +
                            " is too large: half of it must fit into " +
-                           GroupedText(static_cast<double>(queueLimit / 1024)) + " KiB");
+                           GroupedText(static_cast<double>(queueLimit >> 10)) + " KiB");
     return samples;
 }
 

@@ -214,7 +214,8 @@ std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
     std::vector<std::uint8_t> pattern;
     std::uint8_t drawn = 1;
     for (const int length : lengths[static_cast<std::size_t>(lineStyle)]) {
-        pattern.insert(pattern.end(), static_cast<std::size_t>(length * scale), drawn);
+        pattern.insert(pattern.end(), static_cast<std::size_t>(length) * static_cast<std::size_t>(scale),
+                       drawn);
         drawn ^= 1;
     }
     return pattern;

@@ -320,7 +320,7 @@ TEST_F(ConvertWindowTest, PlaysFromTheStartAfterwards) {
 TEST_F(ConvertWindowTest, TheDialogReopensWhereItWasLeft) {
     OpenSaved(Polled(3));
     fs::create_directory(fs::path(window->szProgramPath) / "base");
-    Convert([this](ConvertFileDialog& dialog) {
+    Convert([](ConvertFileDialog& dialog) {
         auto* list = dialog.findChild<QListWidget*>(u"Dir1"_s);
         list->setCurrentItem(list->findItems(u"base"_s, Qt::MatchExactly).value(0));
         QTest::keyClick(list, Qt::Key_Return);

@@ -188,7 +188,7 @@ TEST_F(FastPage, RejectedScans) {
     for (const auto& [start, count] :
          {std::pair{"0", "0"}, {"-1", "1"}, {"64", "1"}, {"0", "65"}, {"60", "5"}}) {
         SCOPED_TRACE(testing::Message() << start << ", " << count);
-        EXPECT_FALSE(AcceptFast([&](frmSetting& dialog) {
+        EXPECT_FALSE(AcceptFast([&, start = start, count = count](frmSetting& dialog) {
             Type(dialog.txtAIScanStart[0], start);
             Type(dialog.txtAIScanNumber[0], count);
         }));

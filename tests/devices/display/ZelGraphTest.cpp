@@ -106,7 +106,8 @@ TEST(ZelGraph, RangeOfEqualReversedOrEndlessEndsIsRefused) {
     const double nan = std::numeric_limits<double>::quiet_NaN();
     for (const auto& [low, high] :
          {std::pair{1.0, 1.0}, {2.0, 1.0}, {0.0, inf}, {-inf, 0.0}, {nan, 1.0}, {0.0, nan}})
-        EXPECT_EQ(DescriptionOf([&] { graph.AxisSetRange(XAxis, low, high); }), "Invalid axis range");
+        EXPECT_EQ(DescriptionOf([&, low = low, high = high] { graph.AxisSetRange(XAxis, low, high); }),
+                  "Invalid axis range");
     EXPECT_EQ(graph.XAxisMax(), 10);
 }
 
@@ -196,7 +197,7 @@ TEST(ZelGraph, SamplesThatDoNotFillTheirBlockAreRefused) {
     const std::vector<float> data(7);
     for (const auto& [count, channels] :
          {std::pair{4, 2}, {8, 1}, {-1, 2}, {1, -2}, {2'000'000'000, 2'000'000'000}})
-        EXPECT_EQ(DescriptionOf([&] {
+        EXPECT_EQ(DescriptionOf([&, count = count, channels = channels] {
                       (void)ZelGraph::PlotInterleaved(count, channels, std::span<const float>(data));
                   }),
                   "Overflow");
