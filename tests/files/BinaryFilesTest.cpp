@@ -23,8 +23,8 @@ TEST(BinaryFiles, PutsLittleEndianBytes) {
     files.Put(5, std::int32_t{0x01020304});
     files.Put(5, 1.5F);
     files.Put(5, -2.0);
-    PutText(files, 5, "end");
-    const auto expected = "\xFF\xFF\x04\x03\x02\x01\0\0\xC0\x3F\0\0\0\0\0\0\0\xC0end"s;
+    PutText(files, 5, "tail");
+    const auto expected = "\xFF\xFF\x04\x03\x02\x01\0\0\xC0\x3F\0\0\0\0\0\0\0\xC0tail"s;
     EXPECT_EQ(ContentOf(folder / "Project.tld"), expected) << "seen at once, while the file is open";
     EXPECT_EQ(files.File(5).Position(), static_cast<std::int64_t>(expected.size()));
     EXPECT_EQ(files.Length(5), static_cast<std::int64_t>(expected.size()));
