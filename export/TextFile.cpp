@@ -7,32 +7,24 @@
 #include <fcntl.h>
 #include <string_view>
 #include <unistd.h>
-#include <utility>
 
 namespace tracelet {
 namespace {
 
 constexpr std::size_t BufferBytes = 1024 * 1024; // smaller ones are slower, larger ones no faster
+constexpr mode_t Everyone = 0666;
 constexpr std::string_view LineBreak = "\r\n";
 
 } // namespace
 
-TextFile::TextFile(const std::string& nativePath) : buffer(BufferBytes) {
-    constexpr mode_t Everyone = 0666;
-    descriptor = ::open(nativePath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, Everyone);
-    if (descriptor < 0)
-        throw Fault::FromErrno(errno);
-}
-
-TextFile::~TextFile() {
-    if (descriptor >= 0)
-        ::close(descriptor);
-}
+TextFile::TextFile(const std::string& nativePath)
+    : file(::open(nativePath.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, Everyone)),
+      buffer(BufferBytes) {}
 
 void TextFile::Close() {
     WriteOut();
-    if (::close(std::exchange(descriptor, -1)) != 0 && errno != EINTR)
-        throw Fault::FromErrno(errno);
+    if (const int error = file.Close(); error != 0)
+        throw Fault::FromErrno(error);
 }
 
 void TextFile::MakeRoom(std::size_t bytes) {
@@ -44,7 +36,7 @@ void TextFile::MakeRoom(std::size_t bytes) {
 void TextFile::WriteOut() {
     std::size_t written = 0;
     while (written < used) {
-        const ssize_t count = ::write(descriptor, buffer.data() + written, used - written);
+        const ssize_t count = ::write(file.Get(), buffer.data() + written, used - written);
         if (count < 0 && errno == EINTR)
             continue;
         if (count <= 0) {
@@ -65,7 +57,7 @@ void TextFile::CutAfter(std::size_t bytesWritten) const {
     const std::size_t lineEnd = std::string_view(buffer.data(), used).rfind(LineBreak, bytesWritten);
     const std::size_t kept = lineEnd == std::string_view::npos ? 0 : lineEnd;
     // A device such as a pipe cannot be cut; the failure of the write is what counts.
-    [[maybe_unused]] const int result = ::ftruncate(descriptor, fileBytes + static_cast<std::int64_t>(kept));
+    [[maybe_unused]] const int result = ::ftruncate(file.Get(), fileBytes + static_cast<std::int64_t>(kept));
 }
 
 } // namespace tracelet

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/UniqueFd.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
@@ -12,11 +14,8 @@ namespace tracelet {
 class TextFile {
 public:
     /// Creates the file, or empties the one that is there; the description of the failure if it cannot.
+    /// Lines not yet written out when the object goes are lost unless Close was called.
     explicit TextFile(const std::string& nativePath);
-    /// Closes the file; lines not yet written out are lost unless Close was called.
-    ~TextFile();
-    TextFile(const TextFile&) = delete;
-    TextFile& operator=(const TextFile&) = delete;
 
     /// Room for `bytes` bytes behind the lines so far. Valid until the next call of any member.
     [[nodiscard]] char* Line(std::size_t bytes) {
@@ -37,7 +36,7 @@ private:
     void WriteOut();
     void CutAfter(std::size_t bytesWritten) const;
 
-    int descriptor = -1;
+    UniqueFd file;
     std::int64_t fileBytes = 0; // whole lines that are in the file
     std::vector<char> buffer;
     std::size_t used = 0; // bytes of whole lines in the buffer

@@ -128,7 +128,8 @@ void frmSetting::CheckDIChannel_Click(int line) {
 void frmSetting::DISelectDevice_Click() {
     Handler(this, u"DISelectDevice"_s, [this] {
         ZelDIO1.SelectDevice(this);
-        if (LabelDIDevName->text() == ZelDIO1.DeviceName())
+        if (LabelDIDevName->text() == ZelDIO1.DeviceName() &&
+            LabelDIDevNum->text() == QString::number(ZelDIO1.DeviceNumber()))
             return;
         const std::int32_t ports = ZelDIO1.MaxPortCount();
         const bool usable = ports >= 1 && ZelDIO1.DeviceNumber() >= 0;

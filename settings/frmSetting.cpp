@@ -178,7 +178,8 @@ void frmSetting::cmdAISelectDevice_Click(int page) {
         ResetPlotSettings(true);
         main.nAISampleCnt = 4096;
         main.bFAICyclic = true;
-        if (labAIDeviceName[page]->text() != ZelAI1.DeviceName())
+        if (labAIDeviceName[page]->text() != ZelAI1.DeviceName() ||
+            LabelAIDeviceNumber[page]->text() != QString::number(ZelAI1.DeviceNumber()))
             GetAIPropertiesEx();
     });
 }

@@ -1,6 +1,7 @@
 #include "devices/controls/ZelHiResTimerCtl.h"
 
 #include "base/RunTimeError.h"
+#include "base/UniqueFd.h"
 
 #include <QPointer>
 #include <QSocketNotifier>
@@ -15,13 +16,6 @@ namespace tracelet {
 namespace {
 
 constexpr std::int64_t NanosecondsPerSecond = 1'000'000'000;
-
-int NewTimerDescriptor() {
-    const int descriptor = timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC);
-    if (descriptor < 0)
-        throw Fault::FromErrno(errno);
-    return descriptor;
-}
 
 timespec ToTimespec(std::int64_t nanoseconds) {
     timespec time{};
@@ -47,14 +41,8 @@ void RequireInterval(std::int32_t intervalMs) {
 // none shifts the next; several that passed unseen read as one.
 struct ZelHiResTimerCtl::Timer {
     explicit Timer(std::int32_t intervalMs)
-        : interval(intervalMs), descriptor(NewTimerDescriptor()),
-          notifier(descriptor, QSocketNotifier::Read) {}
-    ~Timer() {
-        notifier.setEnabled(false);
-        close(descriptor);
-    }
-    Timer(const Timer&) = delete;
-    Timer& operator=(const Timer&) = delete;
+        : interval(intervalMs), descriptor(timerfd_create(CLOCK_MONOTONIC, TFD_NONBLOCK | TFD_CLOEXEC)),
+          notifier(descriptor.Get(), QSocketNotifier::Read) {}
 
     void Start() {
         const std::int64_t period = std::int64_t{interval} * 1'000'000;
@@ -63,20 +51,20 @@ struct ZelHiResTimerCtl::Timer {
     // Also forgets deadlines that have passed unseen.
     void Stop() { SetTime({}); }
     void SetTime(const itimerspec& time) {
-        if (timerfd_settime(descriptor, TFD_TIMER_ABSTIME, &time, nullptr) != 0)
+        if (timerfd_settime(descriptor.Get(), TFD_TIMER_ABSTIME, &time, nullptr) != 0)
             throw Fault::FromErrno(errno);
     }
     // True when a deadline has passed since the last call.
     bool TakeDeadlines() {
         std::uint64_t passed = 0;
-        return read(descriptor, &passed, sizeof passed) == sizeof passed;
+        return read(descriptor.Get(), &passed, sizeof passed) == sizeof passed;
     }
 
     std::int32_t interval; // milliseconds
     bool enabled = false;
     bool ticking = false; // a handler runs
-    const int descriptor;
-    QSocketNotifier notifier;
+    const UniqueFd descriptor;
+    QSocketNotifier notifier; // goes before the descriptor
 };
 
 ZelHiResTimerCtl::ZelHiResTimerCtl(QObject* parent) : QObject(parent) {}

@@ -109,6 +109,27 @@ TEST_F(AnalogBoardChoice, PickingTheSameBoardDoesNotRefresh) {
     });
 }
 
+TEST_F(AnalogBoardChoice, PickingATwinOfTheBoardShowsIt) {
+    for (const int page : {0, 1}) {
+        AnalogBoardInfo twin = Described("Twin", 4);
+        twin.resolution = 16;
+        twin.externalPacer = false;
+        Open(Boards({Described("Twin"), twin}));
+        window->ZelAI1->SetScanChannelCount(3);
+        InSettings([&](frmSetting& dialog) {
+            ShowPage(dialog, page);
+            Pick(dialog.cmdAISelectDevice[static_cast<std::size_t>(page)], 1);
+            for (const std::size_t shown : {0u, 1u}) {
+                EXPECT_EQ(dialog.LabelAIDeviceNumber[shown]->text(), u"1"_s);
+                EXPECT_EQ(dialog.labAIResolution[shown]->text(), u"16"_s);
+                EXPECT_EQ(dialog.txtAIScanNumber[shown]->text(), u"1"_s);
+            }
+            EXPECT_FALSE(dialog.cmbPacerSource->isEnabled());
+        });
+        ExpectFresh(*window, 4);
+    }
+}
+
 TEST_F(AnalogBoardChoice, PickingFromNoDevice) {
     BoardList list = SimulatedBoards();
     Open(list);

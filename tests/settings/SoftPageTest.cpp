@@ -227,6 +227,19 @@ TEST_F(SoftPage, PickingAnotherBoardClearsMasksAndPlots) {
     EXPECT_EQ(shared.DIPlotName[96], "");
 }
 
+TEST_F(SoftPage, PickingATwinOfTheBoardShowsIt) {
+    Open(Boards({}, {{"Twin", 2}, {"Twin", 3}}));
+    SetMasks({0x01, 0x03});
+    InSettings([&](frmSetting& dialog) {
+        Pick(dialog.DISelectDevice, 1);
+        EXPECT_EQ(dialog.LabelDIDevNum->text(), u"1"_s);
+        EXPECT_EQ(Items(dialog.ComboDIPort), (QStringList{u"0"_s, u"1"_s, u"2"_s}));
+        EXPECT_EQ(Checked(dialog), 0);
+    });
+    EXPECT_EQ(window->nDIMaxPortCount, 3);
+    EXPECT_THAT(Masks(), ElementsAre(0, 0, 0, 0));
+}
+
 TEST_F(SoftPage, SameBoardAndCancelChangeNothing) {
     for (const int row : {0, -1}) {
         SCOPED_TRACE(row);
