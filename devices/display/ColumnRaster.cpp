@@ -173,20 +173,59 @@ std::size_t Phase(std::int64_t column, std::size_t period) {
     return static_cast<std::size_t>(rest < 0 ? rest + length : rest);
 }
 
-/// Draws what of a dashed trace falls into the column of spans[1], between its neighbours.
-void DrawDashed(const SpanPainter& painter, int x, std::size_t phase, const Extent* spans,
-                const RowSpan& rows, bool crowded, const Stroke& stroke) {
-    const Extent& before = spans[0];
-    const Extent& here = spans[1];
-    const Extent& behind = spans[2];
+/// A column and those beside it.
+struct Surroundings {
+    std::span<const Extent> before;
+    std::span<const Extent> behind;
+    bool crowded = false;
+};
+
+/// Whether a column covers `rows` well beyond what the trace covers on both sides of it. Of the columns of a
+/// side, which may share its spike, the one that reaches least far counts.
+bool IsExcursion(const RowSpan& rows, const Surroundings& around, const RowScale& scale, int thickness) {
+    constexpr int far = 1 << 20;
+    int upper = far; // where the trace comes from and goes to
+    int lower = -far;
+    int top = far; // of all columns on both sides
+    int bottom = -far;
+    for (const auto& side : {around.before, around.behind}) {
+        int least = -far;
+        int most = far;
+        for (const Extent& extent : side) {
+            if (extent.Empty())
+                continue;
+            const RowSpan beside = RowsOf(extent, scale, thickness);
+            least = std::max(least, beside.top);
+            most = std::min(most, beside.bottom);
+            top = std::min(top, beside.top);
+            bottom = std::max(bottom, beside.bottom);
+        }
+        if (least > -far) {
+            upper = std::min(upper, least);
+            lower = std::max(lower, most);
+        } else if (!around.crowded)
+            return false; // a line that ends here
+    }
+    const int beyond = std::max(upper - rows.top, rows.bottom - lower);
+    return beyond >= std::max(2 * thickness, (bottom - top) / 4);
+}
+
+/// Draws what of a dashed trace falls into the column in the middle of `spans`.
+void DrawDashed(const SpanPainter& painter, int x, bool drawn, std::span<const Extent> spans,
+                const RowSpan& rows, bool crowded, const RowScale& scale, const Stroke& stroke) {
+    const auto beside = static_cast<std::size_t>(stroke.Beside());
+    const Surroundings around = {spans.first(beside), spans.last(beside), crowded};
     const bool steep = rows.bottom - rows.top >= 2 * stroke.thickness;
-    if (steep && !crowded) {
-        const bool upper = here.high >= before.high && here.high >= behind.high;
-        const bool lower = here.low <= before.low && here.low <= behind.low;
-        painter.Steep(x, rows, upper, lower);
-    } else if (stroke.pattern[phase] != 0)
+    const bool alongRows = steep && !crowded;
+    if ((drawn && !alongRows) || IsExcursion(rows, around, scale, stroke.thickness))
         painter.Solid(x, rows);
-    else if (steep)
+    else if (alongRows) {
+        const Extent& before = around.before.back();
+        const Extent& here = spans[beside];
+        const Extent& behind = around.behind.front();
+        painter.Steep(x, rows, here.high >= before.high && here.high >= behind.high,
+                      here.low <= before.low && here.low <= behind.low);
+    } else if (steep)
         painter.Dimmed(x, rows);
 }
 
@@ -224,15 +263,17 @@ std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
                std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke) {
     const SpanPainter painter(pixels, stroke);
-    const std::size_t count = spans.size() - 2;
+    const auto beside = static_cast<std::size_t>(stroke.Beside());
+    const std::size_t count = spans.size() - 2 * beside;
     if (stroke.pattern.empty()) {
-        DrawSolid(painter, at, pixels.height, spans.subspan(1, count), scale, stroke.thickness);
+        DrawSolid(painter, at, pixels.height, spans.subspan(beside, count), scale, stroke.thickness);
         return;
     }
     for (std::size_t i = 0; i < count; ++i) {
-        const RowSpan rows = VisibleRowsOf(spans[i + 1], scale, stroke.thickness, pixels.height);
+        const RowSpan rows = VisibleRowsOf(spans[i + beside], scale, stroke.thickness, pixels.height);
         const std::size_t phase = Phase(column + static_cast<std::int64_t>(i), stroke.pattern.size());
-        DrawDashed(painter, at + static_cast<int>(i), phase, &spans[i], rows, crowded[i] != 0, stroke);
+        DrawDashed(painter, at + static_cast<int>(i), stroke.pattern[phase] != 0,
+                   spans.subspan(i, 2 * beside + 1), rows, crowded[i] != 0, scale, stroke);
     }
 }
 

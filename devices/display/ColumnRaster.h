@@ -39,17 +39,24 @@ struct Stroke {
     bool soft = true;                 ///< neighbours of the outermost pixels are tinted
     /// Dash pattern by pixel, repeated; empty: solid. Flat parts of a trace follow it along the columns.
     /// Steep parts follow it along the rows, with their ends always drawn; where samples crowd, along the
-    /// columns, and what the pattern leaves out is dimmed instead, so that no peak gets lost.
+    /// columns, and what the pattern leaves out is dimmed instead. A column that goes well beyond those
+    /// beside it is drawn in full, so that no spike gets lost.
     std::vector<std::uint8_t> pattern;
+
+    /// Columns on either side of one that decide how it is drawn: no fewer than a sample and the lines to it
+    /// cover where samples are a column apart.
+    [[nodiscard]] int Beside() const { return thickness + 2; }
+    /// Columns that are needed ahead of those drawn: a line is as thick along the columns as along the rows.
+    [[nodiscard]] int Before() const { return Beside() + thickness - 1; }
 };
 
 /// Dash pattern of a line style (0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot; others solid), `scale`
 /// pixels a unit.
 [[nodiscard]] std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale);
 
-/// Draws one trace into the pixel columns from `at` on. `spans` are of the time columns column - 1, column,
-/// ... and end with one behind the last column drawn; `crowded` tells of each column drawn whether more
-/// samples fall into it than a single line shows.
+/// Draws one trace into the pixel columns from `at` on, the first of which is time column `column`. `spans`
+/// are of the columns drawn and of stroke.Beside() more on either side; `crowded` tells of each column drawn
+/// whether more samples fall into it than a single line shows.
 void DrawSpans(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
                std::span<const std::uint8_t> crowded, const RowScale& scale, const Stroke& stroke);
 

@@ -43,7 +43,7 @@ Extent ExtentBetween(const SampleStore& store, int plot, double from, double to)
     for (const TimeTrack::Stretch& stretch : stretches) {
         const std::int64_t first = track.LowerBound(stretch, from);
         const std::int64_t end = track.LowerBoundFrom(first, stretch, beyond);
-        extent.Add(store.Samples(plot).Range(first - offset, end - offset));
+        extent.Add(store.Samples(plot).FiniteRange(first - offset, end - offset));
     }
     return extent;
 }
@@ -51,19 +51,20 @@ Extent ExtentBetween(const SampleStore& store, int plot, double from, double to)
 void ColumnSpans::Find(const SampleStore& store, int plot, const ColumnGrid& newGrid, std::int64_t newColumn,
                        Joint joint, std::span<Extent> spans) {
     std::ranges::fill(spans, Extent{});
+    lone.clear();
     const std::int64_t first = store.First(plot);
     const std::int64_t end = store.End(plot);
     if (first >= end || spans.empty())
         return;
     const std::int64_t offset = store.TrackOffset(plot);
     Locate(store.Track(plot), first + offset, end + offset, newGrid, newColumn, spans.size());
-    const Crossing* next = crossings.data() + reach;
+    const Crossing* next = crossings.data();
     for (std::size_t i = 0; i < stretches.size(); ++i) {
         if (joint == Joint::Line)
             JoinLine(store.Samples(plot), offset, next, spans);
         else
             JoinStep(store.Samples(plot), offset, next, spans);
-        next += columnCount + 1 + 2 * reach;
+        next += columnCount + 1;
     }
 }
 
@@ -84,21 +85,19 @@ void ColumnSpans::Locate(const TimeTrack& times, std::int64_t first, std::int64_
     crossings.clear();
     crowded.assign(count, 0);
     apartDistance = 0;
-    // Some columns more on either side, for the marks of samples there.
-    const std::int64_t leftmost = column - reach;
-    const auto edges = static_cast<std::int64_t>(count) + 1 + 2 * reach;
-    const double left = grid.Edge(leftmost);
-    const double right = grid.Edge(leftmost + edges - 1);
+    const auto edges = static_cast<std::int64_t>(count) + 1;
+    const double left = grid.Edge(column);
+    const double right = grid.Edge(column + edges - 1);
     for (const TimeTrack::Stretch& stretch : all) {
         if (times.X(stretch.first) > right || times.X(stretch.end - 1) < left)
             continue;
         stretches.push_back(stretch);
         std::int64_t hint = stretch.first;
         for (std::int64_t i = 0; i < edges; ++i) {
-            crossings.push_back(CrossingAt(stretch, hint, grid.Edge(leftmost + i)));
+            crossings.push_back(CrossingAt(stretch, hint, grid.Edge(column + i)));
             hint = crossings.back().behind;
         }
-        const Crossing* at = &crossings[crossings.size() - static_cast<std::size_t>(edges - reach)];
+        const Crossing* at = &crossings[crossings.size() - static_cast<std::size_t>(edges)];
         for (std::size_t i = 0; i < count; ++i)
             crowded[i] |= at[i + 1].behind - at[i].behind >= crowd ? 1 : 0;
     }
@@ -112,18 +111,18 @@ std::span<const ColumnSpans::Apart> ColumnSpans::Separate(double distance) {
     const Crossing* next = crossings.data();
     for (const TimeTrack::Stretch& stretch : stretches) {
         FindApart(stretch, next);
-        next += columnCount + 1 + 2 * reach;
+        next += columnCount + 1;
     }
     return apart;
 }
 
 void ColumnSpans::FindApart(const TimeTrack::Stretch& stretch, const Crossing* crossing) {
-    const auto count = static_cast<std::int64_t>(columnCount) + 2 * reach;
+    const auto count = static_cast<std::int64_t>(columnCount);
     for (std::int64_t i = 0; i < count; ++i) {
         const std::int64_t index = crossing[i].behind;
         const bool alone = crossing[i + 1].behind - index == 1;
         if (alone && StandsApart(stretch, index))
-            apart.push_back({index, i - reach});
+            apart.push_back({index, i});
     }
 }
 
@@ -154,11 +153,12 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
             return none;
         const auto before = static_cast<double>(samples[edge.behind - 1 - offset]);
         const auto behind = static_cast<double>(samples[edge.behind - offset]);
-        return static_cast<float>(before + (behind - before) * edge.share);
+        const auto value = static_cast<float>(before + (behind - before) * edge.share);
+        return std::isfinite(value) ? value : none;
     };
     const std::size_t count = spans.size();
-    const auto prefetch = [&](std::size_t i) {
-        samples.Prefetch(crossing[i].behind - offset, crossing[i + 1].behind - offset);
+    const auto prefetch = [&](std::size_t at) {
+        samples.Prefetch(crossing[at].behind - offset, crossing[at + 1].behind - offset);
     };
     for (std::size_t i = 0; i < std::min(lookAhead, count); ++i)
         prefetch(i);
@@ -168,10 +168,28 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
             prefetch(i + lookAhead);
         Extent& span = spans[i];
         span.Add(edge);
+        const bool entered = !std::isnan(edge);
         edge = valueAt(crossing[i + 1]);
         span.Add(edge);
         AddSamples(samples, crossing[i].behind - offset, crossing[i + 1].behind - offset, span);
+        if (!span.Finite())
+            AddUpright(samples, offset, &crossing[i], span);
+        if (!entered && std::isnan(edge) && span.low == span.high)
+            lone.push_back({static_cast<std::int64_t>(i), span.low});
     }
+}
+
+/// Adds what infinite samples of a column, which lies between two crossings, are joined to beside it.
+void ColumnSpans::AddUpright(const Envelope& samples, std::int64_t offset, const Crossing* crossing,
+                             Extent& span) {
+    const std::int64_t first = crossing[0].behind - offset;
+    const std::int64_t end = crossing[1].behind - offset;
+    if (first == end)
+        return;
+    if (crossing[0].Inside() && std::isinf(samples[first]))
+        span.Add(samples[first - 1]);
+    if (crossing[1].Inside() && std::isinf(samples[end - 1]))
+        span.Add(samples[end]);
 }
 
 void ColumnSpans::JoinStep(const Envelope& samples, std::int64_t offset, const Crossing* crossing,

@@ -25,16 +25,15 @@ struct ColumnGrid {
 
 enum class Joint { Line, Step };
 
-/// Extent of the held samples of `plot` whose times lie within from <= x <= to.
+/// Extent of the finite held samples of `plot` whose times lie within from <= x <= to.
 [[nodiscard]] Extent ExtentBetween(const SampleStore& store, int plot, double from, double to);
 
 /// Finds what the trace of a plot covers in each pixel column: the extent of its samples there and of the
 /// trace at both edges of the column. A line joins neighbouring samples; a step keeps each sample's value
-/// until the next one. Samples that are no numbers, and times that go back, interrupt the trace.
+/// until the next one. Samples that are no numbers, and times that go back, interrupt the trace; a line to or
+/// from an infinite sample stands upright at the time of that sample.
 class ColumnSpans {
 public:
-    static constexpr std::int64_t reach = 4;
-
     /// Fills `spans` for the columns from `column` on. Plots that share their times share most of the work
     /// when they are asked for one after the other.
     void Find(const SampleStore& store, int plot, const ColumnGrid& grid, std::int64_t column, Joint joint,
@@ -47,9 +46,16 @@ public:
         std::int64_t index = 0;  ///< of the track
         std::int64_t column = 0; ///< counted from the first one of the last Find
     };
-    /// Samples of the last Find's plot, in its columns and `reach` more on either side, that are at least
-    /// `distance` columns away from both neighbours.
+    /// Samples of the last Find's plot, in its columns, that are at least `distance` columns away from both
+    /// neighbours.
     [[nodiscard]] std::span<const Apart> Separate(double distance);
+
+    /// A column in which a line keeps one value and comes from and goes to no other column.
+    struct Lone {
+        std::int64_t column = 0; ///< counted from the first one of the last Find
+        float value = 0;
+    };
+    [[nodiscard]] std::span<const Lone> LoneColumns() const { return lone; }
 
     /// Tells that samples came or went since the last Find.
     void Forget() { track = nullptr; }
@@ -68,8 +74,10 @@ private:
                 std::int64_t newColumn, std::size_t count);
     [[nodiscard]] Crossing CrossingAt(const TimeTrack::Stretch& stretch, std::int64_t hint,
                                       double edge) const;
-    static void JoinLine(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
-                         std::span<Extent> spans);
+    void JoinLine(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
+                  std::span<Extent> spans);
+    static void AddUpright(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
+                           Extent& span);
     static void JoinStep(const Envelope& samples, std::int64_t offset, const Crossing* crossings,
                          std::span<Extent> spans);
 
@@ -84,6 +92,7 @@ private:
     std::vector<TimeTrack::Stretch> all;       ///< of the samples asked for
     std::vector<TimeTrack::Stretch> stretches; ///< those that reach into the columns
     std::vector<std::uint8_t> crowded;
+    std::vector<Lone> lone;
     std::vector<Apart> apart;
     double apartDistance = 0;        ///< that `apart` was found for; 0: not yet
     std::vector<Crossing> crossings; ///< at each edge, a stretch after the other

@@ -179,6 +179,26 @@ Extent Envelope::LongRange(std::int64_t first, std::int64_t end) const {
     return extent;
 }
 
+Extent Envelope::FiniteRange(std::int64_t first, std::int64_t end) const {
+    first = std::max(first, First());
+    end = std::min(end, End());
+    const Extent all = Range(first, end);
+    if (all.Finite())
+        return all;
+    Extent extent;
+    if (all.Empty() || all.low == all.high)
+        return extent;
+    if (end - first > bucketSize) {
+        const std::int64_t middle = first + (end - first) / 2;
+        extent = FiniteRange(first, middle);
+        extent.Add(FiniteRange(middle, end));
+    } else
+        for (std::int64_t i = first; i < end; ++i)
+            if (std::isfinite(samples[i]))
+                extent.Add(samples[i]);
+    return extent;
+}
+
 void Envelope::JoinBuckets(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {
     const std::int64_t firstAbove = (first + fan - 1) >> fanBits;
     const std::int64_t endAbove = end >> fanBits;

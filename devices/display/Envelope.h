@@ -3,6 +3,7 @@
 #include "devices/display/ChunkRing.h"
 
 #include <array>
+#include <cmath>
 #include <cstdint>
 #include <limits>
 #include <span>
@@ -24,6 +25,7 @@ struct Extent {
         low = other.low < low ? other.low : low;
         high = other.high > high ? other.high : high;
     }
+    [[nodiscard]] bool Finite() const { return std::isfinite(low) && std::isfinite(high); }
     [[nodiscard]] bool Holds(const Extent& other) const { return other.low >= low && other.high <= high; }
     bool operator==(const Extent&) const = default;
 };
@@ -76,6 +78,8 @@ public:
         return plain ? ExtentOf({samples.From(first), static_cast<std::size_t>(count)})
                      : LongRange(first, end);
     }
+    /// The same of the finite ones only; slower where many are infinite.
+    [[nodiscard]] Extent FiniteRange(std::int64_t first, std::int64_t end) const;
     static constexpr std::int64_t plainCount = 192; ///< ranges as short as this are read sample by sample
     /// Fetches what Range(first, end) reads into the processor's cache ahead of its use.
     [[gnu::always_inline]] void Prefetch(std::int64_t first, std::int64_t end) const {

@@ -38,7 +38,6 @@ void PlotPainter::Restart(const PlotScene& scene) {
     pixels = {reinterpret_cast<std::uint32_t*>(image.bits()), image.bytesPerLine() / 4, image.width(),
               image.height()};
     marked.assign(static_cast<std::size_t>(scene.width), 0);
-    spans.resize(tileColumns + static_cast<std::size_t>(ColumnSpans::reach) + 1);
     painted.assign(scene.traces.size(), Painted());
 }
 
@@ -63,15 +62,14 @@ void PlotPainter::MarkMoved(std::int64_t firstColumn) {
         Mark(first, old);
 }
 
-void PlotPainter::MarkTimes(const ColumnGrid& grid, double from, double to) {
-    // A sample on the edge of a column reaches into both neighbours, its mark further.
-    const std::int64_t margin = 2 * ColumnSpans::reach;
+void PlotPainter::MarkTimes(const ColumnGrid& grid, int margin, double from, double to) {
     Mark(grid.ColumnOf(from) - margin, grid.ColumnOf(to) + margin + 1);
 }
 
 void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) {
     for (std::size_t i = 0; i < scene.traces.size(); ++i) {
-        const int plot = scene.traces[i].plot;
+        const PlotScene::Trace& trace = scene.traces[i];
+        const int plot = trace.plot;
         Painted& old = painted[i];
         Painted now{store.First(plot), store.End(plot)};
         if (now.first == old.first && now.end == old.end)
@@ -84,10 +82,12 @@ void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) 
         if (old.first >= old.end || now.first >= old.end || now.stretches != old.stretches)
             Mark(first, first + pixels.width);
         else {
+            // A sample on the edge of a column reaches into both neighbours, and each column further.
+            const int margin = trace.stroke.Before() + 1;
             if (now.end > old.end)
-                MarkTimes(scene.grid, old.lastX, now.lastX);
+                MarkTimes(scene.grid, margin, old.lastX, now.lastX);
             if (now.first > old.first)
-                MarkTimes(scene.grid, old.firstX, now.firstX);
+                MarkTimes(scene.grid, margin, old.firstX, now.firstX);
         }
         old = now;
     }
@@ -121,32 +121,38 @@ void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene,
 
 void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,
                              std::int64_t column, int at, int count) {
-    // A line is as thick along the columns as along the rows; dashes look at the columns beside theirs.
-    const int before = trace.stroke.thickness;
     const auto drawn = static_cast<std::size_t>(count);
-    const auto found = std::span(spans).first(drawn + static_cast<std::size_t>(before) + 1);
-    finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, found);
+    const auto thickness = static_cast<std::size_t>(trace.stroke.thickness);
+    const int before = trace.stroke.Before();
+    spans.resize(drawn + static_cast<std::size_t>(before + trace.stroke.Beside()));
+    finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, spans);
     if (store.Count(trace.plot) == 0)
         return;
-    for (std::size_t i = 0; before > 1 && i < drawn + 2; ++i)
-        for (std::size_t next = 1; next < static_cast<std::size_t>(before); ++next)
-            found[i].Add(found[i + next]);
+    // A line is as thick along the columns as along the rows.
+    for (std::size_t i = 0; thickness > 1 && i + thickness <= spans.size(); ++i)
+        for (std::size_t next = 1; next < thickness; ++next)
+            spans[i].Add(spans[i + next]);
+    const auto shown = std::span(spans).first(spans.size() - (thickness - 1));
     const RowScale scale(trace.range.low, trace.range.high, scene.height);
-    DrawSpans(pixels, at, column, found.first(drawn + 2),
-              finder.Crowded().subspan(static_cast<std::size_t>(before)), scale, trace.stroke);
+    DrawSpans(pixels, at, column, shown, finder.Crowded().subspan(static_cast<std::size_t>(before)), scale,
+              trace.stroke);
     if (trace.joint == Joint::Line)
-        DrawMarks(store, trace, at, count);
+        DrawMarks(store, trace, at - before, at, count);
 }
 
-void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int at, int count) {
+void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at,
+                            int count) {
     const RowScale scale(trace.range.low, trace.range.high, pixels.height);
-    const int before = trace.stroke.thickness;
+    const auto draw = [&](std::int64_t column, float value) {
+        DrawMark(pixels, foundAt + static_cast<int>(column), at, at + count, value, scale, trace.stroke);
+    };
     for (const ColumnSpans::Apart& apart : finder.Separate(markDistance * trace.stroke.thickness)) {
         const float value = store.Samples(trace.plot)[apart.index - store.TrackOffset(trace.plot)];
         if (!std::isnan(value))
-            DrawMark(pixels, at - before + static_cast<int>(apart.column), at, at + count, value, scale,
-                     trace.stroke);
+            draw(apart.column, value);
     }
+    for (const ColumnSpans::Lone& lone : finder.LoneColumns())
+        draw(lone.column, lone.value);
 }
 
 void PlotPainter::PaintGround(const PlotScene& scene, std::int64_t column, int at, int count) {

@@ -55,13 +55,13 @@ private:
     void Restart(const PlotScene& scene);
     void MarkMoved(std::int64_t firstColumn);
     void MarkChanged(const SampleStore& store, const PlotScene& scene);
-    void MarkTimes(const ColumnGrid& grid, double from, double to);
+    void MarkTimes(const ColumnGrid& grid, int margin, double from, double to);
     void Mark(std::int64_t from, std::int64_t to);
     void PaintMarked(const SampleStore& store, const PlotScene& scene);
     void PaintColumns(const SampleStore& store, const PlotScene& scene, std::int64_t column, int count);
     void PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,
                     std::int64_t column, int at, int count);
-    void DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int at, int count);
+    void DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at, int count);
     void PaintGround(const PlotScene& scene, std::int64_t column, int at, int count);
     [[nodiscard]] int SlotOf(std::int64_t column) const;
 

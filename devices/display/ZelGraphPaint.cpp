@@ -58,7 +58,7 @@ void ZelGraph::State::FitValues(int axis) {
         if (plots[i].visible && plots[i].attributes.axis == axis)
             extent.Add(ExtentBetween(store, plot, view.low, view.high));
     }
-    if (extent.Empty() || !std::isfinite(extent.low) || !std::isfinite(extent.high))
+    if (extent.Empty())
         return;
     Axis& target = axes[static_cast<std::size_t>(axis)];
     AxisEnds& ends = target.ends;

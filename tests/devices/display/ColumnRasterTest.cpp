@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <random>
@@ -41,11 +42,11 @@ Stroke HardStroke(int thickness = 1, std::int32_t lineStyle = 0) {
     return {ink, thickness, false, DashPattern(lineStyle, thickness)};
 }
 
-/// The spans with an empty column on either side.
-std::vector<Extent> Framed(const std::vector<Extent>& spans) {
-    std::vector<Extent> framed = {Extent{}};
+/// The spans with empty columns on either side.
+std::vector<Extent> Framed(const std::vector<Extent>& spans, const Stroke& stroke) {
+    std::vector<Extent> framed(static_cast<std::size_t>(stroke.Beside()));
     framed.insert(framed.end(), spans.begin(), spans.end());
-    framed.emplace_back();
+    framed.resize(framed.size() + static_cast<std::size_t>(stroke.Beside()));
     return framed;
 }
 
@@ -53,7 +54,7 @@ std::vector<std::string> Drawn(const std::vector<Extent>& spans, int height, dou
                                const Stroke& stroke, std::vector<std::uint8_t> crowded = {}) {
     Canvas canvas(static_cast<int>(spans.size()), height);
     crowded.resize(spans.size());
-    DrawSpans(canvas.pixels, 0, 0, Framed(spans), crowded, RowScale(low, high, height), stroke);
+    DrawSpans(canvas.pixels, 0, 0, Framed(spans, stroke), crowded, RowScale(low, high, height), stroke);
     return canvas.Rows();
 }
 
@@ -110,14 +111,67 @@ TEST(ColumnRaster, PeaksKeepTheirHeightInEveryLineStyleAndPhase) {
                 Canvas canvas(1, 20);
                 const std::vector<Extent> spans = {{2, 17}};
                 const std::vector<std::uint8_t> flags = {crowded};
-                DrawSpans(canvas.pixels, 0, column, Framed(spans), flags, RowScale(0, 19, 20),
-                          HardStroke(1, style));
+                const Stroke stroke = HardStroke(1, style);
+                DrawSpans(canvas.pixels, 0, column, Framed(spans, stroke), flags, RowScale(0, 19, 20),
+                          stroke);
                 const auto rows = canvas.Rows();
                 EXPECT_NE(rows[2], ".") << style << " " << column;
                 EXPECT_NE(rows[17], ".") << style << " " << column;
                 EXPECT_EQ(rows[1], ".");
                 EXPECT_EQ(rows[18], ".");
             }
+}
+
+TEST(ColumnRaster, SpikesAreDrawnInFullInEveryLineStyleAndPhase) {
+    const std::vector<Extent> shapes[] = {{{5, 17}},                     // of one column
+                                          {{0, 5}},                      // downwards
+                                          {{5, 17}, {5, 17}},            // on the edge between two
+                                          {{5, 17}, {5, 9}},             // with a shoulder
+                                          {{5, 17}, {17, 17}, {5, 17}}}; // a short pulse
+    for (const std::vector<Extent>& shape : shapes)
+        for (const int thickness : {1, 2})
+            for (int phase = 0; phase < 60; ++phase) {
+                std::vector<Extent> spans(20, Extent{5, 5});
+                std::ranges::copy(shape, spans.begin() + 10);
+                const auto drawn = [&](std::int32_t style, std::uint8_t crowded) {
+                    const Stroke stroke = HardStroke(thickness, style);
+                    Canvas canvas(20, 20);
+                    DrawSpans(canvas.pixels, 0, phase, Framed(spans, stroke),
+                              std::vector<std::uint8_t>(20, crowded), RowScale(0, 19, 20), stroke);
+                    std::vector<std::string> rows = canvas.Rows();
+                    for (std::string& row : rows)
+                        row = row.substr(10, shape.size());
+                    return rows;
+                };
+                for (std::int32_t style = 1; style < 5; ++style)
+                    for (const auto crowded : {std::uint8_t{0}, std::uint8_t{1}})
+                        ASSERT_EQ(drawn(style, crowded), drawn(0, crowded)) << style << " " << phase;
+            }
+}
+
+TEST(ColumnRaster, EdgesRampsAndUnevenBandsStayDashed) {
+    std::vector<Extent> edge(40, Extent{5, 5});
+    edge[20] = {5, 15};
+    std::fill(edge.begin() + 21, edge.end(), Extent{15, 15});
+    std::vector<Extent> ramp;
+    std::vector<Extent> band;
+    for (int i = 0; i < 40; ++i) {
+        ramp.push_back({static_cast<float>(i), static_cast<float>(i + 4)});
+        band.push_back({static_cast<float>(10 - i % 3), static_cast<float>(30 + i % 2)});
+    }
+    for (const std::vector<Extent>& spans : {edge, ramp, band})
+        for (std::int32_t style = 1; style < 5; ++style) {
+            const Stroke stroke = HardStroke(1, style);
+            Canvas canvas(40, 50);
+            DrawSpans(canvas.pixels, 0, 0, Framed(spans, stroke), std::vector<std::uint8_t>(40, 1),
+                      RowScale(0, 49, 50), stroke);
+            for (std::size_t column = 3; column < 37; ++column) {
+                int full = 0;
+                for (const std::string& row : canvas.Rows())
+                    full += row[column] == '#' ? 1 : 0;
+                EXPECT_EQ(full > 0, stroke.pattern[column % stroke.pattern.size()] != 0) << column;
+            }
+        }
 }
 
 TEST(ColumnRaster, SteepLinesThatGoOnAreNotClosedAtEveryColumn) {
@@ -136,12 +190,12 @@ TEST(ColumnRaster, SteepLinesThatGoOnAreNotClosedAtEveryColumn) {
 TEST(ColumnRaster, DashesFollowTheColumnNotThePicture) {
     const std::vector<Extent> spans(50, Extent{1, 1});
     const std::vector<std::uint8_t> crowded(50);
+    const Stroke stroke = HardStroke(1, 3);
     Canvas whole(50, 3);
-    DrawSpans(whole.pixels, 0, -7, Framed(spans), crowded, RowScale(0, 2, 3), HardStroke(1, 3));
+    DrawSpans(whole.pixels, 0, -7, Framed(spans, stroke), crowded, RowScale(0, 2, 3), stroke);
     Canvas parts(50, 3);
     for (int i = 0; i < 50; ++i)
-        DrawSpans(parts.pixels, i, i - 7, std::span(spans).first(3), crowded, RowScale(0, 2, 3),
-                  HardStroke(1, 3));
+        DrawSpans(parts.pixels, i, i - 7, std::span(spans).first(7), crowded, RowScale(0, 2, 3), stroke);
     EXPECT_EQ(whole.Rows(), parts.Rows());
 }
 
@@ -174,9 +228,10 @@ TEST(ColumnRaster, ColumnsDrawnTogetherEqualThoseDrawnOneByOne) {
             const std::vector<std::uint8_t> crowded(spans.size());
             Canvas together(static_cast<int>(spans.size()), height);
             Canvas single(static_cast<int>(spans.size()), height);
-            DrawSpans(together.pixels, 0, 0, Framed(spans), crowded, scale, stroke);
+            DrawSpans(together.pixels, 0, 0, Framed(spans, stroke), crowded, scale, stroke);
             for (std::size_t i = 0; i < spans.size(); ++i)
-                DrawSpans(single.pixels, static_cast<int>(i), 0, Framed({spans[i]}), crowded, scale, stroke);
+                DrawSpans(single.pixels, static_cast<int>(i), 0, Framed({spans[i]}, stroke), crowded, scale,
+                          stroke);
             EXPECT_EQ(together.cells, single.cells) << height << " rows, " << thickness;
         }
 }

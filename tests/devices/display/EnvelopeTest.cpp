@@ -87,6 +87,30 @@ TEST(Envelope, AnswersEveryRangeAsAPlainScanDoes) {
     EXPECT_EQ(envelope.Range(0, count), PlainExtent(values, dropped, count)) << "only what is held";
 }
 
+TEST(Envelope, FiniteRangePassesOverInfiniteSamples) {
+    constexpr float infinity = std::numeric_limits<float>::infinity();
+    std::mt19937 random(2);
+    std::normal_distribution<float> noise;
+    for (const unsigned often : {1U, 2U, 1000U}) {
+        Envelope envelope;
+        std::vector<float> finite;
+        for (int i = 0; i < 20'000; ++i) {
+            const bool odd = random() % often == 0 || (i > 7000 && i < 8000);
+            finite.push_back(odd ? nan : noise(random));
+            envelope.Append(odd ? (random() % 2 == 0 ? infinity : -infinity) : finite.back());
+        }
+        envelope.DropBefore(100);
+        for (const auto& [first, end] : {std::pair<std::int64_t, std::int64_t>{100, 20'000},
+                                         {150, 151},
+                                         {3000, 3500},
+                                         {7100, 7900},
+                                         {900, 17'000}})
+            EXPECT_EQ(envelope.FiniteRange(first, end), PlainExtent(finite, first, end))
+                << often << " " << first;
+        EXPECT_EQ(envelope.FiniteRange(0, 30'000), PlainExtent(finite, 100, 20'000)) << "only what is held";
+    }
+}
+
 TEST(Envelope, RangeOfNothingIsEmpty) {
     Envelope envelope;
     EXPECT_TRUE(envelope.Range(0, 0).Empty()) << "nothing held";

@@ -158,11 +158,18 @@ protected:
         graph.AddPlot({QStringLiteral("AI 0"), green, 0, VoltageAxis});
         graph.show();
     }
+    /// A plot of each line style but the first.
+    void AddStyles() {
+        for (std::int32_t style = 1; style < 5; ++style)
+            graph.AddPlot(
+                {QStringLiteral("AI"), 0x4080c0U + static_cast<std::uint32_t>(style), style, VoltageAxis});
+    }
     void Append(int from, int count, double step, const std::function<float(int)>& valueAt) {
+        const int plots = graph.PlotCount();
         std::vector<float> block;
-        for (int i = 0; i < count; ++i)
-            block.push_back(valueAt(from + i));
-        graph.AppendSamples(step, ZelGraph::PlotInterleaved(count, 1, std::span<const float>(block)));
+        for (int i = 0; i < count * plots; ++i)
+            block.push_back(valueAt(from + i / plots));
+        graph.AppendSamples(step, ZelGraph::PlotInterleaved(count, plots, std::span<const float>(block)));
     }
     ZelGraph graph;
 };
@@ -204,10 +211,12 @@ TEST_F(ZelGraphDrawing, CoversThePixelsOfSamplesWithTimesOfTheirOwn) {
 TEST_F(ZelGraphDrawing, PaintedPieceByPieceEqualsPaintedAtOnce) {
     std::mt19937 random(2);
     std::normal_distribution<float> noise;
+    AddStyles();
     graph.SetChartLength(3000);
     graph.AxisSetRange(XAxis, 0, 2);
     for (int frame = 0; frame < 60; ++frame) {
-        Append(frame * 137, 137, 0.001, [&](int) { return 3 * noise(random); });
+        Append(frame * 137, 137, 0.001,
+               [&](int) { return 3 * noise(random) * (random() % 50 == 0 ? 3 : 1); });
         const QImage pieces = graph.grab().toImage();
         if (frame % 6 != 0)
             continue;
@@ -220,12 +229,15 @@ TEST_F(ZelGraphDrawing, PaintedPointByPointEqualsPaintedAtOnceWithMarksAndFewPoi
     std::mt19937 random(2);
     std::uniform_real_distribution<double> value(-9, 9);
     std::uniform_real_distribution<double> gap(0, 0.3);
+    AddStyles();
     graph.AddPlot({QStringLiteral("DI"), 0xffff, 0, DigitalAxis});
     graph.SetChartLength(17);
+    const double odd[] = {NAN, NAN, HUGE_VAL, -HUGE_VAL};
     double x = 0;
     for (int point = 0; point < 200; ++point, x += gap(random)) {
-        graph.AddPoint(0, x, value(random));
-        graph.AddPoint(1, x + 0.01, std::floor(value(random)) + 10);
+        for (int plot = 0; plot < 5; ++plot)
+            graph.AddPoint(plot, x, point % 3 == plot % 3 ? odd[random() % 4] : value(random));
+        graph.AddPoint(5, x + 0.01, std::floor(value(random)) + 10);
         const QImage pieces = graph.grab().toImage();
         graph.SetPlot(0, graph.Plot(0));
         ASSERT_EQ(pieces, graph.grab().toImage()) << point;
@@ -256,15 +268,20 @@ std::pair<int, int> ShiftedDifference(const PixelSet& before, const PixelSet& af
 TEST_F(ZelGraphDrawing, ScrollingMovesTheTraceWithoutChangingAPixel) {
     std::mt19937 random(4);
     std::normal_distribution<float> noise;
+    const auto spiky = [&](int) { return noise(random) * (random() % 1000 == 0 ? 2 : 1); };
     graph.resize(200, 120);
     graph.AxisSetRange(XAxis, 0, 10);
-    Append(0, 40'000, 0.0003, [&](int) { return noise(random); });
+    Append(0, 40'000, 0.0003, spiky);
     for (const int scans : {100, 1234, 2500, 777}) {
-        const PixelSet before = GreenPixels(graph);
-        Append(0, scans, 0.0003, [&](int) { return noise(random); });
-        const PixelSet after = GreenPixels(graph);
-        const auto [shift, different] = ShiftedDifference(before, after, graph.PlotRect().width(), 2);
-        EXPECT_EQ(different, 0) << scans << " scans moved by " << shift;
+        for (std::int32_t style = 0; style < 5; ++style) {
+            graph.SetPlot(0, {QStringLiteral("AI 0"), green, style, VoltageAxis});
+            const PixelSet before = GreenPixels(graph);
+            Append(0, scans, 0.0003, spiky);
+            const PixelSet after = GreenPixels(graph);
+            // The newest columns still change with those behind them.
+            const auto [shift, different] = ShiftedDifference(before, after, graph.PlotRect().width(), 4);
+            EXPECT_EQ(different, 0) << scans << " scans moved by " << shift << ", style " << style;
+        }
     }
 }
 
@@ -282,13 +299,15 @@ TEST_F(ZelGraphDrawing, SpikeOfOneSampleInTenMillionShowsAtEveryZoom) {
     const double x = spike * 1e-6;
     for (double span = 10; span > 3e-6; span /= 3) {
         graph.AxisSetRange(XAxis, x - 0.4 * span, x + 0.6 * span);
-        const PixelSet found = GreenPixels(graph);
-        int highest = 1 << 30;
-        for (const auto& pixel : found)
-            highest = std::min(highest, pixel.second);
         const double row = 2.0 * (graph.PlotRect().height() - 1) / 20.0 + 0.5;
         const bool marked = span / graph.PlotRect().width() * markDistance <= 1e-6;
-        EXPECT_EQ(highest, static_cast<int>(std::floor(row)) - (marked ? 1 : 0)) << span;
+        for (std::int32_t style = 0; style < 5; ++style) {
+            graph.SetPlot(0, {QStringLiteral("AI 0"), green, style, VoltageAxis});
+            int highest = 1 << 30;
+            for (const auto& pixel : GreenPixels(graph))
+                highest = std::min(highest, pixel.second);
+            EXPECT_EQ(highest, static_cast<int>(std::floor(row)) - (marked ? 1 : 0)) << span << ", " << style;
+        }
     }
 }
 

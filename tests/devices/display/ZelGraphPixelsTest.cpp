@@ -15,26 +15,29 @@ const QRgb GreenPixel = qRgb(0, 255, 0);
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 const double NotANumber = std::numeric_limits<double>::quiet_NaN();
 
-/// Rows that the trace covers: the highest and lowest of its pixels, and how many columns have any.
+/// Rows that the trace covers: the highest and lowest of its pixels, how many columns have any, and the most
+/// in one column.
 struct Covered {
     int highest = std::numeric_limits<int>::max();
     int lowest = -1;
     int columns = 0;
+    int tallest = 0;
 };
 
 Covered TraceOf(ZelGraph& graph) {
     const QImage image = graph.grab().toImage().convertToFormat(QImage::Format_RGB32);
     Covered covered;
     for (int x = 0; x < image.width(); ++x) {
-        bool any = false;
+        int rows = 0;
         for (int y = 0; y < image.height(); ++y) {
             if (image.pixel(x, y) != GreenPixel)
                 continue;
-            any = true;
+            ++rows;
             covered.highest = std::min(covered.highest, y);
             covered.lowest = std::max(covered.lowest, y);
         }
-        covered.columns += any ? 1 : 0;
+        covered.columns += rows > 0 ? 1 : 0;
+        covered.tallest = std::max(covered.tallest, rows);
     }
     return covered;
 }
@@ -55,7 +58,15 @@ protected:
     ZelGraph graph;
 };
 
-TEST_F(ZelGraphPixelsTest, LoneSpikeShowsAtEveryZoomWithTheSameHeight) {
+/// Of every line style.
+class ZelGraphStylesTest : public ZelGraphPixelsTest, public testing::WithParamInterface<std::int32_t> {
+protected:
+    ZelGraphStylesTest() { graph.SetPlot(0, {QStringLiteral("AI 0"), Green, GetParam(), VoltageAxis}); }
+};
+
+INSTANTIATE_TEST_SUITE_P(Styles, ZelGraphStylesTest, testing::Range(0, 5));
+
+TEST_P(ZelGraphStylesTest, LoneSpikeShowsAtEveryZoomWithTheSameHeight) {
     constexpr int Samples = 2000000;
     constexpr int Spike = 1234567;
     std::vector<float> values(Samples, 0.0F);
@@ -64,7 +75,7 @@ TEST_F(ZelGraphPixelsTest, LoneSpikeShowsAtEveryZoomWithTheSameHeight) {
     Append(values, 1.0);
     graph.AxisSetRange(XAxis, 0, Samples);
     const Covered whole = TraceOf(graph);
-    EXPECT_GT(whole.columns, 600);
+    EXPECT_GT(whole.columns, GetParam() == 0 ? 600 : 200);
     for (const double span : {1e6, 1e5, 1e4, 1e3, 100.0, 10.0}) {
         graph.AxisSetRange(XAxis, Spike - span / 3, Spike + span * 2 / 3);
         const Covered covered = TraceOf(graph);
@@ -73,20 +84,76 @@ TEST_F(ZelGraphPixelsTest, LoneSpikeShowsAtEveryZoomWithTheSameHeight) {
     }
 }
 
-TEST_F(ZelGraphPixelsTest, SpikeKeepsItsHeightWhileItScrolls) {
+TEST_P(ZelGraphStylesTest, SpikeIsDrawnInFullWhileItScrolls) {
     std::vector<float> values(100000, 0.0F);
     values[99000] = 8.0F;
     graph.AxisSetRange(XAxis, 0, 50000);
     Append(values, 1.0);
-    const int height = TraceOf(graph).highest;
+    const Covered before = TraceOf(graph);
+    EXPECT_EQ(before.tallest, before.lowest - before.highest + 1);
     const std::vector<float> quiet(777, 0.0F);
     for (int frame = 0; frame < 20; ++frame) {
         Append(quiet, 1.0);
-        EXPECT_EQ(TraceOf(graph).highest, height) << frame;
+        const Covered now = TraceOf(graph);
+        EXPECT_EQ(now.highest, before.highest) << frame;
+        EXPECT_EQ(now.tallest, before.tallest) << frame;
     }
 }
 
-TEST_F(ZelGraphPixelsTest, SingleSamplesStandAtTheirPlaces) {
+TEST_P(ZelGraphStylesTest, SpikeOnADenseTraceStandsOutAsOnASolidOne) {
+    for (const int spike : {50000, 50017, 50029, 50041, 50053, 50071}) {
+        std::vector<float> values(100000);
+        for (std::size_t i = 0; i < values.size(); ++i)
+            values[i] = 0.4F * static_cast<float>(std::sin(static_cast<double>(i) * 1.7));
+        values[static_cast<std::size_t>(spike)] = 6.0F;
+        graph.ClearData();
+        graph.SetNextX(0);
+        graph.AxisSetRange(XAxis, 0, 100000);
+        Append(values, 1.0);
+        const Covered styled = TraceOf(graph);
+        graph.SetPlot(0, {QStringLiteral("AI 0"), Green, 0, VoltageAxis});
+        const Covered solid = TraceOf(graph);
+        EXPECT_EQ(styled.highest, solid.highest) << spike;
+        EXPECT_EQ(styled.tallest, solid.tallest) << spike;
+        graph.SetPlot(0, {QStringLiteral("AI 0"), Green, GetParam(), VoltageAxis});
+    }
+}
+
+TEST_P(ZelGraphStylesTest, SingleValidSampleIsMarked) {
+    for (const double odd : {NotANumber, Infinity, -Infinity}) {
+        graph.ClearData();
+        graph.SetNextX(0);
+        const auto gap = static_cast<float>(odd);
+        graph.AxisSetRange(VoltageAxis, 4, 6); // shows only the sample in the middle and what is infinite
+        Append({0.0F, gap, 5.0F, gap, 0.0F}, 2.0);
+        int cells = 0;
+        const QImage image = graph.grab().toImage().convertToFormat(QImage::Format_RGB32);
+        const QRect area = graph.PlotRect();
+        const QPoint middle(area.left() + area.width() * 4 / 10, area.top() + area.height() / 2);
+        for (int y = -5; y <= 5; ++y)
+            for (int x = -5; x <= 5; ++x)
+                cells += image.pixel(middle + QPoint(x, y)) == GreenPixel ? 1 : 0;
+        EXPECT_EQ(cells, 9) << odd;
+    }
+}
+
+TEST_F(ZelGraphPixelsTest, InfiniteSampleIsDrawnAtItsOwnTime) {
+    Append({0.0F, 0.0F, std::numeric_limits<float>::infinity(), 0.0F, 0.0F, 0.0F}, 2.0);
+    const QImage image = graph.grab().toImage().convertToFormat(QImage::Format_RGB32);
+    const QRect area = graph.PlotRect();
+    const int base = TraceOf(graph).lowest - 3;
+    std::vector<int> columns;
+    for (int x = area.left(); x <= area.right(); ++x)
+        if (image.pixel(x, base) == GreenPixel) {
+            columns.push_back(x);
+            for (int y = area.top(); y <= base; ++y)
+                ASSERT_EQ(image.pixel(x, y), GreenPixel) << "up to the edge of the plot area";
+        }
+    ASSERT_EQ(columns.size(), 1U);
+    EXPECT_NEAR(columns.front(), area.left() + area.width() * 4 / 10, 1);
+}
+
+TEST_P(ZelGraphStylesTest, SingleSamplesStandAtTheirPlaces) {
     Append({0.0F, 5.0F, 0.0F, -5.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F, 0.0F}, 1.0);
     const Covered all = TraceOf(graph);
     graph.AxisSetRange(XAxis, 1.5, 3.5); // without the upper peak
@@ -95,7 +162,7 @@ TEST_F(ZelGraphPixelsTest, SingleSamplesStandAtTheirPlaces) {
     EXPECT_GT(part.highest, all.highest + 50);
 }
 
-TEST_F(ZelGraphPixelsTest, HiddenPlotAndClearedGraphDrawNothing) {
+TEST_P(ZelGraphStylesTest, HiddenPlotAndClearedGraphDrawNothing) {
     Append({0.0F, 5.0F, 0.0F}, 1.0);
     EXPECT_GT(TraceOf(graph).columns, 0);
     graph.SetPlotVisible(0, false);

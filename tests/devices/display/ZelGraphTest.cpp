@@ -5,6 +5,7 @@
 #include <QSignalSpy>
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 #include <limits>
 #include <vector>
@@ -328,6 +329,17 @@ TEST(ZelGraph, AutomaticValueAxisFitsTheVisibleData) {
     const float small[] = {0.2F, 50, 1000};
     graph.AppendScan(10.5, small);
     EXPECT_EQ(graph.AxisMax(VoltageAxis), held) << "no fidgeting";
+}
+
+TEST(ZelGraph, AutomaticValueAxisPassesOverInfiniteSamples) {
+    ZelGraph graph;
+    graph.AddPlot({});
+    graph.SetAxisAutoScale(VoltageAxis, true);
+    for (int i = 0; i <= 10; ++i)
+        graph.AddPoint(0, i, i == 3 ? HUGE_VAL : i == 7 ? -HUGE_VAL : 40.0 + i);
+    EXPECT_GE(graph.AxisMax(VoltageAxis), 50);
+    EXPECT_LE(graph.AxisMax(VoltageAxis), 100);
+    EXPECT_GE(graph.AxisMin(VoltageAxis), 0);
 }
 
 TEST(ZelGraph, ColoursResolve) {
