@@ -72,6 +72,10 @@ double DigitalLevel(std::int32_t port, std::int32_t line, bool high) {
     return (high ? 1.0 : 0.0) + 1.5 * (double{8} * port + line) + 3.0 * port;
 }
 
+double LowLevel(std::int32_t index) {
+    return DigitalLevel(index / LinesPerPort, index % LinesPerPort, false);
+}
+
 double LineLevel(std::int32_t index, std::span<const std::uint8_t> states, std::int32_t portStart) {
     const std::int32_t port = index / LinesPerPort;
     const std::int32_t line = index % LinesPerPort;

@@ -22,6 +22,7 @@ struct PlotLook {
     std::string name;
     std::uint32_t color = 0; ///< raw colour value
     std::int32_t lineStyle = 0;
+    double level = 0.0; ///< of a digital line while it is low, on the digital axis
 
     /// Both show the same input; their looks may differ.
     [[nodiscard]] bool ShowsSame(const PlotLook& other) const {
@@ -60,6 +61,9 @@ void FillDigitalDefaults(const AttributeTables& tables, std::int32_t portCount);
 
 /// Level of a digital line on the digital axis: 1.5 apart within a port, 3 more between ports; `high` adds 1.
 [[nodiscard]] double DigitalLevel(std::int32_t port, std::int32_t line, bool high);
+
+/// Level of line `index` (port × 8 + line) while it is low.
+[[nodiscard]] double LowLevel(std::int32_t index);
 
 /// Level of line `index` (port × 8 + line) in a scan of ports from `portStart` on. "Subscript out of range"
 /// for a port that `states` does not hold.

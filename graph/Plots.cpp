@@ -26,12 +26,12 @@ int AxisOf(PlotKind kind) {
 }
 
 PlotAttributes GraphAttributes(const PlotLook& look) {
-    return {QString::fromStdString(look.name), look.color, look.lineStyle, AxisOf(look.kind)};
+    return {QString::fromStdString(look.name), look.color, look.lineStyle, AxisOf(look.kind), look.level};
 }
 
 PlotLook LookFrom(PlotKind kind, bool history, std::int32_t index, const Table<std::string>& names,
-                  const Table<std::uint32_t>& colors, const Table<std::int32_t>& styles) {
-    return {kind, history, index, names[index], colors[index], styles[index]};
+                  const Table<std::uint32_t>& colors, const Table<std::int32_t>& styles, double level = 0.0) {
+    return {kind, history, index, names[index], colors[index], styles[index], level};
 }
 
 } // namespace
@@ -65,8 +65,8 @@ std::vector<PlotLook> frmMain::LiveLooks() const {
         return looks;
     for (std::int32_t line : SelectedLines(M1.DIPortMask, nDIPortStart, nDIPortCount)) {
         if (line < M1.DIPlotName.Count())
-            looks.push_back(
-                LookFrom(PlotKind::Digital, false, line, M1.DIPlotName, M1.DIPlotColor, M1.DIPlotLineStyle));
+            looks.push_back(LookFrom(PlotKind::Digital, false, line, M1.DIPlotName, M1.DIPlotColor,
+                                     M1.DIPlotLineStyle, LowLevel(line)));
     }
     return looks;
 }
@@ -78,9 +78,12 @@ std::vector<PlotLook> frmMain::HistoryLooks() const {
         looks.push_back(LookFrom(thermo ? PlotKind::Temperature : PlotKind::Voltage, true, i,
                                  M1.HisAIPlotName, M1.HisAIPlotColor, M1.HisAIPlotLineStyle));
     }
-    for (std::int32_t i = 0; bHisDI && i < nHisDIChanCount; ++i)
-        looks.push_back(
-            LookFrom(PlotKind::Digital, true, i, M1.HisDIPlotName, M1.HisDIPlotColor, M1.HisDIPlotLineStyle));
+    for (std::int32_t i = 0; bHisDI && i < nHisDIChanCount; ++i) {
+        const auto position = static_cast<std::size_t>(i);
+        const std::int32_t line = position < hisLines.size() ? hisLines[position] : i;
+        looks.push_back(LookFrom(PlotKind::Digital, true, i, M1.HisDIPlotName, M1.HisDIPlotColor,
+                                 M1.HisDIPlotLineStyle, LowLevel(line)));
+    }
     return looks;
 }
 

@@ -193,6 +193,7 @@ void frmMain::ReadHisDIFile(const std::string& szFileName) {
         hisLines = SelectedLines(M1.HisDIPortMask, nHisDIPortStart, nHisDIPortCount);
         const AxisRange range = DigitalAxisRange(nHisDIPortStart, nHisDIPortCount);
         ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
+        BuildPlots(bHistoryMode, false); // the lines' levels are known now
     });
 }
 

@@ -19,7 +19,9 @@ constexpr int tickLength = 3;
 constexpr int rowsPerTick = 48;
 constexpr int columnsPerTick = 80;
 constexpr int timeLabelGap = 20;
-constexpr int stripStep = 8; ///< widths are multiples of it, so that they seldom change
+constexpr int nameOverlap = 2;    ///< rows that names above each other may share: few letters reach there
+constexpr int mostNamedShare = 3; ///< names take at most one part in so many of the width
+constexpr int stripStep = 8;      ///< widths are multiples of it, so that they seldom change
 constexpr int fewestPixels = 24;
 constexpr qsizetype mostTexts = 512;
 
@@ -50,11 +52,8 @@ int ChartFrame::Px(int logical) const {
 
 int ChartFrame::WidestLabel(const AxisStrip& strip) const {
     const QFontMetrics metrics(font);
-    int widest = 0;
-    if (strip.named)
-        for (const AxisStrip::Name& name : strip.names)
-            widest = std::max(widest, metrics.horizontalAdvance(name.text));
-    else
+    int widest = strip.block.width;
+    if (!strip.named)
         for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick)
             widest = std::max(widest, metrics.horizontalAdvance(ToText(tick, strip)));
     return std::max(widest, metrics.horizontalAdvance(QStringLiteral("-10.5")));
@@ -71,6 +70,9 @@ void ChartFrame::Arrange(QSize size) {
     plot = QRect(0, above, size.width(), size.height() - above - below);
     for (AxisStrip& strip : strips) {
         ArrangeTicks(strip);
+        strip.block =
+            ArrangeNames(strip.names, RowScale(strip.span.low, strip.span.high, plot.height()),
+                         QFontMetrics(font), lineHeight - Px(nameOverlap), size.width() / mostNamedShare);
     }
     ArrangeStrips(size);
     ArrangeTimeTicks();
@@ -261,19 +263,16 @@ void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
 }
 
 void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
-    const RowScale scaleOf(strip.span.low, strip.span.high, plot.height());
-    int lowestFree = plot.bottom() + lineHeight;
-    for (const AxisStrip::Name& name : strip.names) {
-        const double row = scaleOf.RowOf(name.level);
-        if (!(row >= 0 && row <= plot.height())) // nor has a plot without samples a level
+    const double half = RowScale(strip.span.low, strip.span.high, plot.height()).perUnit / 2;
+    const int left =
+        strip.left ? strip.area.right() - Px(gap) - strip.block.width : strip.area.left() + Px(gap);
+    for (const NameLabel& name : strip.block.labels) {
+        if (name.row + half < 0 || name.row - half > plot.height())
             continue;
-        const int y = plot.top() + Int(row) - lineHeight / 2;
-        if (y + lineHeight - Px(2) > lowestFree)
-            continue;
-        lowestFree = y;
         const QImage& label = Text(name.text, name.color);
-        const int x = strip.left ? strip.area.right() - Px(gap) - label.width() : strip.area.left() + Px(gap);
-        painter.drawImage(x, y, label);
+        const int row = Int(std::clamp<double>(name.row, 0, plot.height()));
+        const int indent = strip.left ? name.width - label.width() : 0;
+        painter.drawImage(left + name.column + indent, plot.top() + row - lineHeight / 2, label);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "devices/display/AxisTicks.h"
 #include "devices/display/ColumnSpans.h"
+#include "devices/display/LineNames.h"
 
 #include <QFont>
 #include <QHash>
@@ -28,21 +29,15 @@ constexpr QRgb focus = 0xff4d7ea8;
 
 /// An axis beside the plot area.
 struct AxisStrip {
-    /// A name at the level of a digital line.
-    struct Name {
-        QString text;
-        double level = 0;
-        QRgb color = ChartColor::label;
-    };
-
     AxisSpan span;
     QString title;
-    std::vector<Name> names; ///< instead of numbers
+    std::vector<LineName> names; ///< of digital lines, instead of numbers
     bool named = false;
     // Set by Arrange.
     TickStep step;
     TickRange ticks;
     TickForm form;
+    NameBlock block;
     QRect area; ///< device pixels
     bool left = true;
 };

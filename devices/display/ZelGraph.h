@@ -32,6 +32,7 @@ struct PlotAttributes {
     std::uint32_t color = 0;
     std::int32_t lineStyle = 0; ///< 0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot; others draw solid
     int axis = VoltageAxis;     ///< VoltageAxis, DigitalAxis or TemperatureAxis
+    double level = 0;           ///< of a digital line while it is low; its name stands half a unit higher
 };
 
 /// Colour that a raw colour value is drawn in; system colour 22 is E3E3E3, any other unknown one too.

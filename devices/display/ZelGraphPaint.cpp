@@ -89,26 +89,10 @@ AxisStrip ZelGraph::State::StripOf(int axis) const {
     strip.span = DrawnSpan(source.ends.minimum, source.ends.maximum);
     strip.title = source.Caption();
     strip.named = axis == DigitalAxis;
-    for (const PlotEntry& plot : plots)
-        if (strip.named && plot.visible && plot.attributes.axis == axis)
-            strip.names.push_back({plot.attributes.name, NAN, ResolvedColor(plot.attributes.color).rgb()});
+    for (const auto& [look, visible] : plots)
+        if (strip.named && visible && look.axis == axis)
+            strip.names.push_back({look.name, look.level, ReadableOnChart(ResolvedColor(look.color).rgb())});
     return strip;
-}
-
-/// A digital line is named at the middle between its low and high level.
-void ZelGraph::State::FindLevels() {
-    for (AxisStrip& strip : frame.strips) {
-        if (!strip.named)
-            continue;
-        auto name = strip.names.begin();
-        for (std::size_t i = 0; i < plots.size(); ++i) {
-            if (!plots[i].visible || plots[i].attributes.axis != DigitalAxis)
-                continue;
-            const int plot = static_cast<int>(i);
-            const Extent extent = store.Samples(plot).Range(store.First(plot), store.End(plot));
-            name++->level = extent.Empty() ? NAN : static_cast<double>(extent.low) + 0.5;
-        }
-    }
 }
 
 void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
@@ -206,7 +190,6 @@ void ZelGraph::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.scale(1 / s.scale, 1 / s.scale); // device pixels from here on
     const QRect area = s.frame.PlotArea();
-    s.FindLevels();
     if (area.isEmpty()) {
         s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, 0);
         return;

@@ -96,7 +96,6 @@ struct ZelGraph::State {
     void PlaceGrid();
     [[nodiscard]] std::int64_t FirstColumn() const;
     [[nodiscard]] AxisStrip StripOf(int axis) const;
-    void FindLevels();
     void DrawOverlay(QPainter& painter) const;
 
     // Gestures.

@@ -107,6 +107,13 @@ TEST(LineLevel, TakesTheLinesBitFromItsPort) {
         EXPECT_THROW((void)LineLevel(outside, states, 2), RunTimeError) << outside;
 }
 
+TEST(LowLevel, IsThatOfTheLineWhileItsBitIsClear) {
+    EXPECT_EQ(LowLevel(0), 0.0);
+    EXPECT_EQ(LowLevel(7), 10.5);
+    EXPECT_EQ(LowLevel(8), 15.0);
+    EXPECT_EQ(LowLevel(95), 175.5);
+}
+
 TEST(DigitalLevel, LinesAndPortsAreSetApart) {
     EXPECT_EQ(DigitalLevel(0, 0, false), 0.0);
     EXPECT_EQ(DigitalLevel(0, 0, true), 1.0);

@@ -41,6 +41,14 @@ TEST_F(PlotsTest, AnalogPlotsComeInScanOrderThenTheLines) {
     EXPECT_EQ(window->ZelGraph1->Plot(5).color, 0x00FFFFU);
 }
 
+TEST_F(PlotsTest, LinesAreNamedAtTheirLevelWhateverTheyDo) {
+    SelectPorts(1, {0x05, 0x80});
+    EXPECT_THAT(PlotNames(), ElementsAre("AI 0", "DI 1:0", "DI 1:2", "DI 2:7"));
+    EXPECT_EQ(window->ZelGraph1->Plot(1).level, 15.0);
+    EXPECT_EQ(window->ZelGraph1->Plot(2).level, 18.0);
+    EXPECT_EQ(window->ZelGraph1->Plot(3).level, 40.5);
+}
+
 TEST_F(PlotsTest, DifferentialPairIsOnePlot) {
     window->ZelAI1->SetChannel(0);
     window->ZelAI1->SetSignalConnection(1);

@@ -176,6 +176,14 @@ TEST_F(OpenHistoryTest, ReadsTheProject) {
     EXPECT_EQ(tables.HisDIPortMask[1], 0x81);
 }
 
+TEST_F(OpenHistoryTest, NamesOfLinesStandAtTheirLevels) {
+    OpenSaved(Digital(3));
+    std::vector<double> levels;
+    for (int plot = 0; plot < window->ZelGraph1->PlotCount(); ++plot)
+        levels.push_back(window->ZelGraph1->Plot(plot).level);
+    EXPECT_EQ(levels, (std::vector<double>{15.0, 25.5, 36.0}));
+}
+
 TEST_F(OpenHistoryTest, ShowsThePlotsOfTheRecording) {
     SavedRecording recording = Polled(3);
     AddDigital(recording, 3);

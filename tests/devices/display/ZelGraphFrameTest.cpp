@@ -38,9 +38,7 @@ protected:
     ZelGraphFrame() { graph.resize(600, 400); }
 
     void AddLine(const char16_t* name, std::uint32_t color, double level) {
-        const int plot = graph.AddPlot({QString::fromUtf16(name), color, 0, DigitalAxis});
-        graph.AddPoint(plot, 1.0, level);
-        graph.AddPoint(plot, 9.0, level);
+        graph.AddPlot({QString::fromUtf16(name), color, 0, DigitalAxis, level});
     }
     [[nodiscard]] int RowOf(double level) const {
         const QRect area = graph.PlotRect();
@@ -213,17 +211,33 @@ TEST_F(ZelGraphFrame, DigitalLineIsNamedAtTheMiddleBetweenItsLevels) {
     EXPECT_NEAR((rows.front() + rows.back()) / 2, RowOf(1.5), 4);
 }
 
-TEST_F(ZelGraphFrame, NameThatWouldCoverAnotherIsLeftOut) {
+TEST_F(ZelGraphFrame, NamesOfVisibleLinesAreAllThere) {
     AddLine(u"MMMM", Green, 0.0);
     AddLine(u"MMMM", Red, 1.5);
     const auto named = [&](QColor color) {
         return !RowsOf(graph, color, 0, graph.PlotRect().left() - 2).empty();
     };
-    EXPECT_TRUE(named(Qt::green));
-    EXPECT_TRUE(named(Qt::red));
-    graph.SetAxisMax(DigitalAxis, 299.0);
+    for (const double end : {29.0, 299.0, 2999.0}) {
+        graph.SetAxisMax(DigitalAxis, end);
+        EXPECT_TRUE(named(Qt::green)) << end;
+        EXPECT_TRUE(named(Qt::red)) << end;
+    }
+    graph.AxisSetRange(DigitalAxis, 0.9, 1.4); // of the green line only the upper level
     EXPECT_TRUE(named(Qt::green));
     EXPECT_FALSE(named(Qt::red));
+    graph.AxisSetRange(DigitalAxis, 1.6, 99);
+    EXPECT_FALSE(named(Qt::green));
+    EXPECT_TRUE(named(Qt::red));
+}
+
+TEST_F(ZelGraphFrame, NamesInDarkColoursAreReadable) {
+    AddLine(u"MMMM", 0x400000, 0.0);
+    int brightest = 0;
+    const QImage image = graph.grab().toImage();
+    for (int y = graph.PlotRect().top(); y < graph.PlotRect().bottom(); ++y)
+        for (int x = 0; x < graph.PlotRect().left() - 2; ++x)
+            brightest = std::max(brightest, qGray(image.pixel(x, y)));
+    EXPECT_GT(brightest, 100);
 }
 
 } // namespace
