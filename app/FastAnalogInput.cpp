@@ -93,7 +93,7 @@ void frmMain::BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int
     const std::int32_t channels = ZelAI1->ScanChannelCount();
     const std::int32_t n =
         std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
-    ConvertRawData(DataArray, rawBuffer, n, ZelAI1->DeviceName().toStdString());
+    ConvertRawData(DataArray, rawBuffer, n, ZelAI1->BoardInfo());
     if (bAISaveToDisk)
         AppendLongs(rawBuffer, FAIFileHandle, n);
     ZelGraph1->AppendSamples(

@@ -1,7 +1,7 @@
 #include "app/Handler.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
-#include "devices/drivers/ChannelNumbers.h"
+#include "devices/drivers/BoardFamily.h"
 #include "graph/TimeBase.h"
 
 #include <limits>
@@ -20,8 +20,7 @@ std::int32_t NextOrHighest(std::int32_t count) {
 
 // On this family's differential inputs each channel takes two of the thermocouple control's numbers.
 bool DoublesThermoChannels(const ZelAI& input) {
-    return input.BoardName().find("6605") != std::string_view::npos &&
-           input.SignalConnection() == Differential;
+    return DoublesThermoChannels(input.BoardInfo()) && input.SignalConnection() == Differential;
 }
 
 } // namespace
@@ -91,7 +90,7 @@ void frmMain::SelectThermoLimits(std::int32_t channel) {
         ZelThermo1->SetInputLimits(selected, -ThermoLimit, ThermoLimit);
         ZelThermo1->SetChannel(selected);
     };
-    if (!IsUnpairedFamily(ZelAI1->BoardName()))
+    if (!IsUnpairedFamily(ZelAI1->BoardInfo()))
         limit(channel);
     if (DoublesThermoChannels(*ZelAI1))
         limit(ThermoChannel(channel));
@@ -136,7 +135,7 @@ bool frmMain::AnyScannedThermo(std::int32_t count) const {
 
 void frmMain::SoftAIScan() {
     const std::int32_t n = ZelAI1->ScanChannelCount();
-    if (IsUnpairedFamily(ZelAI1->BoardName()) && !AnyScannedThermo(n))
+    if (IsUnpairedFamily(ZelAI1->BoardInfo()) && !AnyScannedThermo(n))
         scanValues.assign(static_cast<std::size_t>(n), 0.0);
     else
         scanValues = ZelAI1->ReadChannels(true);

@@ -81,12 +81,12 @@ ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) {
     return defaults;
 }
 
-std::string_view ZelAI::BoardName() const {
-    return selection ? std::string_view(selection->Info().name) : "No Device";
+QString ZelAI::DeviceName() const {
+    return QString::fromStdString(BoardInfo().name);
 }
 
-QString ZelAI::DeviceName() const {
-    return QString::fromUtf8(BoardName());
+const AnalogBoardInfo& ZelAI::BoardInfo() const {
+    return selection.Info();
 }
 
 void ZelAI::SelectDevice(QWidget* owner) {
@@ -95,11 +95,11 @@ void ZelAI::SelectDevice(QWidget* owner) {
 }
 
 std::int32_t ZelAI::Resolution() const {
-    return selection ? selection->Info().resolution : 0;
+    return BoardInfo().resolution;
 }
 
 std::int32_t ZelAI::MaxChannelCount() const {
-    return selection ? selection->Info().channelCount : 0;
+    return BoardInfo().channelCount;
 }
 
 // ---- Channels
@@ -138,8 +138,8 @@ void ZelAI::FirstRange(std::int32_t& code, double& first, double& second) {
 
 void ZelAI::NextRange(std::int32_t& code, double& first, double& second) {
     InputRange range;
-    if (selection && settings.nextRange < selection->Info().ranges.size())
-        range = selection->Info().ranges[settings.nextRange++];
+    if (settings.nextRange < BoardInfo().ranges.size())
+        range = BoardInfo().ranges[settings.nextRange++];
     code = range.code;
     first = range.first;
     second = range.second;
@@ -160,21 +160,23 @@ void ZelAI::SetChannelRange(double first, double second, std::int32_t channel) {
 }
 
 void ZelAI::GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const {
-    InputRange range;
-    if (selection) {
-        RequireChannel(channel);
-        range = settings.channels.RangeOf(channel);
-    }
+    const InputRange range = RangeOf(channel);
     code = range.code;
     first = range.first;
     second = range.second;
 }
 
+InputRange ZelAI::RangeOf(std::int32_t channel) const {
+    if (!selection)
+        return {};
+    RequireChannel(channel);
+    return settings.channels.RangeOf(channel);
+}
+
 // ---- Scan
 
 void ZelAI::RequireScan(std::int32_t start, std::int32_t count) const {
-    const AnalogBoardInfo& info = selection->Info();
-    const ChannelNumbers numbers{info.name, info.channelCount, settings.channels.Connections()};
+    const ChannelNumbers numbers{BoardInfo(), settings.channels.Connections()};
     if (numbers.PhysToLogical(start) > numbers.LogicalCount() - count)
         throw RunTimeError("A scan of " + NumberText(count) + " channels from channel " + NumberText(start) +
                            " goes beyond the device's last channel");
@@ -214,8 +216,7 @@ const std::vector<ChannelSetup>& ZelAI::ScannedChannels() {
     if (!settings.scan.empty())
         return settings.scan;
     RequireScan(settings.scanStart, settings.scanCount);
-    const AnalogBoardInfo& info = selection->Info();
-    const ChannelNumbers numbers{info.name, info.channelCount, settings.channels.Connections()};
+    const ChannelNumbers numbers{BoardInfo(), settings.channels.Connections()};
     std::vector<ChannelSetup> channels;
     channels.reserve(static_cast<std::size_t>(settings.scanCount));
     for (std::int32_t position = 0; position < settings.scanCount; ++position)
@@ -261,7 +262,7 @@ void ZelAI::SetDataType(std::int32_t code) {
 }
 
 bool ZelAI::HasTrigger() const {
-    return selection && selection->Info().hardwareTrigger;
+    return BoardInfo().hardwareTrigger;
 }
 
 std::int32_t ZelAI::TriggerMode() const {

@@ -42,8 +42,9 @@ public:
     /// than that of a usable board deselects. Selecting the selected board again changes nothing.
     void SetDeviceNumber(std::int32_t number);
     [[nodiscard]] QString DeviceName() const;
-    /// The same without a copy, for what asks with every sample; valid until the selection changes.
-    [[nodiscard]] std::string_view BoardName() const;
+    /// What the selected board is, for the rules of its family; without a board, that of "No Device". Valid
+    /// until the selection changes.
+    [[nodiscard]] const AnalogBoardInfo& BoardInfo() const;
     /// Shows the board picker; Cancel keeps the selection.
     void SelectDevice(QWidget* owner);
 
@@ -97,6 +98,8 @@ public:
     /// An unknown range raises, and so does a channel above MaxChannelCount.
     void SetChannelRange(double first, double second, std::int32_t channel);
     void GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const;
+    /// The same with its unit.
+    [[nodiscard]] InputRange RangeOf(std::int32_t channel) const;
 
     /// One scan: ScanChannelCount values, volts (or milliamperes), when `scaled`; raw counts otherwise. Scan
     /// position i reads the physical channel that the wiring gives it. Failures raise and leave their text in

@@ -30,7 +30,7 @@ void ZelDIO::SetDeviceNumber(std::int32_t number) {
 }
 
 QString ZelDIO::DeviceName() const {
-    return selection ? QString::fromStdString(selection->Info().name) : QStringLiteral("No Device");
+    return QString::fromStdString(selection.Info().name);
 }
 
 void ZelDIO::SelectDevice(QWidget* owner) {
@@ -39,7 +39,7 @@ void ZelDIO::SelectDevice(QWidget* owner) {
 }
 
 std::int32_t ZelDIO::MaxPortCount() const {
-    return selection ? selection->Info().portCount : 0;
+    return selection.Info().portCount;
 }
 
 bool ZelDIO::ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::uint8_t>& states) {

@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "base/RunTimeError.h"
+#include "devices/drivers/BoardFamily.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,15 +11,13 @@
 namespace tracelet {
 namespace {
 
-constexpr double MilliampereEnd = 20.0; // second limit of the current ranges
-
 void RequireCode(std::int32_t code, std::int32_t last, const char* what) {
     if (code < 0 || code > last)
         throw RunTimeError(std::string("There is no ") + what + " " + NumberText(code));
 }
 
 bool Covers(const InputRange& range, double low, double high) {
-    return range.second != MilliampereEnd && range.first <= low && high <= range.second;
+    return !IsMilliamperes(range) && range.first <= low && high <= range.second;
 }
 
 } // namespace
@@ -51,7 +50,11 @@ void ZelThermo::SetDeviceNumber(std::int32_t number) {
 }
 
 QString ZelThermo::DeviceName() const {
-    return selection ? QString::fromStdString(selection->Info().name) : QStringLiteral("No Device");
+    return QString::fromStdString(BoardInfo().name);
+}
+
+const AnalogBoardInfo& ZelThermo::BoardInfo() const {
+    return selection.Info();
 }
 
 void ZelThermo::RequireChannel(std::int32_t channel) const {

@@ -142,7 +142,9 @@ TEST(ComediBoardsInGuest, TheWaveformBoardIsDescribed) {
     const AnalogBoardInfo info = Waveform()->Info();
     EXPECT_EQ(info.resolution, 16);
     EXPECT_EQ(info.channelCount, 8);
-    EXPECT_THAT(info.ranges, ElementsAre(InputRange{0, -10.0, 10.0}, InputRange{1, -5.0, 5.0}));
+    EXPECT_TRUE(info.noFamily);
+    EXPECT_THAT(info.ranges, ElementsAre(InputRange{0, -10.0, 10.0, RangeUnit::Volts},
+                                         InputRange{1, -5.0, 5.0, RangeUnit::Volts}));
     EXPECT_TRUE(info.singleEnded);
     EXPECT_FALSE(info.differential);
     EXPECT_FALSE(info.externalPacer);
