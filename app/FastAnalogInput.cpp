@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/SampleConversion.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
@@ -46,6 +47,20 @@ bool frmMain::FAIStart() {
     } catch (const std::exception&) { // the control keeps the text for the start-failure message
         return false;
     }
+    return true;
+}
+
+// Ends the input, which first hands over all that the board had delivered. Whatever a notification of that
+// comes to, the end of a one-shot buffer above all, finds the stop under way: false.
+bool frmMain::StopFastInput() {
+    if (isFastInputStopping)
+        return false;
+    isFastInputStopping = true;
+    if (!ZelAI1->StopBufferedAI(0))
+        LabelNotice->Show(ZelAI1->ErrorText());
+    isFastInputStopping = false;
+    if (bAISaveToDisk)
+        FAIFileHandle.Close();
     return true;
 }
 

@@ -121,10 +121,8 @@ void frmMain::StopSession() {
     if (M1.SoftMode) {
         if (ZelHiResTimerCtl1->TimerExists(PollTimer))
             ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, false);
-    } else {
-        ZelAI1->StopBufferedAI(0);
-        if (bAISaveToDisk)
-            FAIFileHandle.Close();
+    } else if (!StopFastInput()) {
+        return;
     }
     WriteStopRecord(elapsed);
     isSystemRunning = false;

@@ -4,6 +4,7 @@
 #include "base/RunTimeError.h"
 #include "devices/controls/BufferedInput.h"
 #include "devices/controls/DevicePicker.h"
+#include "devices/controls/DriverCall.h"
 #include "devices/drivers/ChannelNumbers.h"
 #include "devices/drivers/ConverterCounts.h"
 
@@ -24,13 +25,6 @@ void RequireTime(double milliseconds) {
         throw RunTimeError("A trigger time must be 0 or more milliseconds");
 }
 
-// Rate that the board settles on; a board without channels has none to be asked for.
-double SettledRate(const AnalogBoard& board, double hertz, std::int32_t channelCount) {
-    const AnalogBoardInfo& info = board.Info();
-    const double wanted = std::min(std::max(hertz, info.lowestRate), info.highestRate);
-    return channelCount < 1 ? wanted : board.SettleSampleRate(wanted, channelCount);
-}
-
 } // namespace
 
 ZelAI::ZelAI(QObject* parent) : QObject(parent), input(new BufferedInput(this)) {
@@ -43,7 +37,7 @@ ZelAI::ZelAI(QObject* parent) : QObject(parent), input(new BufferedInput(this)) 
 }
 
 ZelAI::~ZelAI() {
-    input->Stop();
+    input->Drop();
 }
 
 // ---- Board
@@ -63,16 +57,17 @@ void ZelAI::SetDeviceNumber(std::int32_t number) {
         return;
     Settings fresh;
     if (board) {
-        board->Open();
+        input->RequireAnswer(*board);
+        CallDriver([&] { board->Open(); });
         fresh = DefaultsOf(*board);
     }
-    input->Stop();
+    input->Drop();
     selection.Select(number);
     settings = std::move(fresh);
     errorText.clear();
 }
 
-ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) {
+ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) const {
     const AnalogBoardInfo& info = board.Info();
     Settings defaults;
     defaults.channels = ChannelSettings(info, info.channelCount);
@@ -227,6 +222,19 @@ const std::vector<ChannelSetup>& ZelAI::ScannedChannels() {
 
 // ---- Pacer, form and trigger
 
+// Rate that the board settles on; a board without channels has none to be asked for.
+double ZelAI::SettledRate(const AnalogBoard& board, double hertz, std::int32_t channelCount) const {
+    input->RequireAnswer(board);
+    const AnalogBoardInfo& info = board.Info();
+    const double wanted = std::min(std::max(hertz, info.lowestRate), info.highestRate);
+    const double settled =
+        channelCount < 1 ? wanted : CallDriver([&] { return board.SettleSampleRate(wanted, channelCount); });
+    if (!std::isfinite(settled) || settled <= 0.0)
+        throw RunTimeError("The board settles on a sample rate of " + NumberText(settled) +
+                           " Hz, at which nothing can be measured");
+    return settled;
+}
+
 double ZelAI::SampleRate() const {
     return settings.sampleRate;
 }
@@ -348,7 +356,8 @@ const std::vector<double>& ZelAI::ReadChannels(bool scaled) {
         return readValues;
     KeepingErrorText([&] {
         const std::vector<ChannelSetup>& channels = ScannedChannels();
-        selection->ReadScan(channels, readValues);
+        input->RequireAnswer(*selection.Board());
+        CallDriver([&] { selection->ReadScan(channels, readValues); });
         const std::int32_t bits = Resolution();
         for (std::size_t i = 0; !scaled && i < readValues.size(); ++i)
             readValues[i] = CountOf(CodeOf(readValues[i], channels[i].range, bits), bits);
@@ -393,8 +402,11 @@ void ZelAI::StartBufferedAI(std::int32_t count, bool cyclic) {
     });
 }
 
-void ZelAI::StopBufferedAI(std::int32_t /*reserved*/) {
-    input->Stop();
+bool ZelAI::StopBufferedAI(std::int32_t /*reserved*/) {
+    const std::string fault = input->Stop();
+    if (!fault.empty())
+        errorText = QString::fromStdString(fault);
+    return fault.empty();
 }
 
 void ZelAI::SetQueueLimit(std::size_t bytes) {

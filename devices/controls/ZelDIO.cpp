@@ -2,6 +2,7 @@
 
 #include "base/RunTimeError.h"
 #include "devices/controls/DevicePicker.h"
+#include "devices/controls/DriverCall.h"
 
 #include <memory>
 
@@ -24,7 +25,7 @@ void ZelDIO::SetDeviceNumber(std::int32_t number) {
     if (board && number == selection.Number())
         return;
     if (board)
-        board->Open();
+        CallDriver([&] { board->Open(); });
     selection.Select(number);
     errorText.clear();
 }
@@ -52,7 +53,7 @@ bool ZelDIO::ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::
             throw RunTimeError("The device has no such digital ports");
         states.resize(static_cast<std::size_t>(count));
         if (count > 0)
-            selection->ReadPorts(start, states);
+            CallDriver([&] { selection->ReadPorts(start, states); });
         return true;
     } catch (const std::exception& error) {
         errorText = QString::fromStdString(error.what());

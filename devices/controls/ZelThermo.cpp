@@ -2,6 +2,7 @@
 
 #include "base/NumberText.h"
 #include "base/RunTimeError.h"
+#include "devices/controls/DriverCall.h"
 #include "devices/drivers/BoardFamily.h"
 
 #include <algorithm>
@@ -42,7 +43,7 @@ void ZelThermo::SetDeviceNumber(std::int32_t number) {
         board.reset();
     Settings fresh;
     if (board) {
-        board->Open();
+        CallDriver([&] { board->Open(); });
         fresh.channels = ChannelSettings(board->Info(), 2 * board->Info().channelCount);
     }
     selection.Select(board ? number : -1);
@@ -135,8 +136,10 @@ void ZelThermo::SetInputLimits(std::int32_t channel, double low, double high) {
 double ZelThermo::Temperature() {
     if (!selection)
         throw RunTimeError("No thermocouple device is selected");
-    const ThermocoupleReading reading = selection->ReadThermocouple(
-        settings.channels.SetupOf(settings.channel), settings.expansion, settings.type);
+    const ThermocoupleReading reading = CallDriver([this] {
+        return selection->ReadThermocouple(settings.channels.SetupOf(settings.channel), settings.expansion,
+                                           settings.type);
+    });
     return InScale(ThermocoupleCelsius(settings.type, reading), settings.scale);
 }
 

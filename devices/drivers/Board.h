@@ -12,8 +12,8 @@ namespace tracelet {
 // What a driver offers and what the device controls ask of it. Boards know nothing of widgets, settings or
 // files: every call carries the set-up that it works with.
 //
-// Threads: everything is called on the user-interface thread, except ReadStream, which the control's reading
-// thread calls; StopStream may be called while ReadStream waits, and makes it return.
+// Threads: everything is called on the user-interface thread, but ReadStream and StopStream have one each.
+// StopStream may be called while ReadStream waits, and makes it return; else the board counts as gone.
 // Errors: RunTimeError with a text that a user understands.
 
 /// What the limits of a range are in. Unstated, which only boards of a family may leave it, it follows from
