@@ -1,4 +1,5 @@
 #include "app/Handler.h"
+#include "app/NoticeLine.h"
 #include "app/SampleConversion.h"
 #include "app/frmMain.h"
 #include "base/Convert.h"
@@ -49,6 +50,20 @@ bool frmMain::FAIStart() {
     return true;
 }
 
+// Ends the input, which first hands over all that the board had delivered. Whatever a notification of that
+// comes to, the end of a one-shot buffer above all, finds the stop under way: false.
+bool frmMain::StopFastInput() {
+    if (isFastInputStopping)
+        return false;
+    isFastInputStopping = true;
+    if (!ZelAI1->StopBufferedAI(0))
+        LabelNotice->Show(ZelAI1->ErrorText());
+    isFastInputStopping = false;
+    if (bAISaveToDisk)
+        FAIFileHandle.Close();
+    return true;
+}
+
 void frmMain::ZelAI1_OnFirstBufferChange(std::span<const std::int16_t> RawData,
                                          std::span<const float> AnalogData, std::int32_t dataCount) {
     QuietHandler([&] { HandleHalf(RawData, AnalogData, dataCount); });
@@ -93,7 +108,7 @@ void frmMain::BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int
     const std::int32_t channels = ZelAI1->ScanChannelCount();
     const std::int32_t n =
         std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
-    ConvertRawData(DataArray, rawBuffer, n, ZelAI1->DeviceName().toStdString());
+    ConvertRawData(DataArray, rawBuffer, n, ZelAI1->BoardInfo());
     if (bAISaveToDisk)
         AppendLongs(rawBuffer, FAIFileHandle, n);
     ZelGraph1->AppendSamples(

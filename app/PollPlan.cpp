@@ -1,6 +1,8 @@
 #include "app/PollPlan.h"
 
 #include "base/RunTimeError.h"
+#include "devices/controls/DriverCall.h"
+#include "devices/drivers/BoardFamily.h"
 #include "graph/PlotTables.h"
 
 #include <algorithm>
@@ -11,14 +13,11 @@ namespace {
 
 template <typename Read>
 void NoteFault(std::string& fault, Read read) {
-    constexpr const char* Unknown = "The board failed for an unknown reason";
     fault.clear();
     try {
-        read();
+        CallDriver(read);
     } catch (const std::exception& error) {
-        fault = *error.what() != '\0' ? error.what() : Unknown;
-    } catch (...) { // a driver may raise anything
-        fault = Unknown;
+        fault = *error.what() != '\0' ? error.what() : "The board failed";
     }
 }
 
@@ -40,7 +39,7 @@ void PlanAnalog(PollPlan& plan, const M1& tables, const PolledScan& scan) {
         couple.scale = static_cast<TemperatureScale>(tables.AIThermoScale[physical]);
         plan.thermocouples.push_back(couple);
     }
-    plan.readsScan = !IsUnpairedFamily(scan.numbers.deviceName) || !plan.thermocouples.empty();
+    plan.readsScan = !IsUnpairedFamily(scan.numbers.board) || !plan.thermocouples.empty();
 }
 
 void PlanDigital(PollPlan& plan, const Table<std::uint8_t>& portMask, std::int32_t portStart,

@@ -1,6 +1,7 @@
 #include "app/SampleConversion.h"
 
 #include "base/RunTimeError.h"
+#include "devices/drivers/BoardFamily.h"
 
 #include <algorithm>
 
@@ -24,10 +25,10 @@ std::int32_t OffsetWhenNegative(std::int16_t count) {
 } // namespace
 
 void ConvertRawData(std::span<const std::int16_t> DataArray, std::vector<std::int32_t>& Out,
-                    std::int32_t dataCount, std::string_view deviceName) {
+                    std::int32_t dataCount, const AnalogBoardInfo& board) {
     const auto counts = DataArray.first(CheckedCount(DataArray.size(), dataCount));
     Out.resize(counts.size());
-    if (deviceName.find("6602") != std::string_view::npos)
+    if (CountsHaveTwelveBits(board))
         std::ranges::transform(counts, Out.begin(), LowTwelveBits);
     else
         std::ranges::transform(counts, Out.begin(), OffsetWhenNegative);

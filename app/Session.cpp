@@ -140,10 +140,8 @@ void frmMain::StopSession() {
         silence.stop();
         if (pollReader)
             pollReader->LetGo();
-    } else {
-        ZelAI1->StopBufferedAI(0);
-        if (bAISaveToDisk)
-            FAIFileHandle.Close();
+    } else if (!StopFastInput()) {
+        return;
     }
     WriteStopRecord(elapsed);
     isSystemRunning = false;

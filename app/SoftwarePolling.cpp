@@ -2,7 +2,7 @@
 #include "app/NoticeLine.h"
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
-#include "devices/drivers/ChannelNumbers.h"
+#include "devices/drivers/BoardFamily.h"
 #include "graph/TimeBase.h"
 
 #include <QScopeGuard>
@@ -29,8 +29,7 @@ std::int32_t NextOrHighest(std::int32_t count) {
 
 // On this family's differential inputs each channel takes two of the thermocouple control's numbers.
 bool DoublesThermoChannels(const ZelAI& input) {
-    return input.BoardName().find("6605") != std::string_view::npos &&
-           input.SignalConnection() == Differential;
+    return DoublesThermoChannels(input.BoardInfo()) && input.SignalConnection() == Differential;
 }
 
 } // namespace
@@ -139,7 +138,7 @@ void frmMain::SelectThermoLimits(std::int32_t channel) {
         ZelThermo1->SetInputLimits(selected, -ThermoLimit, ThermoLimit);
         ZelThermo1->SetChannel(selected);
     };
-    if (!IsUnpairedFamily(ZelAI1->BoardName()))
+    if (!IsUnpairedFamily(ZelAI1->BoardInfo()))
         limit(channel);
     if (DoublesThermoChannels(*ZelAI1))
         limit(2 * channel);

@@ -256,6 +256,7 @@ private:
     /// Shows `text` on the save boxes of recordings under way that no write has broken; "" for nothing wrong.
     void ShowOnSaveBoxes(const QString& text);
 
+    [[nodiscard]] bool StopFastInput();
     void HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
                     std::int32_t dataCount);
     void BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan);
@@ -342,6 +343,7 @@ private:
 
     Surroundings surroundings;
     bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
+    bool isFastInputStopping = false; ///< what the board had delivered is being handed over
     bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
     bool isDIRecordingBroken = false;
     std::vector<std::byte> unwrittenStopRecord; ///< what the full disk did not take; a saved copy gets it

@@ -1,6 +1,6 @@
 #include "app/frmMain.h"
 #include "devices/display/ZelGraph.h"
-#include "settings/RangeText.h"
+#include "devices/drivers/BoardFamily.h"
 
 #include <QTreeWidget>
 
@@ -118,11 +118,7 @@ QString frmMain::UnitOf(const PlotLook& look) const {
         return counts;
     if (M1.SoftMode && look.kind == PlotKind::Temperature)
         return ThermoUnits.value(M1.AIThermoScale[look.index]);
-    std::int32_t code = 0;
-    double first = 0.0;
-    double second = 0.0;
-    ZelAI1->GetChannelRange(code, first, second, look.index);
-    return QString::fromStdString(RangeText(first, second)).section(u' ', -1);
+    return IsMilliamperes(ZelAI1->RangeOf(look.index)) ? u"mA"_s : u"V"_s;
 }
 
 QString frmMain::UnitsOn(int axis) const {

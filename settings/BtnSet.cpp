@@ -28,7 +28,7 @@ void frmMain::ReadBackConnections() {
 // The helpers below translate with the wiring as it was last read back from the device.
 
 ChannelNumbers frmMain::ChannelNumbering() const {
-    return {ZelAI1->BoardName(), ZelAI1->MaxChannelCount(), M1.AIChanConnection};
+    return {ZelAI1->BoardInfo(), M1.AIChanConnection};
 }
 
 std::int32_t frmMain::PhysToLogicalChan(std::int32_t channel) const {

@@ -1,7 +1,7 @@
 #include "settings/ChannelTable.h"
 
 #include "base/NumberText.h"
-#include "devices/drivers/ChannelNumbers.h"
+#include "devices/drivers/BoardFamily.h"
 #include "settings/RangeText.h"
 
 namespace tracelet {
@@ -13,9 +13,9 @@ std::string NumberedName(std::int32_t number) {
 
 } // namespace
 
-std::vector<ChannelRow> ChannelRows(std::string_view deviceName, std::span<const ChannelFacts> channels,
+std::vector<ChannelRow> ChannelRows(const AnalogBoardInfo& board, std::span<const ChannelFacts> channels,
                                     const Table<std::string>& typeNames) {
-    const bool unpaired = IsUnpairedFamily(deviceName);
+    const bool unpaired = IsUnpairedFamily(board);
     std::vector<ChannelRow> rows;
     std::int32_t channel = 0;
     std::int32_t logical = -1;
@@ -23,11 +23,10 @@ std::vector<ChannelRow> ChannelRows(std::string_view deviceName, std::span<const
         const bool single = facts.connection == 0;
         if (single || unpaired || channel % 2 == 0)
             ++logical;
-        rows.push_back(
-            {NumberedName(channel), NumberedName(logical), single ? "Single-Ended" : "Differential",
-             facts.isThermo ? "Thermo" : "AI",
-             facts.isThermo ? typeNames[facts.thermoType] : RangeText(facts.rangeFirst, facts.rangeSecond),
-             facts.isThermo ? NumberText(std::int32_t{facts.expChan}) : "NA"});
+        rows.push_back({NumberedName(channel), NumberedName(logical),
+                        single ? "Single-Ended" : "Differential", facts.isThermo ? "Thermo" : "AI",
+                        facts.isThermo ? typeNames[facts.thermoType] : RangeText(facts.range),
+                        facts.isThermo ? NumberText(std::int32_t{facts.expChan}) : "NA"});
         ++channel;
     }
     return rows;

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "base/Table.h"
+#include "devices/drivers/Board.h"
 
 #include <array>
 #include <cstdint>
 #include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace tracelet {
@@ -17,8 +17,7 @@ struct ChannelFacts {
     bool isThermo = false;
     std::uint8_t thermoType = 0; ///< index into the type names
     std::uint8_t expChan = 0;    ///< expansion channel
-    double rangeFirst = 0.0;     ///< range limits of an analog channel
-    double rangeSecond = 0.0;
+    InputRange range;            ///< of an analog channel
 };
 
 enum ChannelColumn {
@@ -36,7 +35,7 @@ using ChannelRow = std::array<std::string, ChannelColumns>;
 /// The rows of all channels of a board, channel 0 first. Both members of a differential pair bear the same
 /// logical name, except on boards whose channels never pair up. A thermocouple type beyond `typeNames`
 /// raises "Subscript out of range".
-[[nodiscard]] std::vector<ChannelRow> ChannelRows(std::string_view deviceName,
+[[nodiscard]] std::vector<ChannelRow> ChannelRows(const AnalogBoardInfo& board,
                                                   std::span<const ChannelFacts> channels,
                                                   const Table<std::string>& typeNames);
 

@@ -1,13 +1,13 @@
 #include "settings/RangeText.h"
 
 #include "base/NumberText.h"
+#include "devices/drivers/BoardFamily.h"
 
 namespace tracelet {
 
-std::string RangeText(double first, double second) {
-    constexpr double CurrentLimit = 20.0; // only current ranges end there
-    return OptionalDecimalsText(first) + " ~ " + OptionalDecimalsText(second) +
-           (second == CurrentLimit ? " mA" : " V");
+std::string RangeText(const InputRange& range) {
+    return OptionalDecimalsText(range.first) + " ~ " + OptionalDecimalsText(range.second) +
+           (IsMilliamperes(range) ? " mA" : " V");
 }
 
 } // namespace tracelet

@@ -1,11 +1,12 @@
 #pragma once
 
+#include "devices/drivers/Board.h"
+
 #include <string>
 
 namespace tracelet {
 
-/// An input range as lists and tables show it: "-10 ~ 10 V", "0.3125 ~ 5 V". Limits are in volts, or in
-/// milliamperes when `second` is exactly 20: "4 ~ 20 mA".
-[[nodiscard]] std::string RangeText(double first, double second);
+/// An input range as lists and tables show it: "-10 ~ 10 V", "0.3125 ~ 5 V", "4 ~ 20 mA".
+[[nodiscard]] std::string RangeText(const InputRange& range);
 
 } // namespace tracelet

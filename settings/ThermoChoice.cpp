@@ -1,8 +1,7 @@
 #include "settings/ThermoChoice.h"
 
-#include "devices/drivers/Board.h"
+#include "devices/drivers/BoardFamily.h"
 #include "devices/drivers/ChannelNumbers.h"
-#include "settings/DeviceFamily.h"
 
 namespace tracelet {
 
@@ -25,12 +24,12 @@ void ShareWithPartner(const ThermoTables& tables, std::int32_t channel) {
     tables.expChan[partner] = tables.expChan[channel];
 }
 
-void ChooseKind(const ThermoTables& tables, std::string_view deviceName, std::int32_t channel, bool thermo,
+void ChooseKind(const ThermoTables& tables, const AnalogBoardInfo& board, std::int32_t channel, bool thermo,
                 std::int32_t pairChannel, std::int32_t pairConnection) {
     if (tables.isThermo[channel] == thermo)
         return;
     tables.isThermo[channel] = thermo;
-    if (pairConnection == Differential && !IsUnpairedFamily(deviceName))
+    if (pairConnection == Differential && !IsUnpairedFamily(board))
         tables.isThermo[PartnerOf(pairChannel)] = thermo;
 }
 

@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/Table.h"
+#include "devices/drivers/Board.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace tracelet {
 
@@ -29,7 +29,7 @@ void ShareWithPartner(const ThermoTables& tables, std::int32_t channel);
 
 /// Makes `channel` an analog or a thermocouple one. If that is news, and `pairConnection` is 1, the partner
 /// of `pairChannel` becomes the same, but never on boards whose channels do not pair up.
-void ChooseKind(const ThermoTables& tables, std::string_view deviceName, std::int32_t channel, bool thermo,
+void ChooseKind(const ThermoTables& tables, const AnalogBoardInfo& board, std::int32_t channel, bool thermo,
                 std::int32_t pairChannel, std::int32_t pairConnection);
 
 } // namespace tracelet

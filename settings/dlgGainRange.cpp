@@ -2,9 +2,8 @@
 
 #include "app/Handler.h"
 #include "app/frmMain.h"
-#include "devices/drivers/ChannelNumbers.h"
+#include "devices/drivers/BoardFamily.h"
 #include "settings/ChannelTable.h"
-#include "settings/DeviceFamily.h"
 #include "settings/DialogParts.h"
 #include "settings/RangeText.h"
 
@@ -44,12 +43,8 @@ void dlgGainRange::FillLists() {
     for (std::int32_t channel = 0; channel < ZelAI1.MaxChannelCount(); ++channel)
         new QTreeWidgetItem(lstViewGain);
     QStringList ranges;
-    std::int32_t code = 0;
-    double first = 0.0;
-    double second = 0.0;
-    for (ZelAI1.FirstRange(code, first, second); first != 0.0 || second != 0.0;
-         ZelAI1.NextRange(code, first, second))
-        ranges.append(QString::fromStdString(RangeText(first, second)));
+    for (const InputRange& range : ZelAI1.BoardInfo().ranges)
+        ranges.append(QString::fromStdString(RangeText(range)));
     Refill(ComboRange, ranges);
     Refill(ComboTCType, {u"J"_s, u"K"_s, u"S"_s, u"T"_s, u"B"_s, u"R"_s, u"E"_s});
     Refill(ComboScale, {u"Celsius"_s, u"Fahrenheit"_s, u"Rankine"_s, u"Kelvin"_s});
@@ -61,7 +56,7 @@ void dlgGainRange::FillLists() {
 
 // The thermocouple control takes the board over when it can read its thermocouples.
 void dlgGainRange::ProbeThermocouples() {
-    if (!IsThermocoupleFamily(DeviceName())) {
+    if (!OffersThermocouples(ZelAI1.BoardInfo())) {
         EnableAIThermoFrame(false);
         return;
     }
@@ -85,15 +80,11 @@ void dlgGainRange::ProbeConnection() {
         ZelAI1.GetChannelRange(code, first, second, Neighbour);
     const std::int32_t opposite = saved == SingleEnded ? Differential : SingleEnded;
     ZelAI1.SetSignalConnection(opposite);
-    if (IsUnpairedFamily(DeviceName()) || ZelAI1.SignalConnection() != opposite)
+    if (IsUnpairedFamily(ZelAI1.BoardInfo()) || ZelAI1.SignalConnection() != opposite)
         EnableSignalConnectionFrame(false);
     ZelAI1.SetSignalConnection(saved);
     if (first != 0.0 || second != 0.0)
         ZelAI1.SetChannelRange(first, second, Neighbour);
-}
-
-std::string dlgGainRange::DeviceName() const {
-    return ZelAI1.DeviceName().toStdString();
 }
 
 void dlgGainRange::EnableThermoSetting(bool enable) {
@@ -137,9 +128,8 @@ ChannelFacts dlgGainRange::FactsOf(std::int32_t channel) {
     facts.isThermo = tables.isThermo[channel];
     facts.thermoType = tables.type[channel];
     facts.expChan = tables.expChan[channel];
-    std::int32_t code = 0;
     if (!facts.isThermo)
-        ZelAI1.GetChannelRange(code, facts.rangeFirst, facts.rangeSecond, channel);
+        facts.range = ZelAI1.RangeOf(channel);
     return facts;
 }
 
@@ -149,7 +139,7 @@ void dlgGainRange::RefreshGainTable() {
     for (std::int32_t channel = 0; channel < ZelAI1.MaxChannelCount(); ++channel)
         channels.push_back(FactsOf(channel));
     SelectOnBoth(selected);
-    const std::vector<ChannelRow> rows = ChannelRows(DeviceName(), channels, main.M1.ThermoTypeNames);
+    const std::vector<ChannelRow> rows = ChannelRows(ZelAI1.BoardInfo(), channels, main.M1.ThermoTypeNames);
     for (int row = 0; row < lstViewGain->topLevelItemCount(); ++row) {
         for (int column = 0; column < ChannelColumns; ++column)
             lstViewGain->topLevelItem(row)->setText(
@@ -180,11 +170,7 @@ void dlgGainRange::ShowChannel(std::int32_t channel) {
 }
 
 void dlgGainRange::SelectRangeOf(std::int32_t channel) {
-    std::int32_t code = 0;
-    double first = 0.0;
-    double second = 0.0;
-    ZelAI1.GetChannelRange(code, first, second, channel);
-    Show(ComboRange, ComboRange->findText(QString::fromStdString(RangeText(first, second))));
+    Show(ComboRange, ComboRange->findText(QString::fromStdString(RangeText(ZelAI1.RangeOf(channel)))));
 }
 
 void dlgGainRange::lstViewGain_ItemClick(int row) {
@@ -231,13 +217,13 @@ void dlgGainRange::optSingle_Click() {
 }
 
 void dlgGainRange::optDifferent_Click() {
-    if (!optDifferent->isEnabled() || IsUnpairedFamily(DeviceName()))
+    if (!optDifferent->isEnabled() || IsUnpairedFamily(ZelAI1.BoardInfo()))
         return;
     const std::int32_t channel = ZelAI1.Channel();
     ZelThermo1.SetSignalConnection(Differential);
     ZelAI1.SetSignalConnection(Differential);
     ShareWithPartner(tables, channel);
-    if (ShowsChoiceAfterPairing(ZelThermo1.DeviceName().toStdString()))
+    if (ShowsChoiceAfterPairing(ZelThermo1.BoardInfo()))
         ShowKind(channel);
     RefreshGainTable();
 }
@@ -248,7 +234,8 @@ void dlgGainRange::OptAI_Click() {
     EnableThermoSetting(false);
     EnableRange(true);
     const std::int32_t channel = ZelAI1.Channel();
-    ChooseKind(tables, DeviceName(), channel, false, ZelThermo1.Channel(), ZelThermo1.SignalConnection());
+    ChooseKind(tables, ZelAI1.BoardInfo(), channel, false, ZelThermo1.Channel(),
+               ZelThermo1.SignalConnection());
     RefreshGainTable();
     SelectRangeOf(channel);
 }
@@ -257,7 +244,7 @@ void dlgGainRange::OptThermo_Click() {
     EnableThermoSetting(true);
     EnableRange(false);
     const std::int32_t channel = ZelAI1.Channel();
-    ChooseKind(tables, DeviceName(), channel, true, channel, ZelAI1.SignalConnection());
+    ChooseKind(tables, ZelAI1.BoardInfo(), channel, true, channel, ZelAI1.SignalConnection());
     RefreshGainTable();
 }
 

@@ -4,7 +4,6 @@
 
 #include <QDialog>
 
-#include <string>
 #include <vector>
 
 class QComboBox;
@@ -89,7 +88,6 @@ private:
     void EnableRange(bool enable);
     [[nodiscard]] std::int32_t ConnectionOf(std::int32_t channel);
     [[nodiscard]] ChannelFacts FactsOf(std::int32_t channel);
-    [[nodiscard]] std::string DeviceName() const;
 
     frmMain& main;
     ZelAI& ZelAI1;

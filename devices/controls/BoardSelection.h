@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -23,6 +24,16 @@ public:
     [[nodiscard]] const std::shared_ptr<BoardType>& Board() const { return board; }
     [[nodiscard]] explicit operator bool() const { return board != nullptr; }
     [[nodiscard]] BoardType* operator->() const { return board.get(); }
+
+    /// Description of the chosen board; without one that of "No Device", which has nothing.
+    [[nodiscard]] const auto& Info() const {
+        static const auto none = [] {
+            std::remove_cvref_t<decltype(board->Info())> info;
+            info.name = "No Device";
+            return info;
+        }();
+        return board ? board->Info() : none;
+    }
 
     /// The board of a number; nothing when there is none that can be used.
     [[nodiscard]] std::shared_ptr<BoardType> Find(std::int32_t wanted) const {

@@ -1,10 +1,11 @@
 #include "devices/controls/BufferedInput.h"
 
 #include "base/RunTimeError.h"
+#include "devices/controls/DriverCall.h"
 
 #include <QPointer>
 
-#include <cerrno>
+#include <algorithm>
 #include <chrono>
 #include <system_error>
 #include <utility>
@@ -17,13 +18,9 @@ namespace {
 
 // How long halves are handed over before other events get their turn, unless one half takes longer.
 constexpr std::chrono::milliseconds Turn{5};
-
-int NewWakeUp() {
-    const int descriptor = eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC);
-    if (descriptor < 0)
-        throw Fault::FromErrno(errno);
-    return descriptor;
-}
+// How long a board may take to stop.
+constexpr std::chrono::seconds Patience{2};
+constexpr const char* NoAnswer = "The board does not answer; it can be used again once it does";
 
 // Takes one from the count; false when it is 0.
 bool TakeOne(int descriptor) {
@@ -35,24 +32,37 @@ void Add(int descriptor, std::uint64_t items) {
     [[maybe_unused]] const auto written = write(descriptor, &items, sizeof items);
 }
 
+// Stopping calls the driver, which may take its time; where there is no thread left, it is called all the
+// same.
+LooseThread StopOnAThread(const std::shared_ptr<StreamReader>& reader) {
+    try {
+        return LooseThread([reader] { reader->Stop(); });
+    } catch (const std::system_error&) {
+        reader->Stop();
+        return {};
+    }
+}
+
 } // namespace
 
 BufferedInput::BufferedInput(QObject* parent)
-    : QObject(parent), wakeUp(NewWakeUp()), notifier(wakeUp, QSocketNotifier::Read) {
+    : QObject(parent),
+      wakeUp(std::make_shared<const UniqueFd>(eventfd(0, EFD_SEMAPHORE | EFD_NONBLOCK | EFD_CLOEXEC))),
+      notifier(wakeUp->Get(), QSocketNotifier::Read) {
     notifier.setEnabled(false);
     connect(&notifier, &QSocketNotifier::activated, this, &BufferedInput::HandOn);
 }
 
 BufferedInput::~BufferedInput() {
-    Stop();
-    close(wakeUp);
+    Drop();
 }
 
 void BufferedInput::Start(const std::shared_ptr<AnalogBoard>& board, const StreamSetup& setup,
                           std::size_t halfSamples, std::size_t queueBytes) {
-    if (IsRunning())
+    if (IsRunning() || stopping)
         throw RunTimeError("The analog input is running already");
-    Stop();
+    RequireAnswer(*board);
+    Drop();
     StreamPlan plan;
     plan.form = setup.form;
     plan.scanSamples = setup.channels.size();
@@ -60,25 +70,83 @@ void BufferedInput::Start(const std::shared_ptr<AnalogBoard>& board, const Strea
     plan.totalSamples = setup.totalSamples;
     auto fresh =
         std::make_shared<SampleQueue>(halfSamples * plan.SampleBytes(), queueBytes, plan.totalSamples != 0);
-    board->StartStream(setup);
+    CallDriver([&] { board->StartStream(setup); });
     try {
-        reader = std::make_unique<StreamReader>(
-            board, fresh, plan, [descriptor = wakeUp](std::uint64_t items) { Add(descriptor, items); });
+        auto started = std::make_shared<StreamReader>(
+            board, fresh, plan, [shared = wakeUp](std::uint64_t items) { Add(shared->Get(), items); });
+        reading = LooseThread([started] { started->Run(); });
+        reader = std::move(started);
     } catch (const std::exception&) {
-        board->StopStream();
+        CallDriver([&] { board->StopStream(); });
         throw Fault::OutOfMemory();
     }
     queue = std::move(fresh);
+    scanBytes = plan.scanSamples * plan.SampleBytes();
     halves = 0;
     lastHalf = plan.totalSamples / halfSamples;
     notifier.setEnabled(true);
 }
 
-void BufferedInput::Stop() {
-    notifier.setEnabled(false);
+void BufferedInput::RequireAnswer(const AnalogBoard& board) {
+    std::erase_if(gone, [](Gone& one) { return one.stopper.HasReturned() && one.reading.HasReturned(); });
+    if (std::ranges::any_of(gone, [&](const Gone& one) { return one.board == &board; }))
+        throw RunTimeError(NoAnswer);
+}
+
+void BufferedInput::EndReading() {
+    if (!reader)
+        return;
+    const auto deadline = std::chrono::steady_clock::now() + Patience;
+    LooseThread stopper = StopOnAThread(reader);
+    const bool stopped = stopper.HasReturnedBy(deadline);
+    if (!reading.HasReturnedBy(deadline) || !stopped) {
+        fault = NoAnswer;
+        gone.push_back({&reader->Board(), std::move(stopper), std::move(reading)});
+    }
     reader.reset();
+}
+
+std::string BufferedInput::Stop() {
+    if (stopping)
+        return {};
+    notifier.setEnabled(false);
+    EndReading();
+    stopping = true;
+    const QPointer<BufferedInput> self(this);
+    HandRestOver();
+    if (!self)
+        return {};
+    stopping = false;
+    std::string untold = std::move(fault);
+    Drop();
+    return untold;
+}
+
+void BufferedInput::Drop() {
+    notifier.setEnabled(false);
+    EndReading();
     queue.reset();
-    while (TakeOne(wakeUp)) {
+    fault.clear();
+    while (TakeOne(wakeUp->Get())) {
+    }
+}
+
+// A handler may drop the rest, or this.
+void BufferedInput::HandRestOver() {
+    const QPointer<BufferedInput> self(this);
+    const std::shared_ptr<SampleQueue> present = queue;
+    while (self && present && queue == present) {
+        const SampleQueue::Item item = present->Take();
+        if (item.kind == SampleQueue::Kind::None) {
+            const std::span<const std::byte> rest = present->Rest();
+            if (rest.size() >= scanBytes)
+                HandHalfOver(rest.first(rest.size() - rest.size() % scanBytes));
+            return;
+        }
+        if (item.kind != SampleQueue::Kind::Failure)
+            HandOver(item);
+        else if (fault.empty())
+            fault = item.text;
     }
 }
 
@@ -90,7 +158,7 @@ void BufferedInput::HandOn() {
     const QPointer<BufferedInput> self(this);
     const auto end = std::chrono::steady_clock::now() + Turn;
     do {
-        if (!queue || !TakeOne(wakeUp))
+        if (!queue || !TakeOne(wakeUp->Get()))
             break;
         const std::shared_ptr<SampleQueue> present = queue; // the samples outlive a stop by their receiver
         handingOver = true;
@@ -111,7 +179,7 @@ void BufferedInput::HandOver(const SampleQueue::Item& item) {
         emit Lost();
         return;
     case SampleQueue::Kind::Failure:
-        reader.reset();
+        EndReading();
         emit Failed(QString::fromStdString(item.text));
         return;
     case SampleQueue::Kind::None:
@@ -122,7 +190,7 @@ void BufferedInput::HandOver(const SampleQueue::Item& item) {
 void BufferedInput::HandHalfOver(std::span<const std::byte> samples) {
     ++halves;
     if (halves == lastHalf)
-        reader.reset();
+        EndReading();
     emit Half(halves % 2 == 1, samples);
 }
 

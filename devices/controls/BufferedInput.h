@@ -1,5 +1,7 @@
 #pragma once
 
+#include "base/UniqueFd.h"
+#include "devices/controls/LooseThread.h"
 #include "devices/controls/StreamReader.h"
 
 #include <QObject>
@@ -8,12 +10,17 @@
 
 #include <memory>
 #include <span>
+#include <string>
+#include <vector>
 
 namespace tracelet {
 
 /// Hardware-paced input of one board: a thread reads it into a deep queue, the event loop hands the halves
 /// over one at a time. While a handler of one of the signals runs, a message box inside it too, no other
-/// signal comes; what has come meanwhile follows afterwards.
+/// signal comes, unless it stops the input; what has come meanwhile follows afterwards.
+///
+/// A board that does not come back within two seconds from a call that stops it, or from its reading, is left
+/// to itself: it counts as gone until both have come back.
 class BufferedInput : public QObject {
     Q_OBJECT
 
@@ -22,34 +29,56 @@ public:
     ~BufferedInput() override;
 
     /// Starts the board and the reading thread. Halves of `queueBytes` in all may wait. Raises when the input
-    /// runs already, when the board refuses or when there is no memory.
+    /// runs already or is being stopped, when the board refuses or is gone, or when there is no memory.
     void Start(const std::shared_ptr<AnalogBoard>& board, const StreamSetup& setup, std::size_t halfSamples,
                std::size_t queueBytes);
-    /// Ends the input; no signal comes after it returned. Does nothing when there is none.
-    void Stop();
+    /// Stops the board, then hands over what it had delivered: all that waits, and last the whole scans of
+    /// the half that is not full. No signal comes after it returned. From inside a signal that a stop hands
+    /// over it does nothing: that stop goes on. "", or why the input had failed, or that the board is gone
+    /// now, if nobody was told of it yet.
+    std::string Stop();
+    /// Ends the input; nothing more is handed over.
+    void Drop();
     /// True from the start until the input was stopped or has ended by itself.
     [[nodiscard]] bool IsRunning() const { return reader != nullptr; }
+    /// Raises while a board is gone.
+    void RequireAnswer(const AnalogBoard& board);
 
 signals:
-    /// A half of the buffer, `first` or second; its samples are valid during the call.
+    /// A half of the buffer, `first` or second, or what came of it before a stop; its samples are valid
+    /// during the call.
     void Half(bool first, std::span<const std::byte> samples);
     /// Samples were lost behind the halves so far.
     void Lost();
-    /// The board failed; nothing more comes.
+    /// The board failed; nothing more comes but, at a stop, what it had delivered of the next half.
     void Failed(const QString& text);
 
 private:
+    /// A board that was left to itself.
+    struct Gone {
+        const AnalogBoard* board;
+        LooseThread stopper;
+        LooseThread reading;
+    };
+
+    void EndReading();
     void HandOn();
+    void HandRestOver();
     void HandOver(const SampleQueue::Item& item);
     void HandHalfOver(std::span<const std::byte> samples);
 
-    const int wakeUp; // eventfd that counts the items in the queue
+    const std::shared_ptr<const UniqueFd> wakeUp; // eventfd that counts the items in the queue
     QSocketNotifier notifier;
     bool handingOver = false;
+    bool stopping = false;      // the rest is being handed over
+    std::string fault;          // what Stop will tell
     std::uint64_t halves = 0;   // handed over since the start
     std::uint64_t lastHalf = 0; // number of the half that ends the input, 0 none
+    std::size_t scanBytes = 1;
     std::shared_ptr<SampleQueue> queue;
-    std::unique_ptr<StreamReader> reader;
+    std::shared_ptr<StreamReader> reader;
+    LooseThread reading; // of `reader`
+    std::vector<Gone> gone;
 };
 
 } // namespace tracelet

@@ -1,13 +1,13 @@
 #include "devices/controls/ChannelSettings.h"
 
-#include "devices/drivers/ChannelNumbers.h"
+#include "devices/drivers/BoardFamily.h"
 
 namespace tracelet {
 
 ChannelSettings::ChannelSettings(const AnalogBoardInfo& board, std::int32_t channelCount)
     : singleEnded(board.singleEnded), differential(board.differential),
       connections(std::int64_t{channelCount} + 1), ranges(std::int64_t{channelCount} + 1) {
-    pairs = !IsUnpairedFamily(board.name);
+    pairs = !IsUnpairedFamily(board);
     const std::int32_t wiring = singleEnded ? SingleEnded : Differential;
     for (std::int32_t channel = 0; channel <= channelCount; ++channel)
         connections[channel] = wiring;

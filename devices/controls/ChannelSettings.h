@@ -20,8 +20,8 @@ public:
     [[nodiscard]] bool Has(std::int32_t channel) const { return channel >= 0 && channel < ranges.Count(); }
 
     [[nodiscard]] std::int32_t ConnectionOf(std::int32_t channel) const { return connections[channel]; }
-    /// Wires a channel and, unless the board is of the "05" family, its partner of the pair (even, odd) as
-    /// well. Ignored when the board cannot be wired so, or the pair has no partner.
+    /// Wires a channel and, unless the board is of the unpaired family, its partner of the pair (even, odd)
+    /// as well. Ignored when the board cannot be wired so, or the pair has no partner.
     void Connect(std::int32_t channel, std::int32_t code);
 
     [[nodiscard]] const InputRange& RangeOf(std::int32_t channel) const { return ranges[channel]; }

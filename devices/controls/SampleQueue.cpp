@@ -102,6 +102,22 @@ void SampleQueue::PutFailure(std::string text) {
     failure = std::move(text);
 }
 
+void SampleQueue::PutRest(std::unique_ptr<std::byte[]> samples, std::size_t bytes) {
+    const std::lock_guard lock(mutex);
+    rest = std::move(samples);
+    restBytes = bytes;
+}
+
+std::span<const std::byte> SampleQueue::Rest() {
+    const std::lock_guard lock(mutex);
+    if (rest)
+        return {rest.get(), restBytes};
+    if (!HasOpenSlab())
+        return {};
+    const Slab& slab = *entries.back().slab;
+    return {slab.memory.get() + slab.full * halfBytes, partial};
+}
+
 // Gives back the slabs at the front that have been handed over whole.
 void SampleQueue::ReleaseTakenSlabs() {
     while (!entries.empty() && entries.front().slab) {

@@ -16,7 +16,7 @@ namespace tracelet {
 /// in order, and between them the notes that samples were lost or that the board failed.
 ///
 /// Memory is taken as halves wait and used again, in pieces of about 1 MiB or one half, whichever is more.
-/// One thread writes (Room to PutFailure), one takes.
+/// One thread writes (Room to PutRest), one takes.
 class SampleQueue {
 public:
     enum class Kind { None, Half, Loss, Failure };
@@ -43,8 +43,12 @@ public:
     void PutLoss();
     /// Notes that nothing more will come; taken after everything else.
     void PutFailure(std::string text);
+    /// Hands in what came of a half for which there was no room. Nothing may be put behind it.
+    void PutRest(std::unique_ptr<std::byte[]> samples, std::size_t bytes);
 
     [[nodiscard]] Item Take();
+    /// What came of the half that is not full, once everything else was taken. Valid as long as the queue.
+    [[nodiscard]] std::span<const std::byte> Rest();
 
 private:
     struct Slab {
@@ -72,7 +76,9 @@ private:
     std::vector<std::unique_ptr<Slab>> freeSlabs;
     std::size_t slabCount = 0;
     std::optional<std::string> failure;
-    std::size_t partial = 0; // writing thread only
+    std::unique_ptr<std::byte[]> rest; // beside the slabs
+    std::size_t restBytes = 0;
+    std::size_t partial = 0; // only the writing thread changes it
 };
 
 } // namespace tracelet

@@ -1,16 +1,21 @@
 #include "devices/controls/StreamReader.h"
 
 #include "base/RunTimeError.h"
+#include "base/ThreadPriority.h"
+#include "devices/controls/DriverCall.h"
 
 #include <algorithm>
 #include <cstring>
 #include <exception>
 #include <new>
+#include <thread>
 #include <utility>
 
 namespace tracelet {
 namespace {
 
+constexpr std::chrono::microseconds ShortestPause{50};
+constexpr std::chrono::microseconds LongestPause{4000};
 constexpr std::size_t MostDroppedAtOnce = std::size_t{1} << 18; // bytes
 
 StreamBuffer AsBuffer(SampleForm form, std::span<std::byte> room) {
@@ -24,19 +29,21 @@ StreamBuffer AsBuffer(SampleForm form, std::span<std::byte> room) {
 StreamReader::StreamReader(std::shared_ptr<AnalogBoard> readBoard, std::shared_ptr<SampleQueue> filledQueue,
                            StreamPlan streamPlan, std::function<void(std::uint64_t)> announceItems)
     : board(std::move(readBoard)), queue(std::move(filledQueue)), plan(streamPlan),
-      announce(std::move(announceItems)), thread([this] { Run(); }) {}
+      announce(std::move(announceItems)) {}
 
-StreamReader::~StreamReader() {
+void StreamReader::Stop() noexcept {
     stopping = true;
     try {
-        board->StopStream();
+        CallDriver([this] { board->StopStream(); });
     } catch (const std::exception&) {
         // The reading thread sees that it shall stop when its present read returns.
     }
-    thread.join();
 }
 
+// Nobody waits for a simulated board's samples, so that one must not hold up the others.
 void StreamReader::Run() noexcept {
+    if (!board->Info().simulated)
+        RaiseThreadPriority();
     try {
         ReadAll();
     } catch (const std::bad_alloc&) {
@@ -44,6 +51,8 @@ void StreamReader::Run() noexcept {
     } catch (const std::exception& error) {
         Fail(error.what());
     }
+    if (asideBytes != 0)
+        queue->PutRest(std::move(aside), asideBytes);
 }
 
 void StreamReader::ReadAll() {
@@ -54,6 +63,10 @@ void StreamReader::ReadAll() {
 }
 
 void StreamReader::ReadOn() {
+    if (asideBytes != 0) {
+        ReadAside();
+        return;
+    }
     const std::size_t begun = read % plan.scanSamples;
     if (begun != 0 && queue->Partial() == 0) {
         Drop(plan.scanSamples - begun);
@@ -77,17 +90,12 @@ void StreamReader::ReadOn() {
 }
 
 void StreamReader::ReadAside() {
-    const std::size_t bytes = plan.halfSamples * plan.SampleBytes();
     if (!MakeAside())
         Drop(plan.halfSamples);
-    else if (!ReadWhole({aside.get(), bytes}))
+    else if (!FillAside())
         return;
-    else if (const std::span<std::byte> room = queue->Room(); !room.empty()) {
-        std::memcpy(room.data(), aside.get(), bytes);
-        losing = false;
-        announce(queue->Commit(bytes));
+    else if (PutAside())
         return;
-    }
     if (!std::exchange(losing, true))
         NoteLoss();
 }
@@ -102,6 +110,29 @@ bool StreamReader::MakeAside() {
     } catch (const std::bad_alloc&) {
         return false;
     }
+}
+
+// Reads on; true once the half aside is complete.
+bool StreamReader::FillAside() {
+    const std::size_t bytes = plan.halfSamples * plan.SampleBytes();
+    const StreamRead got = Read(std::span(aside.get(), bytes).subspan(asideBytes));
+    asideBytes += got.count * plan.SampleBytes();
+    if (got.state == StreamState::Overrun)
+        asideBytes = 0;
+    Heed(got.state);
+    return asideBytes == bytes;
+}
+
+// Moves the half from aside into the queue, or drops it: false.
+bool StreamReader::PutAside() {
+    const std::size_t bytes = std::exchange(asideBytes, 0);
+    const std::span<std::byte> room = queue->Room();
+    if (room.empty())
+        return false;
+    std::memcpy(room.data(), aside.get(), bytes);
+    losing = false;
+    announce(queue->Commit(bytes));
+    return true;
 }
 
 // Fills `room`; false when the input ends or the board loses samples before.
@@ -129,9 +160,23 @@ void StreamReader::Drop(std::size_t samples) {
 }
 
 StreamRead StreamReader::Read(std::span<std::byte> room) {
-    const StreamRead got = board->ReadStream(AsBuffer(plan.form, room));
+    const auto begin = std::chrono::steady_clock::now();
+    const StreamRead got = CallDriver([&] { return board->ReadStream(AsBuffer(plan.form, room)); });
+    if (got.count > room.size() / plan.SampleBytes())
+        throw RunTimeError("The board's driver delivered more samples than it was asked for");
     read += got.count;
+    if (got.count == 0)
+        HoldBack(begin);
+    else
+        pause = {};
     return got;
+}
+
+// A driver whose reads come back at once, whether there are samples or not, would take a whole core; so these
+// reads grow longer while none come. One that waits for samples itself notices nothing of it.
+void StreamReader::HoldBack(std::chrono::steady_clock::time_point begin) {
+    std::this_thread::sleep_until(begin + pause);
+    pause = std::clamp(2 * pause, ShortestPause, LongestPause);
 }
 
 void StreamReader::Heed(StreamState state) {
@@ -146,6 +191,8 @@ void StreamReader::NoteLoss() {
 }
 
 void StreamReader::Fail(const char* text) noexcept {
+    if (stopping)
+        return; // the board just was not there any more to be stopped
     try {
         queue->PutFailure(text);
         announce(1);

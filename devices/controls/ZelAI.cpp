@@ -4,6 +4,7 @@
 #include "base/RunTimeError.h"
 #include "devices/controls/BufferedInput.h"
 #include "devices/controls/DevicePicker.h"
+#include "devices/controls/DriverCall.h"
 #include "devices/drivers/ChannelNumbers.h"
 
 #include <algorithm>
@@ -23,13 +24,6 @@ void RequireTime(double milliseconds) {
         throw RunTimeError("A trigger time must be 0 or more milliseconds");
 }
 
-// Rate that the board settles on; a board without channels has none to be asked for.
-double SettledRate(const AnalogBoard& board, double hertz, std::int32_t channelCount) {
-    const AnalogBoardInfo& info = board.Info();
-    const double wanted = std::min(std::max(hertz, info.lowestRate), info.highestRate);
-    return channelCount < 1 ? wanted : board.SettleSampleRate(wanted, channelCount);
-}
-
 } // namespace
 
 ZelAI::ZelAI(QObject* parent) : QObject(parent), input(new BufferedInput(this)) {
@@ -42,7 +36,7 @@ ZelAI::ZelAI(QObject* parent) : QObject(parent), input(new BufferedInput(this)) 
 }
 
 ZelAI::~ZelAI() {
-    input->Stop();
+    input->Drop();
 }
 
 // ---- Board
@@ -62,16 +56,17 @@ void ZelAI::SetDeviceNumber(std::int32_t number) {
         return;
     Settings fresh;
     if (board) {
-        board->Open();
+        input->RequireAnswer(*board);
+        CallDriver([&] { board->Open(); });
         fresh = DefaultsOf(*board);
     }
-    input->Stop();
+    input->Drop();
     selection.Select(number);
     settings = std::move(fresh);
     errorText.clear();
 }
 
-ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) {
+ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) const {
     const AnalogBoardInfo& info = board.Info();
     Settings defaults;
     defaults.channels = ChannelSettings(info, info.channelCount);
@@ -80,12 +75,12 @@ ZelAI::Settings ZelAI::DefaultsOf(const AnalogBoard& board) {
     return defaults;
 }
 
-std::string_view ZelAI::BoardName() const {
-    return selection ? std::string_view(selection->Info().name) : "No Device";
+QString ZelAI::DeviceName() const {
+    return QString::fromStdString(BoardInfo().name);
 }
 
-QString ZelAI::DeviceName() const {
-    return QString::fromUtf8(BoardName());
+const AnalogBoardInfo& ZelAI::BoardInfo() const {
+    return selection.Info();
 }
 
 void ZelAI::SelectDevice(QWidget* owner) {
@@ -94,11 +89,11 @@ void ZelAI::SelectDevice(QWidget* owner) {
 }
 
 std::int32_t ZelAI::Resolution() const {
-    return selection ? selection->Info().resolution : 0;
+    return BoardInfo().resolution;
 }
 
 std::int32_t ZelAI::MaxChannelCount() const {
-    return selection ? selection->Info().channelCount : 0;
+    return BoardInfo().channelCount;
 }
 
 // ---- Channels
@@ -137,8 +132,8 @@ void ZelAI::FirstRange(std::int32_t& code, double& first, double& second) {
 
 void ZelAI::NextRange(std::int32_t& code, double& first, double& second) {
     InputRange range;
-    if (selection && settings.nextRange < selection->Info().ranges.size())
-        range = selection->Info().ranges[settings.nextRange++];
+    if (settings.nextRange < BoardInfo().ranges.size())
+        range = BoardInfo().ranges[settings.nextRange++];
     code = range.code;
     first = range.first;
     second = range.second;
@@ -159,21 +154,23 @@ void ZelAI::SetChannelRange(double first, double second, std::int32_t channel) {
 }
 
 void ZelAI::GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const {
-    InputRange range;
-    if (selection) {
-        RequireChannel(channel);
-        range = settings.channels.RangeOf(channel);
-    }
+    const InputRange range = RangeOf(channel);
     code = range.code;
     first = range.first;
     second = range.second;
 }
 
+InputRange ZelAI::RangeOf(std::int32_t channel) const {
+    if (!selection)
+        return {};
+    RequireChannel(channel);
+    return settings.channels.RangeOf(channel);
+}
+
 // ---- Scan
 
 void ZelAI::RequireScan(std::int32_t start, std::int32_t count) const {
-    const AnalogBoardInfo& info = selection->Info();
-    const ChannelNumbers numbers{info.name, info.channelCount, settings.channels.Connections()};
+    const ChannelNumbers numbers{BoardInfo(), settings.channels.Connections()};
     if (numbers.PhysToLogical(start) > numbers.LogicalCount() - count)
         throw RunTimeError("A scan of " + NumberText(count) + " channels from channel " + NumberText(start) +
                            " goes beyond the device's last channel");
@@ -213,8 +210,7 @@ const std::vector<ChannelSetup>& ZelAI::ScannedChannels() {
     if (!settings.scan.empty())
         return settings.scan;
     RequireScan(settings.scanStart, settings.scanCount);
-    const AnalogBoardInfo& info = selection->Info();
-    const ChannelNumbers numbers{info.name, info.channelCount, settings.channels.Connections()};
+    const ChannelNumbers numbers{BoardInfo(), settings.channels.Connections()};
     std::vector<ChannelSetup> channels;
     channels.reserve(static_cast<std::size_t>(settings.scanCount));
     for (std::int32_t position = 0; position < settings.scanCount; ++position)
@@ -224,6 +220,19 @@ const std::vector<ChannelSetup>& ZelAI::ScannedChannels() {
 }
 
 // ---- Pacer, form and trigger
+
+// Rate that the board settles on; a board without channels has none to be asked for.
+double ZelAI::SettledRate(const AnalogBoard& board, double hertz, std::int32_t channelCount) const {
+    input->RequireAnswer(board);
+    const AnalogBoardInfo& info = board.Info();
+    const double wanted = std::min(std::max(hertz, info.lowestRate), info.highestRate);
+    const double settled =
+        channelCount < 1 ? wanted : CallDriver([&] { return board.SettleSampleRate(wanted, channelCount); });
+    if (!std::isfinite(settled) || settled <= 0.0)
+        throw RunTimeError("The board settles on a sample rate of " + NumberText(settled) +
+                           " Hz, at which nothing can be measured");
+    return settled;
+}
 
 double ZelAI::SampleRate() const {
     return settings.sampleRate;
@@ -260,7 +269,7 @@ void ZelAI::SetDataType(std::int32_t code) {
 }
 
 bool ZelAI::HasTrigger() const {
-    return selection && selection->Info().hardwareTrigger;
+    return BoardInfo().hardwareTrigger;
 }
 
 std::int32_t ZelAI::TriggerMode() const {
@@ -342,7 +351,10 @@ void ZelAI::KeepingErrorText(Action action) {
 
 const std::vector<ChannelSetup>& ZelAI::ScanSetup() {
     if (selection && settings.scanCount > 0)
-        KeepingErrorText([this] { (void)ScannedChannels(); });
+        KeepingErrorText([this] {
+            (void)ScannedChannels();
+            input->RequireAnswer(*selection.Board());
+        });
     return settings.scan;
 }
 
@@ -350,7 +362,11 @@ const std::vector<double>& ZelAI::ReadChannels() {
     readValues.resize(static_cast<std::size_t>(settings.scanCount));
     if (readValues.empty())
         return readValues;
-    KeepingErrorText([&] { selection->ReadScan(ScannedChannels(), readValues); });
+    KeepingErrorText([&] {
+        const std::vector<ChannelSetup>& channels = ScannedChannels();
+        input->RequireAnswer(*selection.Board());
+        CallDriver([&] { selection->ReadScan(channels, readValues); });
+    });
     return readValues;
 }
 
@@ -391,8 +407,11 @@ void ZelAI::StartBufferedAI(std::int32_t count, bool cyclic) {
     });
 }
 
-void ZelAI::StopBufferedAI(std::int32_t /*reserved*/) {
-    input->Stop();
+bool ZelAI::StopBufferedAI(std::int32_t /*reserved*/) {
+    const std::string fault = input->Stop();
+    if (!fault.empty())
+        errorText = QString::fromStdString(fault);
+    return fault.empty();
 }
 
 void ZelAI::SetQueueLimit(std::size_t bytes) {

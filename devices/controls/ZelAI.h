@@ -42,8 +42,9 @@ public:
     /// than that of a usable board deselects. Selecting the selected board again changes nothing.
     void SetDeviceNumber(std::int32_t number);
     [[nodiscard]] QString DeviceName() const;
-    /// The same without a copy, for what asks with every sample; valid until the selection changes.
-    [[nodiscard]] std::string_view BoardName() const;
+    /// What the selected board is, for the rules of its family; without a board, that of "No Device". Valid
+    /// until the selection changes.
+    [[nodiscard]] const AnalogBoardInfo& BoardInfo() const;
     /// Shows the board picker; Cancel keeps the selection.
     void SelectDevice(QWidget* owner);
 
@@ -97,6 +98,8 @@ public:
     /// An unknown range raises, and so does a channel above MaxChannelCount.
     void SetChannelRange(double first, double second, std::int32_t channel);
     void GetChannelRange(std::int32_t& code, double& first, double& second, std::int32_t channel) const;
+    /// The same with its unit.
+    [[nodiscard]] InputRange RangeOf(std::int32_t channel) const;
 
     /// One scan: ScanChannelCount values, volts or milliamperes. Scan position i reads the physical channel
     /// that the wiring gives it. Failures raise and leave their text in ErrorText. Empty without a board. The
@@ -115,9 +118,12 @@ public:
     /// when one is running already, when the board refuses, or when half the buffer is more than the queue
     /// holds.
     void StartBufferedAI(std::int32_t count, bool cyclic);
-    /// Ends hardware-paced input, also from inside a notification; none comes after it returned. Halves not
-    /// handed over yet are dropped. `reserved` is not used.
-    void StopBufferedAI(std::int32_t reserved);
+    /// Ends hardware-paced input, also from inside a notification. What the board had delivered is handed
+    /// over before it returns, last the whole scans of the half that is not full; no notification comes
+    /// afterwards. From inside a notification that a stop hands over it does nothing: that stop goes on.
+    /// False, and ErrorText says why, when the board had failed, which no notification told yet, or does not
+    /// stop within two seconds; it then cannot be used until it answers again. `reserved` is not used.
+    bool StopBufferedAI(std::int32_t reserved);
     /// Bytes of halves that may wait to be handed over, for inputs started from now on; 256 MiB unless set.
     void SetQueueLimit(std::size_t bytes);
 
@@ -126,8 +132,8 @@ public:
     [[nodiscard]] QString ErrorText() const;
 
 signals:
-    /// A half of the buffer, channel-interleaved: `rawData` when DataType is 1, `analogData` when it is 2;
-    /// the other is empty. The spans are valid during the call.
+    /// A half of the buffer, or at a stop what came of it, channel-interleaved: `rawData` when DataType is 1,
+    /// `analogData` when it is 2; the other is empty. The spans are valid during the call.
     void OnFirstBufferChange(std::span<const std::int16_t> rawData, std::span<const float> analogData,
                              std::int32_t dataCount);
     void OnSecondBufferChange(std::span<const std::int16_t> rawData, std::span<const float> analogData,
@@ -136,13 +142,14 @@ signals:
     /// Once for each loss; the halves that follow are whole.
     void OnOverrunNotice();
     /// The board stopped delivering by itself (unplugged, read error); ErrorText says why. Every half that
-    /// came before was handed over.
+    /// came before was handed over; a stop hands over the scans behind them.
     void OnInputFailed();
 
 private:
     const std::vector<ChannelSetup>& ScannedChannels();
     void RequireScan(std::int32_t start, std::int32_t count) const;
     void RequireChannel(std::int32_t channel) const;
+    [[nodiscard]] double SettledRate(const AnalogBoard& board, double hertz, std::int32_t channelCount) const;
     [[nodiscard]] bool HasTrigger() const;
     [[nodiscard]] std::size_t HalfSamples(std::int32_t count) const;
     [[nodiscard]] StreamSetup Stream(std::uint64_t totalSamples);
@@ -164,7 +171,7 @@ private:
         TriggerSetup trigger;
         std::size_t nextRange = 0; // position of the range enumeration
     };
-    [[nodiscard]] static Settings DefaultsOf(const AnalogBoard& board);
+    [[nodiscard]] Settings DefaultsOf(const AnalogBoard& board) const;
 
     BoardSelection<AnalogBoard> selection;
     Settings settings;

@@ -2,6 +2,7 @@
 
 #include "base/RunTimeError.h"
 #include "devices/controls/DevicePicker.h"
+#include "devices/controls/DriverCall.h"
 
 #include <memory>
 
@@ -24,13 +25,13 @@ void ZelDIO::SetDeviceNumber(std::int32_t number) {
     if (board && number == selection.Number())
         return;
     if (board)
-        board->Open();
+        CallDriver([&] { board->Open(); });
     selection.Select(number);
     errorText.clear();
 }
 
 QString ZelDIO::DeviceName() const {
-    return selection ? QString::fromStdString(selection->Info().name) : QStringLiteral("No Device");
+    return QString::fromStdString(selection.Info().name);
 }
 
 void ZelDIO::SelectDevice(QWidget* owner) {
@@ -39,7 +40,7 @@ void ZelDIO::SelectDevice(QWidget* owner) {
 }
 
 std::int32_t ZelDIO::MaxPortCount() const {
-    return selection ? selection->Info().portCount : 0;
+    return selection.Info().portCount;
 }
 
 bool ZelDIO::ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::uint8_t>& states) {
@@ -52,7 +53,7 @@ bool ZelDIO::ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::
             throw RunTimeError("The device has no such digital ports");
         states.resize(static_cast<std::size_t>(count));
         if (count > 0)
-            selection->ReadPorts(start, states);
+            CallDriver([&] { selection->ReadPorts(start, states); });
         return true;
     } catch (const std::exception& error) {
         errorText = QString::fromStdString(error.what());

@@ -2,6 +2,8 @@
 
 #include "base/NumberText.h"
 #include "base/RunTimeError.h"
+#include "devices/controls/DriverCall.h"
+#include "devices/drivers/BoardFamily.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,15 +12,13 @@
 namespace tracelet {
 namespace {
 
-constexpr double MilliampereEnd = 20.0; // second limit of the current ranges
-
 void RequireCode(std::int32_t code, std::int32_t last, const char* what) {
     if (code < 0 || code > last)
         throw RunTimeError(std::string("There is no ") + what + " " + NumberText(code));
 }
 
 bool Covers(const InputRange& range, double low, double high) {
-    return range.second != MilliampereEnd && range.first <= low && high <= range.second;
+    return !IsMilliamperes(range) && range.first <= low && high <= range.second;
 }
 
 } // namespace
@@ -43,7 +43,7 @@ void ZelThermo::SetDeviceNumber(std::int32_t number) {
         board.reset();
     Settings fresh;
     if (board) {
-        board->Open();
+        CallDriver([&] { board->Open(); });
         fresh.channels = ChannelSettings(board->Info(), 2 * board->Info().channelCount);
     }
     selection.Select(board ? number : -1);
@@ -51,7 +51,11 @@ void ZelThermo::SetDeviceNumber(std::int32_t number) {
 }
 
 QString ZelThermo::DeviceName() const {
-    return selection ? QString::fromStdString(selection->Info().name) : QStringLiteral("No Device");
+    return QString::fromStdString(BoardInfo().name);
+}
+
+const AnalogBoardInfo& ZelThermo::BoardInfo() const {
+    return selection.Info();
 }
 
 void ZelThermo::RequireChannel(std::int32_t channel) const {
@@ -137,8 +141,10 @@ ChannelSetup ZelThermo::SetupOf(std::int32_t channel) const {
 double ZelThermo::Temperature() {
     if (!selection)
         throw RunTimeError("No thermocouple device is selected");
-    const ThermocoupleReading reading = selection->ReadThermocouple(
-        settings.channels.SetupOf(settings.channel), settings.expansion, settings.type);
+    const ThermocoupleReading reading = CallDriver([this] {
+        return selection->ReadThermocouple(settings.channels.SetupOf(settings.channel), settings.expansion,
+                                           settings.type);
+    });
     return InScale(ThermocoupleCelsius(settings.type, reading), settings.scale);
 }
 

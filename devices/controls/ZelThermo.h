@@ -28,6 +28,7 @@ public:
     [[nodiscard]] std::int32_t DeviceNumber() const;
     void SetDeviceNumber(std::int32_t number);
     [[nodiscard]] QString DeviceName() const;
+    [[nodiscard]] const AnalogBoardInfo& BoardInfo() const; ///< as ZelAI::BoardInfo
 
     [[nodiscard]] std::int32_t Channel() const; ///< physical channel, 0 to twice the board's count
     void SetChannel(std::int32_t channel);

@@ -12,18 +12,23 @@ namespace tracelet {
 // What a driver offers and what the device controls ask of it. Boards know nothing of widgets, settings or
 // files: every call carries the set-up that it works with.
 //
-// Threads: everything is called on the user-interface thread, but for two cases. ReadStream is called by the
-// control's reading thread; StopStream may be called while ReadStream waits, and makes it return. A board
-// that says `mayBlock` has ReadScan, ReadThermocouple and ReadPorts called on a polling thread, one at a
-// time; while such a read does not return, other calls may come on the user-interface thread. Errors:
-// RunTimeError with a text that a user understands.
+// Threads: everything is called on the user-interface thread, but for three cases. ReadStream and StopStream
+// have a thread each; StopStream may be called while ReadStream waits, and makes it return, else the board
+// counts as gone. A board that says `mayBlock` has ReadScan, ReadThermocouple and ReadPorts called on a
+// polling thread, one at a time; while such a read does not return, other calls may come on the user-interface
+// thread.
+// Errors: RunTimeError with a text that a user understands.
 
-/// One input range. `first` and `second` are its lower and upper limit, in volts, or in milliamperes when
-/// `second` is exactly 20.
+/// What the limits of a range are in. Unstated, which only boards of a family may leave it, it follows from
+/// the limits (BoardFamily.h).
+enum class RangeUnit : std::uint8_t { Unstated, Volts, Milliamperes };
+
+/// One input range. `first` and `second` are its lower and upper limit; no two ranges of a board share both.
 struct InputRange {
     std::int32_t code = 0;
     double first = 0.0;
     double second = 0.0;
+    RangeUnit unit = RangeUnit::Unstated;
 
     bool operator==(const InputRange&) const = default;
 };
@@ -43,6 +48,7 @@ enum class ThermocoupleType : std::uint8_t { J, K, S, T, B, R, E };
 /// What an analog board is and can do; constant while the program runs.
 struct AnalogBoardInfo {
     std::string name;               ///< device name; family rules look for "05", "6601" … in it
+    bool noFamily = false;          ///< whatever its name holds, no family's rules are made for it
     std::string driver;             ///< driver name, as the picker shows it
     bool simulated = false;         ///< the picker marks it
     std::int32_t resolution = 0;    ///< bits of the converter

@@ -1,16 +1,17 @@
 #include "devices/drivers/ChannelNumbers.h"
 
 #include "base/Convert.h"
+#include "devices/drivers/BoardFamily.h"
 
 namespace tracelet {
 
-bool IsUnpairedFamily(std::string_view deviceName) {
-    return deviceName.find("05") != std::string_view::npos;
+std::int32_t PartnerOf(std::int32_t channel) {
+    return channel % 2 == 0 ? channel + 1 : channel - 1;
 }
 
 std::int32_t ChannelNumbers::PhysToLogical(std::int32_t channel) const {
-    if (IsUnpairedFamily(deviceName))
-        return Mod(channel, maxChannelCount);
+    if (IsUnpairedFamily(board))
+        return Mod(channel, board.channelCount);
     std::int32_t count = -1;
     for (std::int32_t i = 0; i <= channel; ++i) {
         if (connections[i] != 1 || i % 2 == 0)
@@ -20,24 +21,24 @@ std::int32_t ChannelNumbers::PhysToLogical(std::int32_t channel) const {
 }
 
 std::int32_t ChannelNumbers::LogicalToPhys(std::int32_t& channel) const {
-    if (IsUnpairedFamily(deviceName))
-        return Mod(channel, maxChannelCount);
+    if (IsUnpairedFamily(board))
+        return Mod(channel, board.channelCount);
     std::int32_t count = -1;
     std::int32_t physical = 0;
     while (count < channel) {
         if (physical % 2 == 1 && connections[physical] == 1)
             ++channel;
         ++count;
-        physical = Mod(physical + 1, maxChannelCount);
+        physical = Mod(physical + 1, board.channelCount);
     }
-    return Mod(count, maxChannelCount);
+    return Mod(count, board.channelCount);
 }
 
 std::int32_t ChannelNumbers::LogicalCount() const {
-    if (IsUnpairedFamily(deviceName))
-        return maxChannelCount;
+    if (IsUnpairedFamily(board))
+        return board.channelCount;
     double total = 0.0;
-    for (std::int32_t i = 0; i < maxChannelCount; ++i)
+    for (std::int32_t i = 0; i < board.channelCount; ++i)
         total += connections[i] == 1 ? 0.5 : 1.0;
     return CLng(total);
 }

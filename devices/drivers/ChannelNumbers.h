@@ -1,20 +1,19 @@
 #pragma once
 
 #include "base/Table.h"
+#include "devices/drivers/Board.h"
 
 #include <cstdint>
-#include <string_view>
 
 namespace tracelet {
 
-/// True for boards of the "05" family, whose channels do not pair up: the name contains "05".
-[[nodiscard]] bool IsUnpairedFamily(std::string_view deviceName);
+/// The other channel of a differential pair: 0 and 1, 2 and 3, …
+[[nodiscard]] std::int32_t PartnerOf(std::int32_t channel);
 
 /// Channel numbering of an analog board. A differential pair (even channel, odd channel) is one logical
-/// channel; boards of the "05" family do not pair, their numbers are used as they are.
+/// channel, except on boards of the unpaired family.
 struct ChannelNumbers {
-    std::string_view deviceName;            ///< family rule: contains "05", case-sensitive
-    std::int32_t maxChannelCount = 0;       ///< channels of the board; 0 raises "Division by zero"
+    const AnalogBoardInfo& board;           ///< without channels, numbering raises "Division by zero"
     const Table<std::int32_t>& connections; ///< wiring code by physical channel; only 1 is differential
 
     /// Logical number of a physical channel. A channel beyond the table raises "Subscript out of range".

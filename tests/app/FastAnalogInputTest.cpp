@@ -234,6 +234,8 @@ TEST_F(FastAnalogInputTest, CyclicWindowFollowsTheRate) {
 }
 
 TEST_F(FastAnalogInputTest, CyclicRunsUntilStopped) {
+    AnalogBoardInUse().SetPaced(true); // the stop hands over all that the board could deliver
+    window->ZelAI1->SetSampleRate(1e6);
     window->bFAICyclic = true;
     TurnOnAI();
     Click(window->CkAISave2Disk);

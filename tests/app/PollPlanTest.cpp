@@ -43,9 +43,16 @@ Table<std::int32_t> WiringWith(std::initializer_list<std::int32_t> pairs) {
     return wiring;
 }
 
+AnalogBoardInfo BoardNamed(const std::string& name) {
+    AnalogBoardInfo board;
+    board.name = name;
+    board.channelCount = Channels;
+    return board;
+}
+
 struct AnalogCase {
     const char* name;
-    std::string_view board;
+    const char* board;
     std::initializer_list<std::int32_t> thermocouples;
     std::initializer_list<std::int32_t> pairs;
     std::int32_t start;
@@ -71,11 +78,11 @@ TEST(PlanAnalog, TellsWhatATickReads) {
     for (const AnalogCase& c : AnalogCases) {
         SCOPED_TRACE(c.name);
         const Table<std::int32_t> wiring = WiringWith(c.pairs);
+        const AnalogBoardInfo board = BoardNamed(c.board);
         PollPlan plan;
         plan.channels = {{7, {}, 0}}; // of the session before
         plan.thermocouples.resize(3);
-        PlanAnalog(plan, TablesWith(c.thermocouples),
-                   {{c.board, Channels, wiring}, c.start, c.count, c.doubled});
+        PlanAnalog(plan, TablesWith(c.thermocouples), {{board, wiring}, c.start, c.count, c.doubled});
         EXPECT_EQ(plan.channelCount, c.count);
         EXPECT_EQ(plan.readsScan, c.readsScan);
         EXPECT_THAT(plan.channels, IsEmpty());
@@ -92,13 +99,23 @@ TEST(PlanAnalog, TellsWhatATickReads) {
     }
 }
 
+TEST(PlanAnalog, ReadsABoardOfNoFamilyWhateverItsName) {
+    const Table<std::int32_t> wiring = WiringWith({});
+    AnalogBoardInfo board = BoardNamed("pci-6052e");
+    board.noFamily = true;
+    PollPlan plan;
+    PlanAnalog(plan, TablesWith({}), {{board, wiring}, 0, 4, false});
+    EXPECT_TRUE(plan.readsScan);
+}
+
 TEST(PlanAnalog, RefusesChannelsThatTheTablesLack) {
     M1 tables;
     tables.AIChanIsThermo.Resize(3);
     const Table<std::int32_t> wiring = WiringWith({});
+    const AnalogBoardInfo board = BoardNamed("Plain");
     PollPlan plan;
-    EXPECT_NO_THROW(PlanAnalog(plan, tables, {{"Plain", Channels, wiring}, 0, 3, false}));
-    EXPECT_THROW(PlanAnalog(plan, tables, {{"Plain", Channels, wiring}, 0, 4, false}), RunTimeError);
+    EXPECT_NO_THROW(PlanAnalog(plan, tables, {{board, wiring}, 0, 3, false}));
+    EXPECT_THROW(PlanAnalog(plan, tables, {{board, wiring}, 0, 4, false}), RunTimeError);
 }
 
 TEST(PlanDigital, ListsTheShownLinesInPlotOrder) {
@@ -248,7 +265,7 @@ TEST_F(ReadTickTest, EveryFaultHasAText) {
     for (const bool isMute : {false, true}) {
         rude->isMute = isMute;
         ReadDigital(plan, boards, tick);
-        EXPECT_EQ(tick.digitalFault, "The board failed for an unknown reason");
+        EXPECT_EQ(tick.digitalFault, "The board's driver failed without saying why");
     }
 }
 

@@ -174,6 +174,21 @@ TEST_F(SoftwarePollingTest, FailedAnalogReadEndsItsTickQuietly) {
     Click(window->BtnStart);
 }
 
+TEST_F(SoftwarePollingTest, BoardOfNoFamilyIsReadWhateverItsName) {
+    AnalogBoardInfo info = boards.analog.front().board->Info();
+    info.name = "pci-6052e";
+    info.noFamily = true;
+    Open(OneAnalogBoard(info));
+    window->ZelAI1->SetScanChannelCount(2);
+    TurnOnAI();
+    Record();
+    StartPolling();
+    Tick(2);
+    Click(window->BtnStart);
+    EXPECT_THAT(RecordedScans(), ElementsAre(Expected(0, 0), Expected(1, 0), Expected(0, 1), Expected(1, 1)));
+    EXPECT_NE(Expected(1, 0), 0.0F);
+}
+
 TEST_F(SoftwarePollingTest, UnpairedFamilyWithoutThermocouplesReadsZeros) {
     PickBoard(u"3605");
     window->ZelAI1->SetScanChannelCount(2);

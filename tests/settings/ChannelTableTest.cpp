@@ -16,36 +16,42 @@ Table<std::string> TypeNames() {
     return names;
 }
 
+AnalogBoardInfo Named(const char* name) {
+    AnalogBoardInfo board;
+    board.name = name;
+    return board;
+}
+
 std::vector<ChannelFacts> Wired(std::initializer_list<std::int32_t> connections) {
     std::vector<ChannelFacts> channels;
     for (std::int32_t connection : connections)
-        channels.push_back({connection, false, 0, 0, -10, 10});
+        channels.push_back({connection, false, 0, 0, {0, -10, 10}});
     return channels;
 }
 
-std::vector<std::string> Logical(std::string_view device, std::initializer_list<std::int32_t> connections) {
+std::vector<std::string> Logical(const char* device, std::initializer_list<std::int32_t> connections) {
     std::vector<std::string> names;
-    for (const ChannelRow& row : ChannelRows(device, Wired(connections), TypeNames()))
+    for (const ChannelRow& row : ChannelRows(Named(device), Wired(connections), TypeNames()))
         names.push_back(row[LogicalName]);
     return names;
 }
 
 TEST(ChannelRows, ShowAnAnalogChannel) {
-    const std::vector<ChannelFacts> channels = {{0, false, 3, 7, 4, 20}};
-    EXPECT_THAT(ChannelRows("Merula 64", channels, TypeNames()),
+    const std::vector<ChannelFacts> channels = {{0, false, 3, 7, {0, 4, 20}}};
+    EXPECT_THAT(ChannelRows(Named("Merula 64"), channels, TypeNames()),
                 ElementsAre(ElementsAre("Chan00", "Chan00", "Single-Ended", "AI", "4 ~ 20 mA", "NA")));
 }
 
 TEST(ChannelRows, ShowAThermocoupleChannel) {
-    const std::vector<ChannelFacts> channels = {{0, true, 6, 15, 0, 10}, {1, true, 0, 0, 0, 10}};
-    EXPECT_THAT(ChannelRows("6605HG", channels, TypeNames()),
+    const std::vector<ChannelFacts> channels = {{0, true, 6, 15, {0, 0, 10}}, {1, true, 0, 0, {0, 0, 10}}};
+    EXPECT_THAT(ChannelRows(Named("6605HG"), channels, TypeNames()),
                 ElementsAre(ElementsAre("Chan00", "Chan00", "Single-Ended", "Thermo", "E", "15"),
                             ElementsAre("Chan01", "Chan01", "Differential", "Thermo", "J", "0")));
 }
 
 TEST(ChannelRows, HaveTwoDigitsAtLeast) {
     const std::vector<ChannelFacts> channels(101);
-    const std::vector<ChannelRow> rows = ChannelRows("Merula", channels, TypeNames());
+    const std::vector<ChannelRow> rows = ChannelRows(Named("Merula"), channels, TypeNames());
     ASSERT_EQ(rows.size(), 101u);
     EXPECT_EQ(rows[9][ChannelName], "Chan09");
     EXPECT_EQ(rows[10][ChannelName], "Chan10");
@@ -71,22 +77,22 @@ TEST(ChannelRows, UnpairedBoardsCountEveryChannel) {
 }
 
 TEST(ChannelRows, TypeSevenIsEmptyAndMoreFails) {
-    const std::vector<ChannelFacts> seven = {{0, true, 7, 0, 0, 0}};
-    EXPECT_EQ(ChannelRows("6601HG", seven, TypeNames())[0][RangeOrType], "");
-    const std::vector<ChannelFacts> eight = {{0, true, 8, 0, 0, 0}};
+    const std::vector<ChannelFacts> seven = {{0, true, 7, 0, {}}};
+    EXPECT_EQ(ChannelRows(Named("6601HG"), seven, TypeNames())[0][RangeOrType], "");
+    const std::vector<ChannelFacts> eight = {{0, true, 8, 0, {}}};
     try {
-        (void)ChannelRows("6601HG", eight, TypeNames());
+        (void)ChannelRows(Named("6601HG"), eight, TypeNames());
         FAIL() << "type 8 was shown";
     } catch (const RunTimeError& error) {
         EXPECT_STREQ(error.what(), "Subscript out of range");
     }
     // The type of an analog channel is not looked at.
-    const std::vector<ChannelFacts> analog = {{0, false, 255, 0, 0, 5}};
-    EXPECT_EQ(ChannelRows("6601HG", analog, TypeNames())[0][RangeOrType], "0 ~ 5 V");
+    const std::vector<ChannelFacts> analog = {{0, false, 255, 0, {0, 0, 5}}};
+    EXPECT_EQ(ChannelRows(Named("6601HG"), analog, TypeNames())[0][RangeOrType], "0 ~ 5 V");
 }
 
 TEST(ChannelRows, NoChannelsNoRows) {
-    EXPECT_TRUE(ChannelRows("No Device", {}, TypeNames()).empty());
+    EXPECT_TRUE(ChannelRows(Named("No Device"), {}, TypeNames()).empty());
 }
 
 } // namespace

@@ -161,6 +161,31 @@ TEST_F(GainRangeOpening, ThermocoupleSupportFollowsTheFamily) {
     }
 }
 
+TEST_F(GainRangeOpening, BoardOfNoFamilyOffersWhatItCanDo) {
+    for (const bool readsThermocouples : {false, true}) {
+        AnalogBoardInfo info = Described("pci-6052e", 4);
+        info.noFamily = true;
+        info.thermocouples = readsThermocouples;
+        info.ranges = {{0, -10, 10, RangeUnit::Volts},
+                       {1, 0, 20, RangeUnit::Volts},
+                       {2, 4, 20, RangeUnit::Milliamperes}};
+        Open(Boards({info}));
+        InRange([&](dlgGainRange& dialog) {
+            EXPECT_EQ(dialog.OptThermo->isEnabled(), readsThermocouples);
+            EXPECT_TRUE(dialog.optDifferent->isEnabled());
+            EXPECT_EQ(Items(dialog.ComboRange),
+                      (QStringList{u"-10 ~ 10 V"_s, u"0 ~ 20 V"_s, u"4 ~ 20 mA"_s}));
+            Choose(dialog.ComboRange, 1);
+            EXPECT_EQ(Cell(dialog, 0, 4), "0 ~ 20 V");
+            EXPECT_EQ(dialog.ComboRange->currentIndex(), 1);
+            Click(dialog.optDifferent);
+            EXPECT_EQ(Cell(dialog, 1, 1), "Chan00");
+            ClickRow(dialog, 0);
+            EXPECT_EQ(dialog.ComboRange->currentText(), u"0 ~ 20 V"_s);
+        });
+    }
+}
+
 TEST_F(GainRangeOpening, ThermocoupleControlOnASmallerBoardIsNoTrouble) {
     Open(Boards({Described("Plain", 64), Described("6601HG", 4)}));
     window->ZelThermo1->SetDeviceNumber(1);

@@ -10,6 +10,7 @@ TEST(RangeText, ShowsLimitsWithUnit) {
         double first;
         double second;
         const char* text;
+        RangeUnit unit = RangeUnit::Unstated;
     } cases[] = {
         {-10, 10, "-10 ~ 10 V"},
         {0, 10, "0 ~ 10 V"},
@@ -25,9 +26,11 @@ TEST(RangeText, ShowsLimitsWithUnit) {
         {0, 20.00001, "0 ~ 20 V"},
         {0, 19.9999, "0 ~ 19.9999 V"},
         {0, 0, "0 ~ 0 V"},
+        {0, 20, "0 ~ 20 V", RangeUnit::Volts},
+        {0, 32, "0 ~ 32 mA", RangeUnit::Milliamperes},
     };
     for (const auto& c : cases)
-        EXPECT_EQ(RangeText(c.first, c.second), c.text);
+        EXPECT_EQ(RangeText({0, c.first, c.second, c.unit}), c.text);
 }
 
 } // namespace

@@ -10,6 +10,13 @@ using testing::ElementsAre;
 
 constexpr std::int32_t Channels = 4;
 
+AnalogBoardInfo Named(const char* name, bool noFamily = false) {
+    AnalogBoardInfo board;
+    board.name = name;
+    board.noFamily = noFamily;
+    return board;
+}
+
 struct Choice : testing::Test {
     Table<bool> isThermo{Channels + 1};
     Table<std::uint8_t> type{Channels + 1};
@@ -110,19 +117,24 @@ TEST_F(Choice, KindFollowsTheFamily) {
     for (const auto& c : cases) {
         SCOPED_TRACE(testing::Message() << c.device << ' ' << c.channel << ' ' << c.connection);
         Clear();
-        ChooseKind(tables, c.device, c.channel, true, c.pairChannel, c.connection);
+        ChooseKind(tables, Named(c.device), c.channel, true, c.pairChannel, c.connection);
         EXPECT_EQ(Values(isThermo), c.thermo);
         // And back: what was made thermocouple becomes analog again.
-        ChooseKind(tables, c.device, c.channel, false, c.pairChannel, c.connection);
+        ChooseKind(tables, Named(c.device), c.channel, false, c.pairChannel, c.connection);
         EXPECT_THAT(Values(isThermo), ElementsAre(0, 0, 0, 0, 0));
     }
 }
 
+TEST_F(Choice, KindOfAPairFollowsOnABoardOfNoFamily) {
+    ChooseKind(tables, Named("pci-6052e", true), 3, true, 3, 1);
+    EXPECT_THAT(Values(isThermo), ElementsAre(0, 0, 1, 1, 0));
+}
+
 TEST_F(Choice, KindThatIsNoNewsLeavesThePartner) {
     isThermo[0] = true;
-    ChooseKind(tables, "6601HG", 0, true, 0, 1);
+    ChooseKind(tables, Named("6601HG"), 0, true, 0, 1);
     EXPECT_THAT(Values(isThermo), ElementsAre(1, 0, 0, 0, 0));
-    ChooseKind(tables, "6601HG", 1, false, 1, 1);
+    ChooseKind(tables, Named("6601HG"), 1, false, 1, 1);
     EXPECT_THAT(Values(isThermo), ElementsAre(1, 0, 0, 0, 0));
 }
 

@@ -25,14 +25,7 @@ constexpr double FastestRate = 1e300;
 RangeUnit UnitOf(const comedi_range& range) {
     return range.unit == UNIT_volt ? RangeUnit::Volts
            : range.unit == UNIT_mA ? RangeUnit::Milliamperes
-                                   : RangeUnit::None;
-}
-
-int NewWakeUp() {
-    const int descriptor = eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-    if (descriptor < 0)
-        throw Fault::FromErrno(errno);
-    return descriptor;
+                                   : RangeUnit::Unstated;
 }
 
 bool HasLimits(const InputRange& range, const InputRange& wanted) {
@@ -50,27 +43,22 @@ std::size_t SizeOf(const StreamBuffer& buffer) {
 } // namespace
 
 ComediAnalogBoard::ComediAnalogBoard(const std::string& node, comedi_t* probed, unsigned int subdeviceNumber)
-    : subdevice(subdeviceNumber), wakeUp(NewWakeUp()),
+    : subdevice(subdeviceNumber), wakeUp(eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)),
       device(node, comedi_get_driver_name(probed), comedi_get_board_name(probed)) {
-    try {
-        info.name = comedi_get_board_name(probed);
-        info.driver = comedi_get_driver_name(probed);
-        info.mayBlock = true;
-        info.channelCount = std::max(comedi_get_n_channels(probed, subdevice), 0);
-        bits = BitsOf(comedi_get_maxdata(probed, subdevice, 0));
-        info.resolution = std::min(bits, 16);
-        FindRanges(probed);
-        FindWiring(probed);
-        FindPacing();
-    } catch (const RunTimeError&) {
-        close(wakeUp);
-        throw;
-    }
+    info.name = comedi_get_board_name(probed);
+    info.noFamily = true;
+    info.driver = comedi_get_driver_name(probed);
+    info.channelCount = std::max(comedi_get_n_channels(probed, subdevice), 0);
+    bits = BitsOf(comedi_get_maxdata(probed, subdevice, 0));
+    info.resolution = std::min(bits, 16);
+    info.mayBlock = true;
+    FindRanges(probed);
+    FindWiring(probed);
+    FindPacing();
 }
 
 ComediAnalogBoard::~ComediAnalogBoard() {
     StopStream();
-    close(wakeUp);
 }
 
 void ComediAnalogBoard::FindRanges(comedi_t* probed) {
@@ -185,7 +173,7 @@ ComediAnalogBoard::DriverChannel ComediAnalogBoard::ToDriver(const ChannelSetup&
         if (!range)
             continue;
         const auto usable = InputRangeOf(code, range->min, range->max, UnitOf(*range));
-        if (usable && HasLimits(*usable, channel.range))
+        if (usable && usable->unit == channel.range.unit && HasLimits(*usable, channel.range))
             return {CR_PACK(number, place, reference), *range, comedi_get_maxdata(handle, subdevice, number)};
     }
     throw RunTimeError("The board has no such input range");
@@ -289,7 +277,7 @@ void ComediAnalogBoard::PrepareReading() {
 
 void ComediAnalogBoard::DrainWakeUp() const {
     std::uint64_t stops = 0;
-    [[maybe_unused]] const auto drained = read(wakeUp, &stops, sizeof stops);
+    [[maybe_unused]] const auto drained = read(wakeUp.Get(), &stops, sizeof stops);
 }
 
 void ComediAnalogBoard::StopStream() {
@@ -298,7 +286,7 @@ void ComediAnalogBoard::StopStream() {
         return;
     Cancel();
     const std::uint64_t stop = 1;
-    [[maybe_unused]] const auto written = write(wakeUp, &stop, sizeof stop);
+    [[maybe_unused]] const auto written = write(wakeUp.Get(), &stop, sizeof stop);
 }
 
 void ComediAnalogBoard::Cancel() {
@@ -332,7 +320,7 @@ StreamRead ComediAnalogBoard::ReadStream(StreamBuffer buffer) {
 // Waits for samples, unlocked. False when the stream was stopped meanwhile.
 bool ComediAnalogBoard::Wait(std::unique_lock<std::mutex>& lock) {
     const std::uint64_t awaited = runNumber;
-    std::array<pollfd, 2> events{{{comedi_fileno(device.Get()), POLLIN, 0}, {wakeUp, POLLIN, 0}}};
+    std::array<pollfd, 2> events{{{comedi_fileno(device.Get()), POLLIN, 0}, {wakeUp.Get(), POLLIN, 0}}};
     lock.unlock();
     poll(events.data(), events.size(), LongestWait);
     lock.lock();

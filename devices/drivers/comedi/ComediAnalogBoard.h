@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/UniqueFd.h"
 #include "devices/drivers/Board.h"
 #include "devices/drivers/comedi/ComediCommand.h"
 #include "devices/drivers/comedi/ComediDevice.h"
@@ -73,7 +74,7 @@ private:
     void Cancel();
 
     const unsigned int subdevice;
-    const int wakeUp; // eventfd that ends the wait of ReadStream
+    const UniqueFd wakeUp; // eventfd that ends the wait of ReadStream
     AnalogBoardInfo info;
     std::int32_t bits = 0; // of the converter
     std::size_t sampleBytes = 2;

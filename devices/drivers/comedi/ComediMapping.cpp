@@ -13,7 +13,6 @@ namespace tracelet {
 namespace {
 
 constexpr double NanosecondsPerSecond = 1e9;
-constexpr double MilliampereMark = 20.0; // upper limit that says that a range is in milliamperes
 
 } // namespace
 
@@ -27,12 +26,9 @@ std::int16_t CountOfWideCode(std::uint32_t code, std::int32_t bits) {
 }
 
 std::optional<InputRange> InputRangeOf(std::int32_t code, double lowest, double highest, RangeUnit unit) {
-    const bool looksLikeMilliamperes = highest == MilliampereMark;
-    if (unit == RangeUnit::None || looksLikeMilliamperes != (unit == RangeUnit::Milliamperes))
+    if (unit == RangeUnit::Unstated || !(lowest < highest))
         return std::nullopt;
-    if (!(lowest < highest))
-        return std::nullopt;
-    return InputRange{code, lowest, highest};
+    return InputRange{code, lowest, highest, unit};
 }
 
 std::uint32_t PeriodOf(double rate, std::int32_t conversions) {

@@ -20,10 +20,7 @@ namespace tracelet {
 /// than 16 bits the upper 16 count.
 [[nodiscard]] std::int16_t CountOfWideCode(std::uint32_t code, std::int32_t bits);
 
-enum class RangeUnit : std::uint8_t { Volts, Milliamperes, None };
-
-/// Input range for Comedi's range number `code`. Nothing for a range that cannot be told by its limits: one
-/// without a unit, and, as 20 at the upper end marks milliamperes, volts up to 20 and other milliamperes.
+/// Input range for Comedi's range number `code`. Nothing for one without a unit or a span.
 [[nodiscard]] std::optional<InputRange> InputRangeOf(std::int32_t code, double lowest, double highest,
                                                      RangeUnit unit);
 

@@ -2,6 +2,7 @@
 
 #include "base/Convert.h"
 #include "base/RunTimeError.h"
+#include "devices/drivers/BoardFamily.h"
 
 #include <algorithm>
 #include <cmath>
@@ -95,7 +96,7 @@ double SignalLevel(const Signal& signal, std::uint64_t index) {
 
 double SignalValue(const Signal& signal, const InputRange& range, std::uint64_t index) {
     const double level = SignalLevel(signal, index);
-    return range.second == 20.0 ? 12.0 + 8.0 * level : signal.amplitude * level;
+    return IsMilliamperes(range) ? 12.0 + 8.0 * level : signal.amplitude * level;
 }
 
 std::optional<std::uint64_t> FirstScan(std::int32_t board, const StreamSetup& setup) {

@@ -44,8 +44,8 @@ struct Signal {
 /// Mixes 32 bits: x ^= x >> 16; x *= 0x7FEB352D; x ^= x >> 15; x *= 0x846CA68B; x ^= x >> 16.
 [[nodiscard]] std::uint32_t Scramble(std::uint32_t x);
 
-/// What the converter is given: amplitude * level in volts, or 12 + 8 * level milliamperes in a range that
-/// ends at 20. The converter (ConverterCounts.h) then rounds it to its steps and clamps it to the range.
+/// What the converter is given: amplitude * level in volts, or 12 + 8 * level milliamperes in a range of
+/// milliamperes. The converter (ConverterCounts.h) then rounds it to its steps and clamps it to the range.
 [[nodiscard]] double SignalValue(const Signal& signal, const InputRange& range, std::uint64_t index);
 
 /// First scan of a stream: 0 without a trigger. A trigger on channel AI0 to AI3 waits for its volts to pass

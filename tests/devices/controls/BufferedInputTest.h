@@ -76,12 +76,20 @@ protected:
     }
 
     void Heed(Notification notification) {
-        EXPECT_FALSE(inside) << "a notification inside another";
-        inside = true;
+        EXPECT_TRUE(!inside || stopping) << "a notification inside another";
+        const bool nested = std::exchange(inside, true);
         heard.push_back(std::move(notification));
         if (onNotification)
             onNotification();
-        inside = false;
+        inside = nested;
+    }
+
+    /// What waits may then come inside the notification that stops.
+    bool Stop() {
+        const bool nested = std::exchange(stopping, true);
+        const bool stopped = control->StopBufferedAI(0);
+        stopping = nested;
+        return stopped;
     }
 
     void WaitFor(std::size_t count) {
@@ -90,11 +98,18 @@ protected:
 
     // Waits without running the event loop, as a blocked window does.
     void WaitUntilRead(std::uint64_t samples) {
-        for (int i = 0; i < 20000 && fake->SamplesRead() < samples; ++i)
+        for (int i = 0; i < 20000 && (fake->SamplesRead() < samples || fake->HasNews()); ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
         ASSERT_EQ(fake->SamplesRead(), samples);
         std::this_thread::sleep_for(
             std::chrono::milliseconds(10)); // for the reading thread to queue what it read
+    }
+
+    // Waits for so many more reads to begin.
+    void WaitForReads(int more) {
+        const int wanted = fake->Reads() + more;
+        for (int i = 0; i < 20000 && fake->Reads() < wanted; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
 
     void ExpectSilence() {
@@ -114,6 +129,7 @@ protected:
     std::vector<Notification> heard;
     std::function<void()> onNotification;
     bool inside = false;
+    bool stopping = false;
     std::unique_ptr<ZelAI> control = std::make_unique<ZelAI>();
 };
 

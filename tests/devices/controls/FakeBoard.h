@@ -4,15 +4,19 @@
 #include "devices/drivers/BoardList.h"
 
 #include <algorithm>
+#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <limits>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
 #include <vector>
+
+#include <sched.h>
 
 namespace tracelet {
 
@@ -52,6 +56,40 @@ public:
     void EndNext() {
         Change([&] { ending = true; });
     }
+    /// Calls of these do not return, stopped or not, until they are released.
+    void HangIn(bool inReads, bool inStops) {
+        Change([&] {
+            hangsInRead = inReads;
+            hangsInStop = inStops;
+        });
+    }
+    void Release() { HangIn(false, false); }
+    /// Every call that may fail throws a number instead of an exception.
+    void ThrowNumbers(bool value) {
+        Change([&] { throwsNumbers = value; });
+    }
+    /// Reads come back at once though there is nothing to read.
+    void BeHasty() {
+        Change([&] { hasty = true; });
+    }
+    /// Reads claim so many samples more than they were asked for.
+    void Claim(std::size_t samples) {
+        Change([&] { claimed = samples; });
+    }
+    /// A loss or a failure is still to be told.
+    [[nodiscard]] bool HasNews() const {
+        const std::lock_guard lock(mutex);
+        return lost > 0 || !failure.empty();
+    }
+    [[nodiscard]] int Reads() const {
+        const std::lock_guard lock(mutex);
+        return reads;
+    }
+    /// Scheduling policy of the thread that read last.
+    [[nodiscard]] int ReadingPolicy() const {
+        const std::lock_guard lock(mutex);
+        return readingPolicy;
+    }
     [[nodiscard]] std::uint64_t SamplesRead() const {
         const std::lock_guard lock(mutex);
         return handedOut;
@@ -65,6 +103,7 @@ public:
     std::string refusedOpen;
     std::string refusedStart;
     std::string refusedScan;
+    std::optional<double> settledRate; ///< what every rate is settled to
     int opened = 0;
     StreamSetup started;
     std::vector<ChannelSetup> scanned;
@@ -77,6 +116,9 @@ public:
         ++opened;
     }
     [[nodiscard]] double SettleSampleRate(double rate, std::int32_t channelCount) const override {
+        Refuse({});
+        if (settledRate)
+            return *settledRate;
         return std::min(rate, info.highestRate) - 0.25 * (channelCount - 1);
     }
     void ReadScan(std::span<const ChannelSetup> channels, std::span<double> values) override {
@@ -101,8 +143,12 @@ public:
         next = handedOut = 0;
     }
     [[nodiscard]] StreamRead ReadStream(StreamBuffer buffer) override {
+        Refuse({});
         std::unique_lock lock(mutex);
-        changed.wait_for(lock, std::chrono::milliseconds(50), [&] {
+        ++reads;
+        readingPolicy = sched_getscheduler(0) & ~SCHED_RESET_ON_FORK;
+        changed.wait(lock, [&] { return !hangsInRead; });
+        changed.wait_for(lock, std::chrono::milliseconds(hasty ? 0 : 50), [&] {
             return !streaming || handedOut < fed || lost > 0 || !failure.empty() || ending;
         });
         if (!streaming)
@@ -117,13 +163,17 @@ public:
         handedOut += count;
         if (started.totalSamples != 0 && handedOut == started.totalSamples)
             return {count, StreamState::Ended};
-        return {count, StreamState::Running};
+        return {count + claimed, StreamState::Running};
     }
     void StopStream() override {
-        Change([&] {
+        {
+            std::unique_lock lock(mutex);
+            changed.wait(lock, [&] { return !hangsInStop; });
             streaming = false;
             fed = 0;
-        });
+        }
+        changed.notify_all();
+        Refuse({});
     }
 
 private:
@@ -136,7 +186,9 @@ private:
         changed.notify_all();
     }
 
-    static void Refuse(const std::string& text) {
+    void Refuse(const std::string& text) const {
+        if (throwsNumbers)
+            throw 42;
         if (!text.empty())
             throw RunTimeError(text);
     }
@@ -160,6 +212,13 @@ private:
     std::condition_variable changed;
     bool streaming = false;
     bool ending = false;
+    bool hangsInRead = false;
+    bool hangsInStop = false;
+    std::atomic<bool> throwsNumbers = false;
+    bool hasty = false;
+    std::size_t claimed = 0;
+    int reads = 0;
+    int readingPolicy = -1;
     std::uint64_t fed = 0;       // samples that may be handed out since the start
     std::uint64_t handedOut = 0; // samples since the start
     std::uint64_t next = 0;      // number of the next sample, with the lost ones

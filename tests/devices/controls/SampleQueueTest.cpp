@@ -139,6 +139,34 @@ TEST(SampleQueueTest, ALeanQueueKeepsThePartialHalf) {
     EXPECT_EQ(queue.Take().kind, Kind::Half);
 }
 
+TEST(SampleQueueTest, TheRestIsWhatCameOfTheLastHalf) {
+    for (const bool lean : {false, true}) {
+        SampleQueue queue(8, 256, lean);
+        EXPECT_EQ(queue.Rest().size(), 0U);
+        for (int half = 0; half < 2; ++half) {
+            (void)queue.Room();
+            (void)queue.Commit(8);
+        }
+        queue.Room()[2] = std::byte{42};
+        (void)queue.Commit(3);
+        EXPECT_EQ(queue.Take().kind, Kind::Half);
+        EXPECT_EQ(queue.Take().kind, Kind::Half);
+        EXPECT_EQ(queue.Take().kind, Kind::None);
+        ASSERT_EQ(queue.Rest().size(), 3U);
+        EXPECT_EQ(queue.Rest()[2], std::byte{42});
+    }
+}
+
+TEST(SampleQueueTest, TheRestMayComeFromOutside) {
+    SampleQueue queue(8, 8, false);
+    (void)Fill(queue, 8, 100);
+    auto samples = std::make_unique<std::byte[]>(8);
+    samples[4] = std::byte{42};
+    queue.PutRest(std::move(samples), 5);
+    ASSERT_EQ(queue.Rest().size(), 5U);
+    EXPECT_EQ(queue.Rest()[4], std::byte{42});
+}
+
 TEST(SampleQueueTest, AFailureComesLast) {
     SampleQueue queue(8, 256, false);
     (void)queue.Room();

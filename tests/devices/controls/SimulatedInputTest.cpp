@@ -102,10 +102,10 @@ TEST_F(SimulatedInputTest, LostScansAreToldOnceAndTheInputGoesOn) {
     board->SetFaults(faults);
     ASSERT_TRUE(QTest::qWaitFor([&] { return testing::Value(heard, testing::Contains(Overrun)); }, 20000));
     WaitFor(heard.size() + 3);
-    control->StopBufferedAI(0);
     EXPECT_THAT(heard, testing::Contains(Overrun).Times(1));
     for (const Notification& notification : heard)
         EXPECT_EQ(notification.samples.size(), notification == Overrun ? 0U : 2045U);
+    control->StopBufferedAI(0);
 }
 
 TEST_F(SimulatedInputTest, AStopDoesNotWaitForASlowBoard) {

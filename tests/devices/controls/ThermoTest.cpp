@@ -128,6 +128,12 @@ TEST_F(ThermoTest, TheNarrowestRangeThatCoversTheLimitsIsUsed) {
     control.SetInputLimits(16, 0, 1);
 }
 
+TEST_F(ThermoTest, ARangeOfVoltsThatSaysSoCoversLimitsUpToTwenty) {
+    fake->info.ranges = {{0, -10, 10}, {1, 0, 20, RangeUnit::Volts}, {2, 0, 16, RangeUnit::Milliamperes}};
+    control.SetDeviceNumber(fakeNumber);
+    EXPECT_EQ(RangeCode(0, 15), 1);
+}
+
 TEST_F(ThermoTest, InputLimitsBelongToTheirChannel) {
     control.SetDeviceNumber(fakeNumber);
     control.SetInputLimits(3, 0, 1);

@@ -78,6 +78,7 @@ TEST_P(AnalogBoardContract, InfoIsSane) {
     std::set<std::pair<double, double>> limits;
     for (const InputRange& range : info.ranges) {
         EXPECT_LT(range.first, range.second);
+        EXPECT_FALSE(info.noFamily && range.unit == RangeUnit::Unstated) << range.second;
         EXPECT_TRUE(codes.insert(range.code).second) << "code twice: " << range.code;
         EXPECT_TRUE(limits.insert({range.first, range.second}).second) << "limits twice: " << range.second;
     }

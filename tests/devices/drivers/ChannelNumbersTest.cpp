@@ -8,10 +8,18 @@ namespace {
 
 using testing::ThrowsMessage;
 
+AnalogBoardInfo Board(const char* name, std::int32_t channelCount) {
+    AnalogBoardInfo board;
+    board.name = name;
+    board.channelCount = channelCount;
+    return board;
+}
+
 class ChannelNumbersTest : public testing::Test {
 protected:
     Table<std::int32_t> connections{17};
-    ChannelNumbers numbers{"PCI-9 plain", 16, connections};
+    const AnalogBoardInfo plain = Board("PCI-9 plain", 16);
+    ChannelNumbers numbers{plain, connections};
 };
 
 TEST_F(ChannelNumbersTest, SingleEndedChannelsKeepTheirNumbers) {
@@ -56,14 +64,15 @@ TEST_F(ChannelNumbersTest, NumbersWrapAround) {
 
 TEST_F(ChannelNumbersTest, RemaindersFollowTheSign) {
     for (const char* name : {"plain", "05"}) {
-        const ChannelNumbers signs{name, 16, connections};
+        const AnalogBoardInfo board = Board(name, 16);
+        const ChannelNumbers signs{board, connections};
         EXPECT_EQ(signs.PhysToLogical(-1), -1) << name;
         std::int32_t argument = -1;
         EXPECT_EQ(signs.LogicalToPhys(argument), -1) << name;
         EXPECT_EQ(argument, -1) << name;
     }
     // All before channel 0 is the same place to the walk, but not to a plain remainder.
-    EXPECT_EQ((ChannelNumbers{"05", 16, connections}.PhysToLogical(-18)), -2);
+    EXPECT_EQ((ChannelNumbers{Board("05", 16), connections}.PhysToLogical(-18)), -2);
     EXPECT_EQ(numbers.PhysToLogical(-18), -1);
 }
 
@@ -90,7 +99,8 @@ TEST_F(ChannelNumbersTest, AllDifferentialScanWalksEvenChannels) {
 TEST_F(ChannelNumbersTest, FamilyWithoutPairsIgnoresTheWiring) {
     connections[0] = connections[1] = 1;
     for (const char* name : {"PCI-6605HG", "3605", "x05"}) {
-        const ChannelNumbers unpaired{name, 16, connections};
+        const AnalogBoardInfo board = Board(name, 16);
+        const ChannelNumbers unpaired{board, connections};
         EXPECT_EQ(unpaired.LogicalCount(), 16) << name;
         EXPECT_EQ(unpaired.PhysToLogical(17), 1) << name;
         std::int32_t argument = 18;
@@ -99,20 +109,39 @@ TEST_F(ChannelNumbersTest, FamilyWithoutPairsIgnoresTheWiring) {
     }
 }
 
+TEST_F(ChannelNumbersTest, ABoardOfNoFamilyPairsWhateverItsName) {
+    connections[0] = connections[1] = 1;
+    AnalogBoardInfo board = Board("pci-6052e", 16);
+    board.noFamily = true;
+    const ChannelNumbers pairs{board, connections};
+    EXPECT_EQ(pairs.LogicalCount(), 15);
+    EXPECT_EQ(pairs.PhysToLogical(2), 1);
+    std::int32_t argument = 1;
+    EXPECT_EQ(pairs.LogicalToPhys(argument), 2);
+}
+
 TEST_F(ChannelNumbersTest, FaultsAreRaised) {
     EXPECT_THAT([&] { (void)numbers.PhysToLogical(17); },
                 ThrowsMessage<RunTimeError>("Subscript out of range"));
     connections[0] = 1;
-    const ChannelNumbers halfAPair{"plain", 1, connections}; // 0.5 logical channels round to 0
+    const AnalogBoardInfo single = Board("plain", 1);
+    const ChannelNumbers halfAPair{single, connections}; // 0.5 logical channels round to 0
     EXPECT_THAT([&] { (void)halfAPair.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
     connections[0] = 0;
-    const ChannelNumbers none{"05", 0, connections};
+    const AnalogBoardInfo empty05 = Board("05", 0);
+    const ChannelNumbers none{empty05, connections};
     EXPECT_THAT([&] { (void)none.PhysToLogical(0); }, ThrowsMessage<RunTimeError>("Division by zero"));
     Table<std::int32_t> empty;
-    const ChannelNumbers unsized{"plain", 16, empty};
+    const ChannelNumbers unsized{plain, empty};
     std::int32_t argument = 1;
     EXPECT_THAT([&] { (void)unsized.LogicalToPhys(argument); },
                 ThrowsMessage<RunTimeError>("Subscript out of range"));
+}
+
+TEST(PartnerOf, IsTheOtherOfThePair) {
+    const std::int32_t cases[][2] = {{0, 1}, {1, 0}, {2, 3}, {3, 2}, {14, 15}, {15, 14}, {63, 62}};
+    for (const auto& [channel, partner] : cases)
+        EXPECT_EQ(PartnerOf(channel), partner) << channel;
 }
 
 } // namespace

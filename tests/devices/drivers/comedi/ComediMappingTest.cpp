@@ -45,17 +45,17 @@ TEST(ComediMappingTest, CountsOfMoreBitsAreTheUpperSixteen) {
     EXPECT_EQ(CountOfWideCode(Longest, 32), 32767);
 }
 
-TEST(ComediMappingTest, RangesKeepTheirLimits) {
-    EXPECT_EQ(InputRangeOf(3, -10.0, 10.0, RangeUnit::Volts), (InputRange{3, -10.0, 10.0}));
-    EXPECT_EQ(InputRangeOf(0, 0.0, 0.05, RangeUnit::Volts), (InputRange{0, 0.0, 0.05}));
-    EXPECT_EQ(InputRangeOf(1, 0.0, 20.0, RangeUnit::Milliamperes), (InputRange{1, 0.0, 20.0}));
-    EXPECT_EQ(InputRangeOf(2, 4.0, 20.0, RangeUnit::Milliamperes), (InputRange{2, 4.0, 20.0}));
+TEST(ComediMappingTest, RangesKeepTheirLimitsAndTheirUnit) {
+    using enum RangeUnit;
+    EXPECT_EQ(InputRangeOf(3, -10.0, 10.0, Volts), (InputRange{3, -10.0, 10.0, Volts}));
+    EXPECT_EQ(InputRangeOf(0, 0.0, 0.05, Volts), (InputRange{0, 0.0, 0.05, Volts}));
+    EXPECT_EQ(InputRangeOf(5, 0.0, 20.0, Volts), (InputRange{5, 0.0, 20.0, Volts}));
+    EXPECT_EQ(InputRangeOf(1, 0.0, 20.0, Milliamperes), (InputRange{1, 0.0, 20.0, Milliamperes}));
+    EXPECT_EQ(InputRangeOf(2, 0.0, 32.0, Milliamperes), (InputRange{2, 0.0, 32.0, Milliamperes}));
 }
 
-TEST(ComediMappingTest, RangesWhoseUnitWouldBeMistakenAreLeftOut) {
-    EXPECT_FALSE(InputRangeOf(0, 0.0, 1.0, RangeUnit::None));
-    EXPECT_FALSE(InputRangeOf(0, -20.0, 20.0, RangeUnit::Volts));
-    EXPECT_FALSE(InputRangeOf(0, 0.0, 32.0, RangeUnit::Milliamperes));
+TEST(ComediMappingTest, RangesWithoutAUnitOrASpanAreLeftOut) {
+    EXPECT_FALSE(InputRangeOf(0, 0.0, 1.0, RangeUnit::Unstated));
     EXPECT_FALSE(InputRangeOf(0, 5.0, 5.0, RangeUnit::Volts));
     EXPECT_FALSE(InputRangeOf(0, std::nan(""), 5.0, RangeUnit::Volts));
 }
