@@ -17,7 +17,7 @@ void NoteFault(std::string& fault, Read read) {
     try {
         CallDriver(read);
     } catch (const std::exception& error) {
-        fault = *error.what() != '\0' ? error.what() : "The board failed";
+        fault = *error.what() != '\0' ? error.what() : WithoutReason;
     }
 }
 

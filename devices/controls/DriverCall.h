@@ -7,6 +7,9 @@
 
 namespace tracelet {
 
+/// What is said of a board that fails without a word.
+inline constexpr const char* WithoutReason = "The board's driver failed without saying why";
+
 /// Calls a board. Whatever its driver throws arrives as a std::exception.
 template <typename Call>
 decltype(auto) CallDriver(Call&& call) {
@@ -15,7 +18,7 @@ decltype(auto) CallDriver(Call&& call) {
     } catch (const std::exception&) {
         throw;
     } catch (...) {
-        throw RunTimeError("The board's driver failed without saying why");
+        throw RunTimeError(WithoutReason);
     }
 }
 

@@ -43,7 +43,7 @@ Table<std::int32_t> WiringWith(std::initializer_list<std::int32_t> pairs) {
     return wiring;
 }
 
-AnalogBoardInfo BoardNamed(const std::string& name) {
+AnalogBoardInfo BoardNamed(std::string_view name) {
     AnalogBoardInfo board;
     board.name = name;
     board.channelCount = Channels;
@@ -52,7 +52,7 @@ AnalogBoardInfo BoardNamed(const std::string& name) {
 
 struct AnalogCase {
     const char* name;
-    const char* board;
+    std::string_view board;
     std::initializer_list<std::int32_t> thermocouples;
     std::initializer_list<std::int32_t> pairs;
     std::int32_t start;
