@@ -15,9 +15,8 @@ namespace tracelet {
 // Threads: everything is called on the user-interface thread, but for three cases. ReadStream and StopStream
 // have a thread each; StopStream may be called while ReadStream waits, and makes it return, else the board
 // counts as gone. A board that says `mayBlock` has ReadScan, ReadThermocouple and ReadPorts called on a
-// polling thread, one at a time; while such a read does not return, other calls may come on the user-interface
-// thread.
-// Errors: RunTimeError with a text that a user understands.
+// polling thread, one at a time; while such a read does not return, other calls may come on the
+// user-interface thread. Errors: RunTimeError with a text that a user understands.
 
 /// What the limits of a range are in. Unstated, which only boards of a family may leave it, it follows from
 /// the limits (BoardFamily.h).
