@@ -27,7 +27,7 @@ using namespace Qt::StringLiterals;
 namespace tracelet {
 namespace {
 
-constexpr QSize openingSize{1000, 650};
+constexpr QSize OpeningSize{1000, 650};
 
 // Lays a group's widgets on a grid of its own.
 QGridLayout* GridIn(QGroupBox* group) {
@@ -39,12 +39,12 @@ QGridLayout* GridIn(QGroupBox* group) {
 }
 
 QPalette ChartPalette(QPalette palette) {
-    palette.setColor(QPalette::Window, chartGround);
-    palette.setColor(QPalette::Base, chartGround);
-    palette.setColor(QPalette::Button, chartGround.lighter(150));
+    palette.setColor(QPalette::Window, ChartGround);
+    palette.setColor(QPalette::Base, ChartGround);
+    palette.setColor(QPalette::Button, ChartGround.lighter(150));
     for (const auto role :
          {QPalette::WindowText, QPalette::Text, QPalette::ButtonText, QPalette::HighlightedText})
-        palette.setColor(role, chartText);
+        palette.setColor(role, ChartText);
     return palette;
 }
 
@@ -96,7 +96,7 @@ void MainWidgets::Build(QWidget& window) {
     LabelNotice = Named<NoticeLine>("LabelNotice", &window);
     NameForAssistance();
     OrderTabs();
-    window.resize(openingSize);
+    window.resize(OpeningSize);
 }
 
 void MainWidgets::BuildPlotList(QWidget& window) {
@@ -106,8 +106,8 @@ void MainWidgets::BuildPlotList(QWidget& window) {
 
     ListView1 = Named<QTreeWidget>("ListView1", FrameListView);
     QPalette rows = FrameListView->palette();
-    rows.setColor(QPalette::Highlight, chartGrid);
-    rows.setColor(QPalette::HighlightedText, chartText);
+    rows.setColor(QPalette::Highlight, ChartGrid);
+    rows.setColor(QPalette::HighlightedText, ChartText);
     ListView1->setPalette(rows);
     ListView1->setHeaderLabels({u" Chan"_s, u" Line"_s});
     ListView1->setRootIsDecorated(false);

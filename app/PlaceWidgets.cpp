@@ -17,21 +17,21 @@ namespace tracelet {
 namespace {
 
 // Designed sizes in pixels.
-constexpr int listWidth = 200;
-constexpr int displayHeight = 44;
-constexpr int playbackHeight = 82;
-constexpr int bottomRowHeight = 104;
-constexpr int commandsWidth = 183;
-constexpr int hintWidth = 180;
+constexpr int ListWidth = 200;
+constexpr int DisplayHeight = 44;
+constexpr int PlaybackHeight = 82;
+constexpr int BottomRowHeight = 104;
+constexpr int CommandsWidth = 183;
+constexpr int HintWidth = 180;
 
 QRect PixelRect(const WidgetPlace& place) {
-    const auto pixel = [](float twips) { return CLng(static_cast<double>(twips / twipsPerPixel)); };
+    const auto pixel = [](float twips) { return CLng(static_cast<double>(twips / TwipsPerPixel)); };
     const QPoint topLeft(pixel(place.left), pixel(place.top));
     return {topLeft, QSize(pixel(place.Right()) - topLeft.x(), pixel(place.Bottom()) - topLeft.y())};
 }
 
 WidgetPlace Twips(int top, QSize size) {
-    const auto twips = [](int pixels) { return static_cast<float>(pixels) * twipsPerPixel; };
+    const auto twips = [](int pixels) { return static_cast<float>(pixels) * TwipsPerPixel; };
     return {0.0F, twips(top), twips(size.width()), twips(size.height())};
 }
 
@@ -44,20 +44,20 @@ QSize Snug(const QWidget* widget, int width, int height) {
 
 WindowPlaces MainWidgets::DesignedPlaces() const {
     WindowPlaces at;
-    at.FrameListView = at.ListView1 = Twips(0, {listWidth, 0});
-    at.Picture4 = Twips(0, {listWidth, displayHeight});
+    at.FrameListView = at.ListView1 = Twips(0, {ListWidth, 0});
+    at.Picture4 = Twips(0, {ListWidth, DisplayHeight});
     DesignGroups(at);
     DesignPlaybackRow(at);
-    at.BtnStart = Twips(0, {commandsWidth, Snug(BtnStart, 0, 52).height()});
+    at.BtnStart = Twips(0, {CommandsWidth, Snug(BtnStart, 0, 52).height()});
     at.BtnModeSwitch = at.BtnSaveAs = at.BtnHistory = at.BtnExit =
-        Twips(0, {commandsWidth, Snug(BtnExit, 0, 30).height()});
+        Twips(0, {CommandsWidth, Snug(BtnExit, 0, 30).height()});
     return at;
 }
 
 void MainWidgets::DesignGroups(WindowPlaces& at) const {
-    const QSize set = Snug(FrameSet, 164, bottomRowHeight);
-    const QSize cmd = Snug(FrameCmd, 228, bottomRowHeight);
-    const QSize graph = Snug(FrameGraph, 154, bottomRowHeight);
+    const QSize set = Snug(FrameSet, 164, BottomRowHeight);
+    const QSize cmd = Snug(FrameCmd, 228, BottomRowHeight);
+    const QSize graph = Snug(FrameGraph, 154, BottomRowHeight);
     const int height = std::max({set.height(), cmd.height(), graph.height()});
     at.FrameSet = Twips(0, {set.width(), height});
     at.FrameCmd = Twips(0, {cmd.width(), height});
@@ -65,9 +65,9 @@ void MainWidgets::DesignGroups(WindowPlaces& at) const {
 }
 
 void MainWidgets::DesignPlaybackRow(WindowPlaces& at) const {
-    at.FrameHis = Twips(0, {0, playbackHeight});
+    at.FrameHis = Twips(0, {0, PlaybackHeight});
     const QMargins frame = FrameHis->contentsMargins();
-    const int room = playbackHeight - frame.top() - frame.bottom();
+    const int room = PlaybackHeight - frame.top() - frame.bottom();
     const auto centered = [&](const QWidget* widget, int width, int height) {
         const QSize size = Snug(widget, width, height);
         return Twips(frame.top() + (room - size.height()) / 2, size);
@@ -113,7 +113,7 @@ void MainWidgets::Place(OuterSize outer) const {
     const QRect bottomRow = PixelRect(at.FrameSet).united(PixelRect(at.BtnExit));
     LabelNotice->setGeometry(bottomRow.left(), bottomRow.bottom() + 1, bottomRow.width(),
                              LabelNotice->parentWidget()->height() - bottomRow.bottom() - 1);
-    LabelGraphHint->setVisible(FrameGraph->width() >= BtnClearGraph->minimumWidth() + hintWidth);
+    LabelGraphHint->setVisible(FrameGraph->width() >= BtnClearGraph->minimumWidth() + HintWidth);
 }
 
 } // namespace tracelet

@@ -8,37 +8,37 @@
 /// What every chart of the comparison is fed: 16 plots, one second of samples a frame's 2,500 scans apart.
 namespace chart_bench {
 
-constexpr int plots = 16;
-constexpr int blockScans = 2500;
-constexpr int width = 1200;
-constexpr int height = 600;
-constexpr double step = 1e-4; ///< seconds between scans
+constexpr int Plots = 16;
+constexpr int BlockScans = 2500;
+constexpr int Width = 1200;
+constexpr int Height = 600;
+constexpr double Step = 1e-4; ///< seconds between scans
 
 /// An endless stream of scans, computed beforehand so that making it costs no chart anything: a sine with
 /// noise on its own level for each plot.
 class Stream {
 public:
-    Stream() : values(static_cast<std::size_t>(blocks) * blockScans * plots) {
+    Stream() : values(static_cast<std::size_t>(Blocks) * BlockScans * Plots) {
         std::uint32_t noise = 1;
         std::size_t cell = 0;
-        for (int scan = 0; scan < blocks * blockScans; ++scan)
-            for (int plot = 0; plot < plots; ++plot) {
+        for (int scan = 0; scan < Blocks * BlockScans; ++scan)
+            for (int plot = 0; plot < Plots; ++plot) {
                 noise = noise * 1664525U + 1013904223U;
                 const double jitter = static_cast<double>(noise >> 8) / (1U << 24) - 0.5;
-                const double turn = 2 * M_PI * scan * (plot + 1) / (blocks * blockScans) * 4;
+                const double turn = 2 * M_PI * scan * (plot + 1) / (Blocks * BlockScans) * 4;
                 values[cell++] = static_cast<float>(9 - 1.2 * plot + 0.4 * std::sin(turn) + 0.3 * jitter);
             }
     }
 
     /// The next 2,500 scans, channel-interleaved.
     [[nodiscard]] const float* Next() {
-        const float* block = values.data() + static_cast<std::size_t>(next) * blockScans * plots;
-        next = (next + 1) % blocks;
+        const float* block = values.data() + static_cast<std::size_t>(next) * BlockScans * Plots;
+        next = (next + 1) % Blocks;
         return block;
     }
 
 private:
-    static constexpr int blocks = 40;
+    static constexpr int Blocks = 40;
     std::vector<float> values;
     int next = 0;
 };
@@ -55,7 +55,7 @@ inline std::uint32_t PlotColor(int plot) {
 
 /// Blocks that fill a chart of so many points a plot.
 inline int BlocksFor(std::int64_t points) {
-    return static_cast<int>((points + blockScans - 1) / blockScans);
+    return static_cast<int>((points + BlockScans - 1) / BlockScans);
 }
 
 } // namespace chart_bench

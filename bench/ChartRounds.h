@@ -24,13 +24,13 @@ namespace chart_bench {
 
 /// Scans that come with each frame: 2,500, but none that would have left the picture before it is painted.
 inline int FrameScans(std::int64_t points) {
-    return static_cast<int>(std::min<std::int64_t>(points, blockScans));
+    return static_cast<int>(std::min<std::int64_t>(points, BlockScans));
 }
 
 template <typename Chart>
 void Fill(Chart& chart, std::int64_t points) {
     for (int i = 0; i < BlocksFor(points); ++i)
-        chart.Append(blockScans);
+        chart.Append(BlockScans);
     chart.Paint();
 }
 
@@ -80,7 +80,7 @@ void Resize(benchmark::State& bench) {
     Fill(chart, bench.range(0));
     bool large = false;
     for (auto _ : bench) {
-        chart.Widget().resize(large ? width : width - 8, large ? height : height - 8);
+        chart.Widget().resize(large ? Width : Width - 8, large ? Height : Height - 8);
         large = !large;
         chart.Paint();
     }
@@ -101,9 +101,9 @@ void Memory(benchmark::State& bench) {
         chart.Paint();
         const double before = HeapInUse();
         for (int i = 0; i < 2 * BlocksFor(bench.range(0)); ++i)
-            chart.Append(blockScans);
+            chart.Append(BlockScans);
         bench.counters["bytes_a_sample"] =
-            (HeapInUse() - before) / static_cast<double>(bench.range(0)) / static_cast<double>(plots);
+            (HeapInUse() - before) / static_cast<double>(bench.range(0)) / static_cast<double>(Plots);
     }
 }
 
@@ -120,13 +120,13 @@ struct Comparison {
 /// ends are left out: what leaves or enters the picture there is cut by it.
 template <typename Chart>
 Comparison Compare(const Chart& chart, const QImage& earlier, const QImage& later, int shift) {
-    constexpr int cut = 4;
+    constexpr int Cut = 4;
     const QRect canvas = chart.Canvas();
     Comparison result;
-    for (int y = canvas.top() + cut; y <= canvas.bottom() - cut; ++y) {
+    for (int y = canvas.top() + Cut; y <= canvas.bottom() - Cut; ++y) {
         const auto* before = reinterpret_cast<const QRgb*>(earlier.constScanLine(y));
         const auto* after = reinterpret_cast<const QRgb*>(later.constScanLine(y));
-        for (int x = canvas.left() + cut; x + shift <= canvas.right() - cut; ++x) {
+        for (int x = canvas.left() + Cut; x + shift <= canvas.right() - Cut; ++x) {
             if (!Chart::IsTrace(before[x + shift]) && !Chart::IsTrace(after[x]))
                 continue;
             ++result.trace;
@@ -142,10 +142,10 @@ double ChangedPercent(Chart& chart, double pixels) {
         return chart.Widget().grab().toImage().convertToFormat(QImage::Format_RGB32);
     };
     double sum = 0;
-    constexpr int frames = 10;
+    constexpr int Frames = 10;
     QImage earlier = picture();
-    for (int i = 0; i < frames; ++i) {
-        chart.Append(blockScans);
+    for (int i = 0; i < Frames; ++i) {
+        chart.Append(BlockScans);
         chart.Paint();
         const QImage later = picture();
         double least = 100;
@@ -155,7 +155,7 @@ double ChangedPercent(Chart& chart, double pixels) {
         sum += least;
         earlier = later;
     }
-    return sum / frames;
+    return sum / Frames;
 }
 
 /// Trace pixels that differ when a scrolled frame is moved back, in percent: on the time axis of the scrolled
@@ -166,12 +166,12 @@ void Shift(benchmark::State& bench) {
     for (auto _ : bench) {
         Chart chart(bench.range(0));
         Fill(chart, bench.range(0));
-        const double frame = blockScans * step;
+        const double frame = BlockScans * Step;
         const double pixels = chart.Canvas().width() * frame / chart.Span();
         bench.counters["changed_percent"] = ChangedPercent(chart, pixels);
         const double whole = std::ceil(pixels);
         chart.SetSpan(chart.Canvas().width() * frame / whole);
-        chart.Append(blockScans);
+        chart.Append(BlockScans);
         chart.Paint();
         bench.counters["changed_percent_whole_shift"] = ChangedPercent(chart, whole);
     }
@@ -198,7 +198,7 @@ inline void Once(benchmark::internal::Benchmark* bench) {
 }
 
 inline void Show(QWidget& widget) {
-    widget.resize(width, height);
+    widget.resize(Width, Height);
     widget.show();
     QApplication::processEvents();
 }

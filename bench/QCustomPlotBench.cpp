@@ -21,7 +21,7 @@ struct Settings {
 // for thin lines. Without squeezing, points that have left the picture stay in memory for ever. None is
 // antialiased, labels are cached, nothing is selectable; OpenGL needs a display with OpenGL and a library
 // built for it.
-constexpr Settings variants[] = {
+constexpr Settings Variants[] = {
     {"best"},
     {"not adaptive", false},
     {"fast lines", true, true},
@@ -32,15 +32,15 @@ constexpr Settings variants[] = {
 
 class PeerChart {
 public:
-    explicit PeerChart(std::int64_t points, const Settings& settings = variants[0])
-        : span(static_cast<double>(points) * step) {
+    explicit PeerChart(std::int64_t points, const Settings& settings = Variants[0])
+        : span(static_cast<double>(points) * Step) {
         plot.setNotAntialiasedElements(QCP::aeAll);
         plot.setPlottingHint(QCP::phCacheLabels, true);
         plot.setPlottingHint(QCP::phFastPolylines, settings.fastLines);
         if (settings.oneBuffer)
             plot.layer(QStringLiteral("overlay"))->setMode(QCPLayer::lmLogical);
         plot.setInteractions(QCP::Interactions());
-        for (int i = 0; i < plots; ++i) {
+        for (int i = 0; i < Plots; ++i) {
             QCPGraph* graph = plot.addGraph();
             graph->setPen(QPen(QColor::fromRgb(PlotColor(i)), settings.pen));
             graph->setSelectable(QCP::stNone);
@@ -55,13 +55,13 @@ public:
     void Append(int count) {
         const float* values = TheStream().Next();
         block.resize(count);
-        for (int i = 0; i < plots; ++i) {
+        for (int i = 0; i < Plots; ++i) {
             for (int scan = 0; scan < count; ++scan)
-                block[scan] = {x + scan * step, static_cast<double>(values[scan * plots + i])};
+                block[scan] = {x + scan * Step, static_cast<double>(values[scan * Plots + i])};
             plot.graph(i)->data()->add(block, true);
-            plot.graph(i)->data()->removeBefore(x + count * step - span);
+            plot.graph(i)->data()->removeBefore(x + count * Step - span);
         }
-        x += count * step;
+        x += count * Step;
         plot.xAxis->setRange(x - span, x);
     }
 
@@ -87,7 +87,7 @@ private:
 
 /// A scrolled frame at other settings than those that proved best.
 void PeerSetting(benchmark::State& bench) {
-    ScrollSetting<PeerChart>(bench, variants[bench.range(0)]);
+    ScrollSetting<PeerChart>(bench, Variants[bench.range(0)]);
 }
 
 constexpr auto& PeerScroll = Scroll<PeerChart>;
@@ -102,7 +102,7 @@ BENCHMARK(PeerResize)->Apply(Large);
 BENCHMARK(PeerMemory)->Apply(Once);
 BENCHMARK(PeerShift)->Apply(Once);
 BENCHMARK(PeerSetting)
-    ->ArgsProduct({benchmark::CreateDenseRange(0, std::size(variants) - 1, 1), {1000, 100000}})
+    ->ArgsProduct({benchmark::CreateDenseRange(0, std::size(Variants) - 1, 1), {1000, 100000}})
     ->Apply(Measured);
 
 } // namespace

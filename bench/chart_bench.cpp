@@ -46,16 +46,16 @@ void BareFrame(benchmark::State& bench) {
 class GraphChart {
 public:
     explicit GraphChart(std::int64_t points) {
-        for (int i = 0; i < plots; ++i)
+        for (int i = 0; i < Plots; ++i)
             graph.AddPlot({QString::number(i), PlotColor(i), 0});
         graph.SetChartLength(static_cast<std::int32_t>(points));
-        graph.SetXAxisMax(static_cast<double>(points) * step);
+        graph.SetXAxisMax(static_cast<double>(points) * Step);
         Show(graph);
     }
 
     void Append(int count) {
-        const std::span<const float> block(TheStream().Next(), static_cast<std::size_t>(count) * plots);
-        graph.AppendSamples(step, ZelGraph::PlotInterleaved(count, plots, block));
+        const std::span<const float> block(TheStream().Next(), static_cast<std::size_t>(count) * Plots);
+        graph.AppendSamples(Step, ZelGraph::PlotInterleaved(count, Plots, block));
     }
     void Paint() { graph.repaint(); }
     void SetSpan(double seconds) {
@@ -65,7 +65,7 @@ public:
     [[nodiscard]] QWidget& Widget() { return graph; }
     [[nodiscard]] QRect Canvas() const { return graph.PlotRect(); }
     [[nodiscard]] static bool IsTrace(QRgb color) {
-        return color != tracelet::ChartColor::ground && color != tracelet::ChartColor::grid;
+        return color != tracelet::ChartColor::Ground && color != tracelet::ChartColor::Grid;
     }
 
 private:
@@ -78,34 +78,34 @@ void GraphAppend(benchmark::State& bench) {
     Fill(chart, bench.range(0));
     chart.Widget().hide();
     for (auto _ : bench)
-        chart.Append(blockScans);
+        chart.Append(BlockScans);
 }
 
 /// 64 plots that get one scan with its own time each tick, as polled input feeds them: ten seconds at 1 ms.
 class PolledGraph {
 public:
-    static constexpr int plots = 64;
-    static constexpr double period = 0.001; ///< seconds
-    static constexpr int frameTicks = 16;   ///< of a display at 60 frames a second
-    static constexpr int held = 10001;
+    static constexpr int Plots = 64;
+    static constexpr double Period = 0.001; ///< seconds
+    static constexpr int FrameTicks = 16;   ///< of a display at 60 frames a second
+    static constexpr int Held = 10001;
 
     PolledGraph() {
-        for (int i = 0; i < plots; ++i)
+        for (int i = 0; i < Plots; ++i)
             graph.AddPlot({QString::number(i), PlotColor(i), 0});
         graph.SetXAxisMax(10);
-        graph.SetChartLength(held);
+        graph.SetChartLength(Held);
         Show(graph);
     }
 
     void Tick() {
-        constexpr int scans = blockScans * chart_bench::plots / plots;
-        if (tick % scans == 0)
+        constexpr int Scans = BlockScans * chart_bench::Plots / Plots;
+        if (tick % Scans == 0)
             values = TheStream().Next();
-        graph.AppendScan(static_cast<double>(tick) * period, std::span(values, plots));
-        values += plots;
+        graph.AppendScan(static_cast<double>(tick) * Period, std::span(values, Plots));
+        values += Plots;
         ++tick;
     }
-    [[nodiscard]] bool FrameDue() const { return tick % frameTicks == 0; }
+    [[nodiscard]] bool FrameDue() const { return tick % FrameTicks == 0; }
     void Paint() { graph.repaint(); }
     [[nodiscard]] ZelGraph& Graph() { return graph; }
 
@@ -118,7 +118,7 @@ private:
 /// One tick; argument 1: with its share of the paints.
 void GraphTick(benchmark::State& bench) {
     PolledGraph polled;
-    for (int i = 0; i < PolledGraph::held; ++i)
+    for (int i = 0; i < PolledGraph::Held; ++i)
         polled.Tick();
     const bool paints = bench.range(0) != 0;
     polled.Graph().setVisible(paints);
@@ -182,7 +182,7 @@ void GraphHour(benchmark::State& bench) {
         GraphChart chart(bench.range(0));
         Fill(chart, bench.range(0));
         const auto frame = [&] {
-            chart.Append(blockScans);
+            chart.Append(BlockScans);
             chart.Paint();
         };
         MeasureHour(bench, 600, frame, frame);
@@ -193,10 +193,10 @@ void GraphHour(benchmark::State& bench) {
 void GraphTickHour(benchmark::State& bench) {
     for (auto _ : bench) {
         PolledGraph polled;
-        for (int i = 0; i < 2 * PolledGraph::held; ++i)
+        for (int i = 0; i < 2 * PolledGraph::Held; ++i)
             polled.Tick();
         const auto ticks = [&] {
-            for (int i = 0; i < PolledGraph::frameTicks; ++i)
+            for (int i = 0; i < PolledGraph::FrameTicks; ++i)
                 polled.Tick();
         };
         MeasureHour(

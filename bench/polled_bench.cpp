@@ -41,7 +41,7 @@ void RunFor(int milliseconds) {
 // The window as it stands open: painting at the display's rate, ticks from the real timer. Time reported is
 // processor time a second; the chart is filled by twelve seconds' scans beforehand.
 void PolledSession(benchmark::State& bench) {
-    constexpr int seconds = 8;
+    constexpr int Seconds = 8;
     std::uint32_t skipped = 0;
     BenchWindow window([&] { return GetTickCount() + skipped; });
     StartPolling(*window, 64);
@@ -53,7 +53,7 @@ void PolledSession(benchmark::State& bench) {
         const std::int64_t allocations = measure::Allocations();
         const double cpu = measure::CpuSeconds();
         const double wall = measure::WallSeconds();
-        RunFor(seconds * 1000);
+        RunFor(Seconds * 1000);
         const double elapsed = measure::WallSeconds() - wall;
         const double share = (measure::CpuSeconds() - cpu) / elapsed;
         const auto done = static_cast<double>(window->TickCount - ticks);
@@ -87,20 +87,20 @@ void PolledTick(benchmark::State& bench) {
 // An hour of ticks at 1 ms, 16 channels, as fast as they go, with 30 frames a second drawn. Compared are its
 // second and its last minute: in the first one the chart fills.
 void PolledHour(benchmark::State& bench) {
-    constexpr int minute = 60000; // ticks
+    constexpr int Minute = 60000; // ticks
     std::uint32_t now = 0;
     BenchWindow window([&] { return now; });
     StartPolling(*window, 16);
     window->ZelHiResTimerCtl1->SetTimerEnabled(frmMain::PollTimer, false);
     const auto runMinute = [&] { // microseconds of processor time a tick, frames included
         const double cpu = measure::CpuSeconds();
-        for (int tick = 0; tick < minute; ++tick) {
+        for (int tick = 0; tick < Minute; ++tick) {
             ++now;
             window->ZelHiResTimerCtl1_OnTimer(frmMain::PollTimer);
             if (tick % 33 == 0)
                 window->ZelGraph1->repaint();
         }
-        return (measure::CpuSeconds() - cpu) / minute * 1e6;
+        return (measure::CpuSeconds() - cpu) / Minute * 1e6;
     };
     for (auto _ : bench) {
         runMinute();

@@ -19,7 +19,7 @@ public:
 
     void Append(double x, double y) {
         if (values.empty())
-            values.reserve(2 * most + blockScans);
+            values.reserve(2 * most + BlockScans);
         if (values.size() == values.capacity()) {
             values.erase(values.begin(), values.begin() + static_cast<std::ptrdiff_t>(first));
             first = 0;
@@ -54,7 +54,7 @@ struct Settings {
 // QwtSetting measures them: the first is the best. With noise on every trace hardly a point falls together
 // with its neighbour and nearly all are visible, so that filtering and clipping cost more than they save; the
 // aggressive filter came with 6.2; ImageBuffer is for dots; OpenGL canvases need a display with OpenGL.
-constexpr Settings variants[] = {
+constexpr Settings Variants[] = {
     {"best"},
     {"filter", true},
     {"clipping", false, true},
@@ -66,8 +66,8 @@ constexpr Settings variants[] = {
 
 class QwtChart {
 public:
-    explicit QwtChart(std::int64_t points, const Settings& settings = variants[0])
-        : span(static_cast<double>(points) * step) {
+    explicit QwtChart(std::int64_t points, const Settings& settings = Variants[0])
+        : span(static_cast<double>(points) * Step) {
         plot.setAutoReplot(false);
         auto* canvas = new QwtPlotCanvas;
         canvas->setFrameStyle(QFrame::NoFrame);
@@ -76,7 +76,7 @@ public:
         canvas->setPaintAttribute(QwtPlotCanvas::ImmediatePaint, true);
         plot.setCanvas(canvas);
         plot.setAxisScale(QwtPlot::yLeft, -10, 10);
-        for (int i = 0; i < plots; ++i) {
+        for (int i = 0; i < Plots; ++i) {
             auto* curve = new QwtPlotCurve;
             curve->setPen(QPen(QColor::fromRgb(PlotColor(i)), settings.pen));
             curve->setPaintAttribute(QwtPlotCurve::ClipPolygons, settings.clip);
@@ -91,11 +91,11 @@ public:
 
     void Append(int count) {
         const float* block = TheStream().Next();
-        for (int i = 0; i < plots; ++i)
+        for (int i = 0; i < Plots; ++i)
             for (int scan = 0; scan < count; ++scan)
-                series[static_cast<std::size_t>(i)]->Append(x + scan * step,
-                                                            static_cast<double>(block[scan * plots + i]));
-        x += count * step;
+                series[static_cast<std::size_t>(i)]->Append(x + scan * Step,
+                                                            static_cast<double>(block[scan * Plots + i]));
+        x += count * Step;
         plot.setAxisScale(QwtPlot::xBottom, x - span, x);
     }
 
@@ -123,7 +123,7 @@ private:
 };
 
 void QwtSetting(benchmark::State& bench) {
-    ScrollSetting<QwtChart>(bench, variants[bench.range(0)]);
+    ScrollSetting<QwtChart>(bench, Variants[bench.range(0)]);
 }
 
 constexpr auto& QwtScroll = Scroll<QwtChart>;
@@ -138,7 +138,7 @@ BENCHMARK(QwtResize)->Apply(Large);
 BENCHMARK(QwtMemory)->Apply(Once);
 BENCHMARK(QwtShift)->Apply(Once);
 BENCHMARK(QwtSetting)
-    ->ArgsProduct({benchmark::CreateDenseRange(0, std::size(variants) - 1, 1), {1000, 100000}})
+    ->ArgsProduct({benchmark::CreateDenseRange(0, std::size(Variants) - 1, 1), {1000, 100000}})
     ->Apply(Measured);
 
 } // namespace

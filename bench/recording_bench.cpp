@@ -22,8 +22,8 @@ namespace {
 
 using namespace tracelet;
 
-constexpr std::int32_t channels = 16;
-constexpr std::int64_t longestFile = std::int64_t{256} << 20; // bytes
+constexpr std::int32_t Channels = 16;
+constexpr std::int64_t LongestFile = std::int64_t{256} << 20; // bytes
 
 // Blocks enough that none is still in the processor's cache when its turn comes again, as with blocks that a
 // board has just delivered.
@@ -62,7 +62,7 @@ void PlainWrite(benchmark::State& bench) {
         if (write(file, bytes.data(), bytes.size()) != std::ssize(bytes))
             std::abort();
         written += std::ssize(bytes);
-        if (written > longestFile) {
+        if (written > LongestFile) {
             bench.PauseTiming();
             written = ftruncate(file, 0) + lseek(file, 0, SEEK_SET);
             bench.ResumeTiming();
@@ -79,7 +79,7 @@ public:
         window->M1.SoftMode = false;
         window->bFAICyclic = true;
         window->nAISampleCnt = 1 << 24; // its own first half is far off
-        window->ZelAI1->SetScanChannelCount(channels);
+        window->ZelAI1->SetScanChannelCount(Channels);
         window->ZelAI1->SetSampleRate(1000);
         window->BuildPlots(false, true);
         window->ZelButton1->click();
@@ -96,7 +96,7 @@ public:
         emit window->ZelAI1->OnFirstBufferChange({}, block, static_cast<std::int32_t>(block.size()));
         written += std::ssize(block) * std::int64_t{sizeof(float)};
     }
-    [[nodiscard]] bool IsLong() const { return written > longestFile; }
+    [[nodiscard]] bool IsLong() const { return written > LongestFile; }
     void Shorten() {
         if (lseek(file, 0, SEEK_END) != written || ftruncate(file, 0) != 0) // all of it arrived
             std::abort();

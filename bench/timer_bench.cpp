@@ -23,18 +23,18 @@ namespace {
 
 using namespace tracelet;
 
-constexpr int seconds = 30;
-constexpr int framesASecond = 30;
-constexpr int plots = 16;
+constexpr int Seconds = 30;
+constexpr int FramesASecond = 30;
+constexpr int Plots = 16;
 
 int SleepingTicks(std::int64_t period, const std::atomic<bool>& stop) { // nanoseconds
-    constexpr std::int64_t second = 1'000'000'000;
+    constexpr std::int64_t Second = 1'000'000'000;
     const auto now = [] { return static_cast<std::int64_t>(measure::WallSeconds() * 1e9); };
     int ticks = 0;
     for (std::int64_t deadline = now() + period; !stop;) {
         timespec until{};
-        until.tv_sec = static_cast<time_t>(deadline / second);
-        until.tv_nsec = static_cast<long>(deadline % second);
+        until.tv_sec = static_cast<time_t>(deadline / Second);
+        until.tv_nsec = static_cast<long>(deadline % Second);
         while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &until, nullptr) != 0) {
         }
         ++ticks;
@@ -48,7 +48,7 @@ class MovingChart {
 public:
     explicit MovingChart(ZelGraph& painted) : graph(painted) {
         graph.RemovePlots();
-        for (int i = 0; i < plots; ++i)
+        for (int i = 0; i < Plots; ++i)
             graph.AddPlot({});
         graph.SetChartLength(100000);
         graph.SetXAxisMax(4.0);
@@ -61,18 +61,18 @@ public:
             graph.repaint();
         });
         frames.setTimerType(Qt::PreciseTimer);
-        frames.start(1000 / framesASecond);
+        frames.start(1000 / FramesASecond);
     }
 
 private:
-    static constexpr int scans = 25000 / framesASecond;
+    static constexpr int Scans = 25000 / FramesASecond;
     void Append() {
         graph.AppendSamples(1.0 / 25000,
-                            ZelGraph::PlotInterleaved(scans, plots, std::span<const float>(block)));
+                            ZelGraph::PlotInterleaved(Scans, Plots, std::span<const float>(block)));
     }
 
     ZelGraph& graph;
-    std::vector<float> block = std::vector<float>(std::size_t{scans} * plots);
+    std::vector<float> block = std::vector<float>(std::size_t{Scans} * Plots);
     QTimer frames;
 };
 
@@ -91,7 +91,7 @@ void Timer(benchmark::State& bench) {
     const MovingChart chart(*window->ZelGraph1);
     for (auto _ : bench) {
         std::vector<double> ticks;
-        ticks.reserve(static_cast<std::size_t>(seconds / period) + 10);
+        ticks.reserve(static_cast<std::size_t>(Seconds / period) + 10);
         std::atomic<bool> stop = false;
         int threadTicks = 0;
         std::thread thread(
@@ -102,7 +102,7 @@ void Timer(benchmark::State& bench) {
         const double start = measure::WallSeconds();
         control.AddTimer(QStringLiteral("Bench"), milliseconds, true);
         QEventLoop loop;
-        QTimer::singleShot(seconds * 1000, Qt::PreciseTimer, &loop, &QEventLoop::quit);
+        QTimer::singleShot(Seconds * 1000, Qt::PreciseTimer, &loop, &QEventLoop::quit);
         loop.exec();
         stop = true;
         thread.join();

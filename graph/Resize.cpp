@@ -9,17 +9,17 @@ namespace {
 
 // A desktop that tiles its windows, or whose screen is smaller than the minimum, gives back the size it
 // wants again and again; asking for ever would keep both busy.
-constexpr int snapsBeforeGivingIn = 8;
-constexpr qint64 quarrelMs = 500; // between two snaps of one quarrel
+constexpr int SnapsBeforeGivingIn = 8;
+constexpr qint64 QuarrelMs = 500; // between two snaps of one quarrel
 
 OuterSize Twips(QSize pixels) {
-    return {static_cast<float>(pixels.height()) * twipsPerPixel,
-            static_cast<float>(pixels.width()) * twipsPerPixel};
+    return {static_cast<float>(pixels.height()) * TwipsPerPixel,
+            static_cast<float>(pixels.width()) * TwipsPerPixel};
 }
 
 QSize SmallestOuter() {
-    const auto pixels = [](float twips) { return CLng(static_cast<double>(twips / twipsPerPixel)); };
-    return {pixels(minimumWidth), pixels(minimumHeight)};
+    const auto pixels = [](float twips) { return CLng(static_cast<double>(twips / TwipsPerPixel)); };
+    return {pixels(MinimumWidth), pixels(MinimumHeight)};
 }
 
 } // namespace
@@ -38,11 +38,11 @@ void frmMain::Form_Resize() {
 
 void frmMain::SnapToMinimum() {
     const QSize frame = frameGeometry().size() - size();
-    const bool again = size() == snappedFrom && sinceSnap.elapsed() < quarrelMs;
+    const bool again = size() == snappedFrom && sinceSnap.elapsed() < QuarrelMs;
     snapsInARow = again ? snapsInARow + 1 : 1;
     snappedFrom = size();
     sinceSnap.start();
-    if (snapsInARow > snapsBeforeGivingIn)
+    if (snapsInARow > SnapsBeforeGivingIn)
         LayOut(SmallestOuter());
     else
         resize(SmallestOuter() - frame);

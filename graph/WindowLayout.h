@@ -5,10 +5,10 @@ namespace tracelet {
 // Layout of the main window. All lengths are twips (1/1440 inch) in single precision; 15 of them are one
 // device-independent pixel. Positions are relative to the group that holds the widget, else to the window.
 
-inline constexpr float twipsPerPixel = 15.0F;
-inline constexpr float minimumHeight = 7245.0F; ///< smallest outer height of the window
-inline constexpr float minimumWidth = 11445.0F; ///< smallest outer width of the window
-inline constexpr float layoutGap = 50.0F;
+inline constexpr float TwipsPerPixel = 15.0F;
+inline constexpr float MinimumHeight = 7245.0F; ///< smallest outer height of the window
+inline constexpr float MinimumWidth = 11445.0F; ///< smallest outer width of the window
+inline constexpr float LayoutGap = 50.0F;
 
 struct OuterSize {
     float height = 0.0F;

@@ -9,21 +9,21 @@ namespace tracelet {
 
 namespace {
 
-constexpr double largestEnd = 1e100;
-constexpr int mostZeros = 5;   ///< decimals, or zeros before the point, of ticks that are never powers
-constexpr int fittedParts = 8; ///< of a fitted range, at most
-constexpr int fewParts = 4;    ///< of one that had to widen, so that it need not soon again
-constexpr double wellFilled = 0.4;
-constexpr double otherView = 1.5; ///< a window so many times as long or short as before is another one
-constexpr double badlyFilled = 0.2;
-constexpr int patience = 3; ///< windows
+constexpr double LargestEnd = 1e100;
+constexpr int MostZeros = 5;   ///< decimals, or zeros before the point, of ticks that are never powers
+constexpr int FittedParts = 8; ///< of a fitted range, at most
+constexpr int FewParts = 4;    ///< of one that had to widen, so that it need not soon again
+constexpr double WellFilled = 0.4;
+constexpr double OtherView = 1.5; ///< a window so many times as long or short as before is another one
+constexpr double BadlyFilled = 0.2;
+constexpr int Patience = 3; ///< windows
 
 double TenTo(int exponent) {
     return std::pow(10.0, exponent);
 }
 
 double Bounded(double value) {
-    return std::isnan(value) ? 0 : std::clamp(value, -largestEnd, largestEnd);
+    return std::isnan(value) ? 0 : std::clamp(value, -LargestEnd, LargestEnd);
 }
 
 std::string Plain(std::int64_t digits, int exponent) {
@@ -144,7 +144,7 @@ TickForm FormFor(TickRange ticks, TickStep step, std::size_t longest) {
     for (std::int64_t tick = ticks.first; tick <= ticks.last; ++tick)
         for (const bool powers : {false, true})
             widest[powers] = std::max(widest[powers], Written(tick, step, powers).size());
-    TickForm form{std::abs(DigitsOf(0, step).exponent) > mostZeros && widest[1] < widest[0]};
+    TickForm form{std::abs(DigitsOf(0, step).exponent) > MostZeros && widest[1] < widest[0]};
     if (widest[form.powers] > longest) {
         form.base = Roundest(ticks);
         form.powers = FormFor({ticks.first - form.base, ticks.last - form.base}, step).powers;
@@ -178,25 +178,25 @@ AxisSpan DrawnSpan(double minimum, double maximum) {
 AxisSpan FittedSpan(double low, double high, AxisSpan current) {
     const double length = high - low;
     const bool inside = low >= current.low && high <= current.high;
-    if (inside && length >= wellFilled * current.Length())
+    if (inside && length >= WellFilled * current.Length())
         return current;
-    const AxisSpan fitted = Rounded(DrawnSpan(low, high), fittedParts);
-    const bool roomy = inside && fitted.Length() > wellFilled * current.Length();
+    const AxisSpan fitted = Rounded(DrawnSpan(low, high), FittedParts);
+    const bool roomy = inside && fitted.Length() > WellFilled * current.Length();
     return roomy ? current : fitted;
 }
 
 AxisSpan CalmSpan::Next(double low, double high, AxisSpan current, AxisSpan window) {
     const double length = window.Length();
-    const bool otherWindow = length > otherView * windowLength || otherView * length < windowLength;
-    const bool filled = high - low >= badlyFilled * current.Length();
+    const bool otherWindow = length > OtherView * windowLength || OtherView * length < windowLength;
+    const bool filled = high - low >= BadlyFilled * current.Length();
     if (otherWindow || filled || window.high < filledAt)
         filledAt = window.high;
     windowLength = length;
-    if (otherWindow || window.high - filledAt > patience * length)
+    if (otherWindow || window.high - filledAt > Patience * length)
         return FittedSpan(low, high, current);
     if (low >= current.low && high <= current.high)
         return current;
-    return Rounded(DrawnSpan(std::min(low, current.low), std::max(high, current.high)), fewParts);
+    return Rounded(DrawnSpan(std::min(low, current.low), std::max(high, current.high)), FewParts);
 }
 
 } // namespace tracelet

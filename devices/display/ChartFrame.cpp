@@ -13,20 +13,20 @@ namespace tracelet {
 
 namespace {
 
-constexpr int padding = 6;
-constexpr int gap = 5; ///< between labels and the plot area
-constexpr int tickLength = 3;
-constexpr int rowsPerTick = 48;
-constexpr int columnsPerTick = 80;
-constexpr int timeLabelGap = 20;
-constexpr int nameOverlap = 2;    ///< rows that names above each other may share: few letters reach there
-constexpr int mostNamedShare = 3; ///< names take at most one part in so many of the width
-constexpr int stripStep = 8;      ///< widths are multiples of it, so that they seldom change
-constexpr int fewestPixels = 24;
-constexpr qsizetype mostTexts = 512;
+constexpr int Padding = 6;
+constexpr int Gap = 5; ///< between labels and the plot area
+constexpr int TickLength = 3;
+constexpr int RowsPerTick = 48;
+constexpr int ColumnsPerTick = 80;
+constexpr int TimeLabelGap = 20;
+constexpr int NameOverlap = 2;    ///< rows that names above each other may share: few letters reach there
+constexpr int MostNamedShare = 3; ///< names take at most one part in so many of the width
+constexpr int StripStep = 8;      ///< widths are multiples of it, so that they seldom change
+constexpr int FewestPixels = 24;
+constexpr qsizetype MostTexts = 512;
 
-constexpr std::size_t longestLabel = 9; ///< characters, beside the plot area
-constexpr double divisions = 10;
+constexpr std::size_t LongestLabel = 9; ///< characters, beside the plot area
+constexpr double Divisions = 10;
 
 QString ToText(std::int64_t number, const AxisStrip& strip) {
     return QString::fromStdString(TickText(number, strip.step, strip.form));
@@ -61,10 +61,10 @@ int ChartFrame::WidestLabel(const AxisStrip& strip) const {
 
 void ChartFrame::Arrange(QSize size) {
     const bool titles = size.height() >= Px(160);
-    const int above = Px(padding) + (titles ? lineHeight + Px(2) : lineHeight / 2);
-    int below = Px(padding);
+    const int above = Px(Padding) + (titles ? lineHeight + Px(2) : lineHeight / 2);
+    int below = Px(Padding);
     if (timeShown)
-        below += lineHeight + Px(gap);
+        below += lineHeight + Px(Gap);
     if (timeShown && titles && !time.title.isEmpty())
         below += lineHeight;
     plot = QRect(0, above, size.width(), size.height() - above - below);
@@ -72,7 +72,7 @@ void ChartFrame::Arrange(QSize size) {
         ArrangeTicks(strip);
         strip.block =
             ArrangeNames(strip.names, RowScale(strip.span.low, strip.span.high, plot.height()),
-                         QFontMetrics(font), lineHeight - Px(nameOverlap), size.width() / mostNamedShare);
+                         QFontMetrics(font), lineHeight - Px(NameOverlap), size.width() / MostNamedShare);
     }
     ArrangeStrips(size);
     ArrangeTimeTicks();
@@ -81,23 +81,23 @@ void ChartFrame::Arrange(QSize size) {
 /// Two ticks at least: one says nothing of the scale.
 void ChartFrame::ArrangeTicks(AxisStrip& strip) const {
     constexpr double surely = 5; // a step of at most half the span
-    double count = std::max(2.0, std::floor(plot.height() / (rowsPerTick * scale)));
+    double count = std::max(2.0, std::floor(plot.height() / (RowsPerTick * scale)));
     do {
         strip.step = StepFor(strip.span.Length(), count);
         strip.ticks = TicksWithin(strip.span.low, strip.span.high, strip.step);
     } while (strip.ticks.first >= strip.ticks.last && ++count <= surely);
-    strip.form = FormFor(strip.ticks, strip.step, longestLabel);
+    strip.form = FormFor(strip.ticks, strip.step, LongestLabel);
 }
 
 void ChartFrame::ArrangeStrips(QSize size) {
-    int left = Px(padding);
-    int right = size.width() - Px(2 * padding);
+    int left = Px(Padding);
+    int right = size.width() - Px(2 * Padding);
     for (std::size_t i = 0; i < strips.size(); ++i) {
         AxisStrip& strip = strips[i];
-        const int step = Px(stripStep);
+        const int step = Px(StripStep);
         strip.left = i == 0; // its title goes on above the plot area
         const int widest = std::max(WidestLabel(strip), strip.left ? 0 : TitleWidth(strip));
-        const int width = (widest + Px(gap + tickLength) + step - 1) / step * step;
+        const int width = (widest + Px(Gap + TickLength) + step - 1) / step * step;
         if (strip.left) {
             strip.area = QRect(left, plot.top(), width, plot.height());
             left += width;
@@ -116,7 +116,7 @@ void ChartFrame::ArrangeStrips(QSize size) {
     }
     plot.setLeft(left);
     plot.setRight(right - 1);
-    if (plot.width() < fewestPixels || plot.height() < fewestPixels)
+    if (plot.width() < FewestPixels || plot.height() < FewestPixels)
         plot = QRect();
 }
 
@@ -131,13 +131,13 @@ double ChartFrame::LabelTimesEvery(TickStep step) {
     int width = 0;
     for (std::int64_t tick = widest.first; tick <= widest.last; ++tick)
         width = std::max(width, QFontMetrics(font).horizontalAdvance(ToText(tick, time)));
-    return width + timeLabelGap * scale;
+    return width + TimeLabelGap * scale;
 }
 
 void ChartFrame::ArrangeTimeTicks() {
     const double span = time.span.Length();
     const double columnsPerSecond = plot.width() / span;
-    if (std::abs(span - divisions * division) <= 1e-6 * span) {
+    if (std::abs(span - Divisions * division) <= 1e-6 * span) {
         timeGrid = StepOf(division);
         for (const std::int64_t every : {1, 2, 5, 10})
             if (const TickStep step = Multiple(timeGrid, every);
@@ -145,7 +145,7 @@ void ChartFrame::ArrangeTimeTicks() {
                 break;
     } else {
         // Longer labels need wider steps, which may need shorter labels: two rounds settle it.
-        double spacing = columnsPerTick * scale;
+        double spacing = ColumnsPerTick * scale;
         for (int round = 0; round < 2; ++round) {
             timeGrid = StepFor(span, std::max(1.0, std::floor(plot.width() / spacing)));
             spacing = std::max(spacing, LabelTimesEvery(timeGrid));
@@ -191,9 +191,9 @@ const QImage& ChartFrame::Label(std::int64_t number, const AxisStrip& strip) {
     const auto found = labels.constFind(key);
     if (found != labels.constEnd())
         return *found;
-    if (labels.size() >= mostTexts)
+    if (labels.size() >= MostTexts)
         labels.clear();
-    return *labels.insert(key, Rendered(ToText(number, strip), ChartColor::label));
+    return *labels.insert(key, Rendered(ToText(number, strip), ChartColor::Label));
 }
 
 const QImage& ChartFrame::Text(const QString& text, QRgb color) {
@@ -201,7 +201,7 @@ const QImage& ChartFrame::Text(const QString& text, QRgb color) {
     const auto found = texts.constFind(key);
     if (found != texts.constEnd())
         return *found;
-    if (texts.size() >= mostTexts)
+    if (texts.size() >= MostTexts)
         texts.clear();
     return *texts.insert(key, Rendered(text, color));
 }
@@ -222,7 +222,7 @@ void ChartFrame::Draw(QPainter& painter, QSize size, const ColumnGrid& grid, std
 }
 
 void ChartFrame::DrawGround(QPainter& painter, QSize size) const {
-    const QColor ground(ChartColor::ground);
+    const QColor ground(ChartColor::Ground);
     if (plot.isEmpty()) {
         painter.fillRect(QRect(QPoint(), size), ground);
         return;
@@ -234,7 +234,7 @@ void ChartFrame::DrawGround(QPainter& painter, QSize size) const {
     painter.fillRect(0, plot.top(), plot.left(), plot.height(), ground);
     painter.fillRect(right, plot.top(), size.width() - right, plot.height(), ground);
     const int line = std::max(1, Px(1));
-    const QColor border(ChartColor::border);
+    const QColor border(ChartColor::Border);
     painter.fillRect(plot.left() - line, plot.top() - line, plot.width() + 2 * line, line, border);
     painter.fillRect(plot.left() - line, bottom, plot.width() + 2 * line, line, border);
     painter.fillRect(plot.left() - line, plot.top(), line, plot.height(), border);
@@ -246,18 +246,18 @@ void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
     const int line = std::max(1, Px(1));
     if (!strip.left)
         painter.fillRect(strip.area.left(), plot.top() - line, line, plot.height() + 2 * line,
-                         QColor(ChartColor::border));
+                         QColor(ChartColor::Border));
     for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick) {
         const int row = plot.top() + Int(scaleOf.RowOf(strip.step.At(tick)));
         const QImage& label = Label(tick, strip);
         const int y = row - label.height() / 2;
         if (strip.left) {
-            painter.drawImage(strip.area.right() + 1 - Px(gap + tickLength) - label.width() + 1, y, label);
-            painter.fillRect(plot.left() - Px(tickLength) - line, row, Px(tickLength), line,
-                             QColor(ChartColor::border));
+            painter.drawImage(strip.area.right() + 1 - Px(Gap + TickLength) - label.width() + 1, y, label);
+            painter.fillRect(plot.left() - Px(TickLength) - line, row, Px(TickLength), line,
+                             QColor(ChartColor::Border));
         } else {
-            painter.drawImage(strip.area.left() + Px(gap + tickLength), y, label);
-            painter.fillRect(strip.area.left() + line, row, Px(tickLength), line, QColor(ChartColor::border));
+            painter.drawImage(strip.area.left() + Px(Gap + TickLength), y, label);
+            painter.fillRect(strip.area.left() + line, row, Px(TickLength), line, QColor(ChartColor::Border));
         }
     }
 }
@@ -265,7 +265,7 @@ void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
 void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
     const double half = RowScale(strip.span.low, strip.span.high, plot.height()).perUnit / 2;
     const int left =
-        strip.left ? strip.area.right() - Px(gap) - strip.block.width : strip.area.left() + Px(gap);
+        strip.left ? strip.area.right() - Px(Gap) - strip.block.width : strip.area.left() + Px(Gap);
     for (const NameLabel& name : strip.block.labels) {
         if (name.row + half < 0 || name.row - half > plot.height())
             continue;
@@ -277,11 +277,11 @@ void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
 }
 
 bool ChartFrame::HasTitles() const {
-    return plot.top() >= lineHeight + Px(padding);
+    return plot.top() >= lineHeight + Px(Padding);
 }
 
 int ChartFrame::TitleWidth(const AxisStrip& strip) {
-    return HasTitles() && !strip.title.isEmpty() ? Text(strip.title, ChartColor::title).width() : 0;
+    return HasTitles() && !strip.title.isEmpty() ? Text(strip.title, ChartColor::Title).width() : 0;
 }
 
 void ChartFrame::DrawTitles(QPainter& painter) {
@@ -290,9 +290,9 @@ void ChartFrame::DrawTitles(QPainter& painter) {
     for (const AxisStrip& strip : strips) {
         if (strip.title.isEmpty())
             continue;
-        const QImage& title = Text(strip.title, ChartColor::title);
-        const int x = strip.left ? Px(padding) : strip.area.left() + Px(gap + tickLength);
-        painter.drawImage(x, Px(padding) / 2, title);
+        const QImage& title = Text(strip.title, ChartColor::Title);
+        const int x = strip.left ? Px(Padding) : strip.area.left() + Px(Gap + TickLength);
+        painter.drawImage(x, Px(Padding) / 2, title);
     }
 }
 
@@ -306,16 +306,16 @@ void ChartFrame::DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid,
         const int x = plot.left() + offset;
         const QImage& label = Label(tick, time);
         const int labelX = std::min(x - label.width() / 2, size.width() - label.width());
-        painter.fillRect(x, top + line, line, Px(tickLength), QColor(ChartColor::border));
+        painter.fillRect(x, top + line, line, Px(TickLength), QColor(ChartColor::Border));
         if (labelX < free)
             continue;
-        painter.drawImage(labelX, top + Px(gap), label);
-        free = labelX + label.width() + Px(timeLabelGap) / 2;
+        painter.drawImage(labelX, top + Px(Gap), label);
+        free = labelX + label.width() + Px(TimeLabelGap) / 2;
     }
-    const int titleTop = top + Px(gap) + lineHeight;
+    const int titleTop = top + Px(Gap) + lineHeight;
     if (time.title.isEmpty() || titleTop + lineHeight > size.height())
         return;
-    const QImage& title = Text(time.title, ChartColor::title);
+    const QImage& title = Text(time.title, ChartColor::Title);
     painter.drawImage(plot.center().x() - title.width() / 2, titleTop, title);
 }
 

@@ -19,12 +19,12 @@ namespace tracelet {
 
 /// Colours of the chart, the same in light and dark palettes: traces carry the picture.
 namespace ChartColor {
-constexpr QRgb ground = 0xff10151a;
-constexpr QRgb grid = 0xff2b333b;
-constexpr QRgb border = 0xff3d4852;
-constexpr QRgb label = 0xffaab6c1;
-constexpr QRgb title = 0xff7d8b98;
-constexpr QRgb focus = 0xff4d7ea8;
+constexpr QRgb Ground = 0xff10151a;
+constexpr QRgb Grid = 0xff2b333b;
+constexpr QRgb Border = 0xff3d4852;
+constexpr QRgb Label = 0xffaab6c1;
+constexpr QRgb Title = 0xff7d8b98;
+constexpr QRgb Focus = 0xff4d7ea8;
 } // namespace ChartColor
 
 /// An axis beside the plot area.

@@ -13,23 +13,23 @@ namespace tracelet {
 template <typename T, int chunkBits>
 class ChunkRing {
 public:
-    static constexpr std::int64_t chunkSize = std::int64_t{1} << chunkBits;
+    static constexpr std::int64_t ChunkSize = std::int64_t{1} << chunkBits;
 
     [[nodiscard]] std::int64_t First() const { return first; }
     [[nodiscard]] std::int64_t End() const { return end; }
     [[nodiscard]] std::int64_t Count() const { return end - first; }
 
     [[nodiscard]] const T& operator[](std::int64_t index) const {
-        return chunks[Slot(index)][index & (chunkSize - 1)];
+        return chunks[Slot(index)][index & (ChunkSize - 1)];
     }
 
     /// The values from `index` up to the end of its chunk stand one behind the other.
     [[nodiscard]] const T* From(std::int64_t index) const {
-        return chunks[Slot(index)].get() + (index & (chunkSize - 1));
+        return chunks[Slot(index)].get() + (index & (ChunkSize - 1));
     }
     /// Number of values from `index` on that From reaches, never beyond the end of the chunk.
     [[nodiscard]] static std::int64_t Run(std::int64_t index) {
-        return chunkSize - (index & (chunkSize - 1));
+        return ChunkSize - (index & (ChunkSize - 1));
     }
 
     /// Makes sure that `count` further values fit without allocating; throws std::bad_alloc, the values held
@@ -54,13 +54,13 @@ public:
     /// and tell Extended then.
     [[nodiscard]] T* Extend(std::int64_t wanted, std::int64_t& room) {
         room = wanted < Run(end) ? wanted : Run(end);
-        return chunks[Slot(end)].get() + (end & (chunkSize - 1));
+        return chunks[Slot(end)].get() + (end & (ChunkSize - 1));
     }
     void Extended(std::int64_t count) { end += count; }
 
     void Push(const T& value) {
         Reserve(1);
-        chunks[Slot(end)][end & (chunkSize - 1)] = value;
+        chunks[Slot(end)][end & (ChunkSize - 1)] = value;
         ++end;
     }
 
@@ -76,7 +76,7 @@ public:
     }
 
     [[nodiscard]] std::size_t HeldBytes() const {
-        return chunkCount * static_cast<std::size_t>(chunkSize) * sizeof(T) + chunks.size() * sizeof(Pointer);
+        return chunkCount * static_cast<std::size_t>(ChunkSize) * sizeof(T) + chunks.size() * sizeof(Pointer);
     }
 
 private:
@@ -93,7 +93,7 @@ private:
             chunk = std::move(spare);
             return;
         }
-        chunk = Pointer(new T[chunkSize]);
+        chunk = Pointer(new T[ChunkSize]);
         ++chunkCount;
     }
 

@@ -21,8 +21,8 @@ namespace {
 }
 
 /// Neighbouring columns that are drawn in one go, as many as fit into the vector registers of every machine.
-constexpr std::size_t lanes = 4;
-using Ints [[gnu::vector_size(lanes * sizeof(int))]] = int;
+constexpr std::size_t LaneCount = 4;
+using Ints [[gnu::vector_size(LaneCount * sizeof(int))]] = int;
 
 /// Rows that a span covers, before clipping, and how much of the rows beside it, in 256ths.
 struct RowSpan {
@@ -34,8 +34,8 @@ struct RowSpan {
 
 /// Whole 256ths of a row; RowOf keeps the sum above 0, where cutting off the fraction is rounding down.
 [[gnu::always_inline]] inline int FixedRow(double row) {
-    constexpr int lift = 256;
-    return static_cast<int>((row + lift) * 256) - lift * 256;
+    constexpr int Lift = 256;
+    return static_cast<int>((row + Lift) * 256) - Lift * 256;
 }
 
 [[gnu::always_inline]] inline RowSpan RowsOf(const Extent& extent, const RowScale& scale, int thickness) {
@@ -53,7 +53,7 @@ struct RowSpan {
     return {visible ? rows.top : height + 1, visible ? rows.bottom : -2, rows.softTop, rows.softBottom};
 }
 
-constexpr int dimShare = 90; ///< 256ths of the colour that parts left out of a crowded trace keep
+constexpr int DimShare = 90; ///< 256ths of the colour that parts left out of a crowded trace keep
 
 class SpanPainter {
 public:
@@ -69,8 +69,8 @@ public:
     /// Solid for neighbouring columns.
     void Solid(int x, std::span<const RowSpan> rows) const {
         std::size_t i = 0;
-        for (; i + lanes <= rows.size(); i += lanes)
-            FillGroup(x + static_cast<int>(i), rows.subspan(i).first<lanes>());
+        for (; i + LaneCount <= rows.size(); i += LaneCount)
+            FillGroup(x + static_cast<int>(i), rows.subspan(i).first<LaneCount>());
         for (; i < rows.size(); ++i)
             Fill(x + static_cast<int>(i), rows[i]);
         for (i = 0; stroke.soft && i < rows.size(); ++i)
@@ -93,7 +93,7 @@ public:
     void Dimmed(int x, const RowSpan& rows) const {
         const int bottom = std::min(rows.bottom, pixels.height - 1);
         for (int row = std::max(rows.top, 0); row <= bottom; ++row)
-            Tint(x, row, dimShare);
+            Tint(x, row, DimShare);
     }
 
 private:
@@ -105,9 +105,9 @@ private:
             *cell = stroke.color;
     }
 
-    static constexpr int step = 4; ///< rows that are filled without a look whether they are the last
+    static constexpr int Step = 4; ///< rows that are filled without a look whether they are the last
 
-    void FillGroup(int x, std::span<const RowSpan, lanes> rows) const {
+    void FillGroup(int x, std::span<const RowSpan, LaneCount> rows) const {
         int first = pixels.height;
         int last = -1;
         int covered = 0; // rows less one of each
@@ -119,10 +119,10 @@ private:
         first = std::max(first, 0);
         last = std::min(last, pixels.height - 1);
         // Rows are filled in one go, unless the columns have few in common.
-        constexpr int bonus = 24;
-        const int tall = (last - first + step) / step * step;
-        if (last - first > covered + bonus || tall > pixels.height) {
-            for (std::size_t i = 0; i < lanes; ++i)
+        constexpr int Bonus = 24;
+        const int tall = (last - first + Step) / Step * Step;
+        if (last - first > covered + Bonus || tall > pixels.height) {
+            for (std::size_t i = 0; i < LaneCount; ++i)
                 Fill(x + static_cast<int>(i), rows[i]);
             return;
         }
@@ -131,15 +131,15 @@ private:
     }
 
     /// Fills `count` rows of neighbouring columns between the top and bottom of each.
-    void FillRows(int x, int first, int count, std::span<const RowSpan, lanes> rows) const {
+    void FillRows(int x, int first, int count, std::span<const RowSpan, LaneCount> rows) const {
         const Ints color = Ints{} + static_cast<int>(stroke.color);
         const Ints above = Ints{rows[0].top, rows[1].top, rows[2].top, rows[3].top} - 1;
         const Ints below = Ints{rows[0].bottom, rows[1].bottom, rows[2].bottom, rows[3].bottom} + 1;
         const std::ptrdiff_t stride = pixels.stride;
         std::uint32_t* cells = At(x, first);
         Ints row = Ints{} + first;
-        for (int i = 0; i < count; i += step)
-            for (int next = 0; next < step; ++next, cells += stride, row += 1) {
+        for (int i = 0; i < count; i += Step)
+            for (int next = 0; next < Step; ++next, cells += stride, row += 1) {
                 Ints cell;
                 std::memcpy(&cell, cells, sizeof cell);
                 cell ^= (cell ^ color) & (row > above) & (row < below);

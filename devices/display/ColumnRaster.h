@@ -23,10 +23,10 @@ struct RowScale {
     /// Distance from the upper edge of row 0; kept near the image.
     [[nodiscard]] double RowOf(double value) const {
         const double row = (top - value) * perUnit + 0.5;
-        return std::min(rowCount + margin, std::max(-margin, row));
+        return std::min(rowCount + Margin, std::max(-Margin, row));
     }
 
-    static constexpr double margin = 64; ///< rows beyond the image that are told apart
+    static constexpr double Margin = 64; ///< rows beyond the image that are told apart
     double top = 0;
     double perUnit = 1;
     double rowCount = 1;

@@ -8,9 +8,9 @@ namespace tracelet {
 
 namespace {
 
-constexpr float none = std::numeric_limits<float>::quiet_NaN();
-constexpr std::int64_t crowd = 3;    ///< samples that crowd a column
-constexpr std::size_t lookAhead = 6; ///< columns between fetching samples and using them
+constexpr float None = std::numeric_limits<float>::quiet_NaN();
+constexpr std::int64_t Crowd = 3;    ///< samples that crowd a column
+constexpr std::size_t LookAhead = 6; ///< columns between fetching samples and using them
 
 void AddSamples(const Envelope& samples, std::int64_t first, std::int64_t end, Extent& extent) {
     constexpr std::int64_t few = 4;
@@ -25,7 +25,7 @@ void AddSamples(const Envelope& samples, std::int64_t first, std::int64_t end, E
 
 std::int64_t ColumnGrid::ColumnOf(double x) const {
     const double position = std::floor((x - origin) / width);
-    constexpr auto most = static_cast<double>(limit);
+    constexpr auto most = static_cast<double>(Limit);
     if (std::isnan(position))
         return 0;
     return static_cast<std::int64_t>(std::clamp(position, -most, most));
@@ -99,7 +99,7 @@ void ColumnSpans::Locate(const TimeTrack& times, std::int64_t first, std::int64_
         }
         const Crossing* at = &crossings[crossings.size() - static_cast<std::size_t>(edges)];
         for (std::size_t i = 0; i < count; ++i)
-            crowded[i] |= at[i + 1].behind - at[i].behind >= crowd ? 1 : 0;
+            crowded[i] |= at[i + 1].behind - at[i].behind >= Crowd ? 1 : 0;
     }
 }
 
@@ -150,22 +150,22 @@ void ColumnSpans::JoinLine(const Envelope& samples, std::int64_t offset, const C
     // Where the trace crosses an edge between columns it belongs to both.
     const auto valueAt = [&](const Crossing& edge) {
         if (!edge.Inside())
-            return none;
+            return None;
         const auto before = static_cast<double>(samples[edge.behind - 1 - offset]);
         const auto behind = static_cast<double>(samples[edge.behind - offset]);
         const auto value = static_cast<float>(before + (behind - before) * edge.share);
-        return std::isfinite(value) ? value : none;
+        return std::isfinite(value) ? value : None;
     };
     const std::size_t count = spans.size();
     const auto prefetch = [&](std::size_t at) {
         samples.Prefetch(crossing[at].behind - offset, crossing[at + 1].behind - offset);
     };
-    for (std::size_t i = 0; i < std::min(lookAhead, count); ++i)
+    for (std::size_t i = 0; i < std::min(LookAhead, count); ++i)
         prefetch(i);
     float edge = valueAt(crossing[0]);
     for (std::size_t i = 0; i < count; ++i) {
-        if (i + lookAhead < count)
-            prefetch(i + lookAhead);
+        if (i + LookAhead < count)
+            prefetch(i + LookAhead);
         Extent& span = spans[i];
         span.Add(edge);
         const bool entered = !std::isnan(edge);

@@ -16,9 +16,9 @@ struct ColumnGrid {
     [[nodiscard]] double Edge(std::int64_t column) const {
         return origin + static_cast<double>(column) * width;
     }
-    /// Column that holds `x`, kept within limit either side of 0.
+    /// Column that holds `x`, kept within Limit either side of 0.
     [[nodiscard]] std::int64_t ColumnOf(double x) const;
-    static constexpr std::int64_t limit = std::int64_t{1} << 52;
+    static constexpr std::int64_t Limit = std::int64_t{1} << 52;
 
     bool operator==(const ColumnGrid&) const = default;
 };

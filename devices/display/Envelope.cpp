@@ -7,13 +7,13 @@ namespace tracelet {
 
 namespace {
 
-constexpr std::int64_t bucketSize = std::int64_t{1} << Envelope::bucketBits;
-constexpr std::int64_t fan = std::int64_t{1} << Envelope::fanBits;
+constexpr std::int64_t BucketSize = std::int64_t{1} << Envelope::BucketBits;
+constexpr std::int64_t Fan = std::int64_t{1} << Envelope::FanBits;
 
 // Four lanes fill the vector registers that every machine has, twice as many those of newer ones.
-constexpr std::size_t laneCount = 4;
-constexpr std::size_t stride = 2 * laneCount; ///< values taken at a time
-using Lanes [[gnu::vector_size(laneCount * sizeof(float))]] = float;
+constexpr std::size_t LaneCount = 4;
+constexpr std::size_t Stride = 2 * LaneCount; ///< values taken at a time
+using Lanes [[gnu::vector_size(LaneCount * sizeof(float))]] = float;
 
 Lanes Load(const float* values) {
     Lanes lanes;
@@ -47,17 +47,17 @@ float Highest(Lanes bounds) {
 
 #ifdef __x86_64__
 
-const bool hasWideVectors = __builtin_cpu_supports("avx2") != 0;
+const bool HasWideVectors = __builtin_cpu_supports("avx2") != 0;
 
 /// Of at least `stride` values.
 [[gnu::target("avx2")]] Extent ExtentByWideVectors(std::span<const float> values) {
     const Extent extent;
-    using Wide [[gnu::vector_size(stride * sizeof(float))]] = float;
+    using Wide [[gnu::vector_size(Stride * sizeof(float))]] = float;
     Wide low = Wide{} + extent.low;
     Wide high = Wide{} + extent.high;
     Wide value;
-    const float* last = values.data() + values.size() - stride;
-    for (const float* next = values.data(); next < last; next += stride) {
+    const float* last = values.data() + values.size() - Stride;
+    for (const float* next = values.data(); next < last; next += Stride) {
         std::memcpy(&value, next, sizeof value);
         low = value < low ? value : low;
         high = value > high ? value : high;
@@ -78,7 +78,7 @@ const bool hasWideVectors = __builtin_cpu_supports("avx2") != 0;
 
 Extent ExtentByNarrowVectors(std::span<const float> values) {
     Extent extent;
-    if (values.size() < stride) {
+    if (values.size() < Stride) {
         for (const float value : values)
             extent.Add(value);
         return extent;
@@ -87,14 +87,14 @@ Extent ExtentByNarrowVectors(std::span<const float> values) {
     Lanes high[2] = {Lanes{} + extent.high, Lanes{} + extent.high};
     const auto add = [&](const float* next) {
         const Lanes one = Load(next);
-        const Lanes two = Load(next + laneCount);
+        const Lanes two = Load(next + LaneCount);
         low[0] = Lower(one, low[0]);
         high[0] = Higher(one, high[0]);
         low[1] = Lower(two, low[1]);
         high[1] = Higher(two, high[1]);
     };
-    const float* last = values.data() + values.size() - stride;
-    for (const float* next = values.data(); next < last; next += stride)
+    const float* last = values.data() + values.size() - Stride;
+    for (const float* next = values.data(); next < last; next += Stride)
         add(next);
     add(last); // may take some values twice, which changes nothing
     return {Lowest(Lower(low[1], low[0])), Highest(Higher(high[1], high[0]))};
@@ -103,7 +103,7 @@ Extent ExtentByNarrowVectors(std::span<const float> values) {
 // Half of a full redraw goes by here, and wide vectors take a third off it.
 Extent ExtentOf(std::span<const float> values) {
 #ifdef __x86_64__
-    if (hasWideVectors && values.size() >= stride)
+    if (HasWideVectors && values.size() >= Stride)
         return ExtentByWideVectors(values);
 #endif
     return ExtentByNarrowVectors(values);
@@ -112,7 +112,7 @@ Extent ExtentOf(std::span<const float> values) {
 void Envelope::ReserveAll(std::int64_t count) {
     samples.Reserve(count);
     for (Level& level : levels) {
-        count = (count >> fanBits) + 1;
+        count = (count >> FanBits) + 1;
         level.Reserve(count);
     }
 }
@@ -132,17 +132,17 @@ void Envelope::Appended(std::int64_t count) {
 void Envelope::CloseBuckets() {
     // Buckets that close are computed from chunk memory, which still holds samples that were dropped since.
     Level& ground = levels[0];
-    while (ground.End() < (samples.End() >> bucketBits)) {
-        const auto* values = samples.From(ground.End() << bucketBits);
-        ground.Push(ExtentOf({values, static_cast<std::size_t>(bucketSize)}));
+    while (ground.End() < (samples.End() >> BucketBits)) {
+        const auto* values = samples.From(ground.End() << BucketBits);
+        ground.Push(ExtentOf({values, static_cast<std::size_t>(BucketSize)}));
     }
-    for (std::size_t level = 1; level < levelCount; ++level) {
+    for (std::size_t level = 1; level < LevelCount; ++level) {
         const Level& below = levels[level - 1];
         Level& here = levels[level];
-        while (here.End() < (below.End() >> fanBits)) {
+        while (here.End() < (below.End() >> FanBits)) {
             Extent extent;
-            const std::int64_t first = here.End() << fanBits;
-            for (std::int64_t i = std::max(first, below.First()); i < first + fan; ++i)
+            const std::int64_t first = here.End() << FanBits;
+            for (std::int64_t i = std::max(first, below.First()); i < first + Fan; ++i)
                 extent.Add(below[i]);
             here.Push(extent);
         }
@@ -151,10 +151,10 @@ void Envelope::CloseBuckets() {
 
 void Envelope::DropBefore(std::int64_t index) {
     samples.DropBefore(index);
-    int bits = bucketBits;
+    int bits = BucketBits;
     for (Level& level : levels) {
         level.DropBefore(index >> bits);
-        bits += fanBits;
+        bits += FanBits;
     }
 }
 
@@ -164,18 +164,18 @@ Extent Envelope::LongRange(std::int64_t first, std::int64_t end) const {
     end = std::min(end, End());
     if (first >= end)
         return extent;
-    const std::int64_t firstBucket = (first + bucketSize - 1) >> bucketBits;
-    const std::int64_t endBucket = end >> bucketBits;
-    if (end - first <= plainCount || firstBucket >= endBucket) {
+    const std::int64_t firstBucket = (first + BucketSize - 1) >> BucketBits;
+    const std::int64_t endBucket = end >> BucketBits;
+    if (end - first <= PlainCount || firstBucket >= endBucket) {
         JoinSamples(first, end, extent);
         return extent;
     }
     // Whole buckets first: where they already hold what the cut ones could add, those samples are not read.
     JoinBuckets(0, firstBucket, endBucket, extent);
     if (!Within(first, extent))
-        JoinSamples(first, firstBucket << bucketBits, extent);
+        JoinSamples(first, firstBucket << BucketBits, extent);
     if (!Within(end, extent))
-        JoinSamples(endBucket << bucketBits, end, extent);
+        JoinSamples(endBucket << BucketBits, end, extent);
     return extent;
 }
 
@@ -188,7 +188,7 @@ Extent Envelope::FiniteRange(std::int64_t first, std::int64_t end) const {
     Extent extent;
     if (all.Empty() || all.low == all.high)
         return extent;
-    if (end - first > bucketSize) {
+    if (end - first > BucketSize) {
         const std::int64_t middle = first + (end - first) / 2;
         extent = FiniteRange(first, middle);
         extent.Add(FiniteRange(middle, end));
@@ -200,18 +200,18 @@ Extent Envelope::FiniteRange(std::int64_t first, std::int64_t end) const {
 }
 
 void Envelope::JoinBuckets(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {
-    const std::int64_t firstAbove = (first + fan - 1) >> fanBits;
-    const std::int64_t endAbove = end >> fanBits;
-    if (level + 1 == levelCount || firstAbove >= endAbove) {
+    const std::int64_t firstAbove = (first + Fan - 1) >> FanBits;
+    const std::int64_t endAbove = end >> FanBits;
+    if (level + 1 == LevelCount || firstAbove >= endAbove) {
         JoinLevel(level, first, end, extent);
         return;
     }
     const Level& above = levels[level + 1];
     JoinBuckets(level + 1, firstAbove, endAbove, extent);
-    if (!extent.Holds(above[first >> fanBits]))
-        JoinLevel(level, first, firstAbove << fanBits, extent);
+    if (!extent.Holds(above[first >> FanBits]))
+        JoinLevel(level, first, firstAbove << FanBits, extent);
     if (endAbove == above.End() || !extent.Holds(above[endAbove]))
-        JoinLevel(level, endAbove << fanBits, end, extent);
+        JoinLevel(level, endAbove << FanBits, end, extent);
 }
 
 void Envelope::JoinLevel(std::size_t level, std::int64_t first, std::int64_t end, Extent& extent) const {

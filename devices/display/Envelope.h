@@ -43,9 +43,9 @@ class Envelope {
     using Level = ChunkRing<Extent, 6>;
 
 public:
-    static constexpr int bucketBits = 6;
-    static constexpr int fanBits = 4;
-    static constexpr int levelCount = 8; ///< the last level's buckets hold 2^34 samples
+    static constexpr int BucketBits = 6;
+    static constexpr int FanBits = 4;
+    static constexpr int LevelCount = 8; ///< the last level's buckets hold 2^34 samples
 
     [[nodiscard]] std::int64_t First() const { return samples.First(); }
     [[nodiscard]] std::int64_t End() const { return samples.End(); }
@@ -55,7 +55,7 @@ public:
     /// held unchanged.
     void Reserve(std::int64_t count) {
         const std::int64_t end = samples.End();
-        const bool fits = end % Samples::chunkSize != 0 && end >> bucketBits == (end + count) >> bucketBits;
+        const bool fits = end % Samples::ChunkSize != 0 && end >> BucketBits == (end + count) >> BucketBits;
         if (!fits)
             ReserveAll(count);
     }
@@ -73,26 +73,26 @@ public:
     /// Extent of the held samples first <= index < end.
     [[nodiscard]] Extent Range(std::int64_t first, std::int64_t end) const {
         const std::int64_t count = end - first;
-        const bool plain = count > 0 && count <= plainCount && first >= First() && end <= End() &&
+        const bool plain = count > 0 && count <= PlainCount && first >= First() && end <= End() &&
                            count <= Samples::Run(first);
         return plain ? ExtentOf({samples.From(first), static_cast<std::size_t>(count)})
                      : LongRange(first, end);
     }
     /// The same of the finite ones only; slower where many are infinite.
     [[nodiscard]] Extent FiniteRange(std::int64_t first, std::int64_t end) const;
-    static constexpr std::int64_t plainCount = 192; ///< ranges as short as this are read sample by sample
+    static constexpr std::int64_t PlainCount = 192; ///< ranges as short as this are read sample by sample
     /// Fetches what Range(first, end) reads into the processor's cache ahead of its use.
     [[gnu::always_inline]] void Prefetch(std::int64_t first, std::int64_t end) const {
         if (first < First() || end >= End())
             return;
-        if (end - first <= plainCount) {
+        if (end - first <= PlainCount) {
             PrefetchSamples(first, end);
             return;
         }
-        constexpr std::int64_t bucketMask = (std::int64_t{1} << bucketBits) - 1;
-        PrefetchSamples(end & ~bucketMask, (end | bucketMask) + 1);
-        if (end >> bucketBits < levels[0].End())
-            __builtin_prefetch(levels[0].From(end >> bucketBits));
+        constexpr std::int64_t BucketMask = (std::int64_t{1} << BucketBits) - 1;
+        PrefetchSamples(end & ~BucketMask, (end | BucketMask) + 1);
+        if (end >> BucketBits < levels[0].End())
+            __builtin_prefetch(levels[0].From(end >> BucketBits));
     }
 
     [[nodiscard]] std::size_t HeldBytes() const;
@@ -106,7 +106,7 @@ private:
     }
     /// Whether the samples around `index` are known to lie within `extent`, without reading them.
     [[nodiscard]] bool Within(std::int64_t index, const Extent& extent) const {
-        const std::int64_t bucket = index >> bucketBits;
+        const std::int64_t bucket = index >> BucketBits;
         return bucket < levels[0].End() && extent.Holds(levels[0][bucket]);
     }
     [[nodiscard]] Extent LongRange(std::int64_t first, std::int64_t end) const;
@@ -117,7 +117,7 @@ private:
     void JoinSamples(std::int64_t first, std::int64_t end, Extent& extent) const;
 
     Samples samples;
-    std::array<Level, levelCount> levels;
+    std::array<Level, LevelCount> levels;
 };
 
 } // namespace tracelet

@@ -62,7 +62,7 @@ Labels GroupedNames(const std::vector<LineName>& names, const RowScale& scale) {
             const bool same = std::all_of(names.begin() + static_cast<std::ptrdiff_t>(first),
                                           names.begin() + static_cast<std::ptrdiff_t>(end),
                                           [&](const LineName& name) { return name.color == color; });
-            Add(labels.shared, prefix.trimmed(), same ? color : chartText.rgb(), middle);
+            Add(labels.shared, prefix.trimmed(), same ? color : ChartText.rgb(), middle);
         }
         first = end;
     }
@@ -166,7 +166,7 @@ QRgb ReadableOnChart(QRgb color) {
     constexpr double least = 0.2; // four times as bright as the ground, as contrast is usually measured
     QColor readable(color);
     for (int step = 1; Luminance(readable) < least; ++step)
-        readable = Mixed(QColor(color), chartText, 0.05 * step);
+        readable = Mixed(QColor(color), ChartText, 0.05 * step);
     return readable.rgb();
 }
 

@@ -8,8 +8,8 @@ namespace tracelet {
 
 namespace {
 
-constexpr QSize buttonSize{40, 34};
-constexpr double glyphHeight = 13.0;
+constexpr QSize ButtonSize{40, 34};
+constexpr double GlyphHeight = 13.0;
 
 void PaintButton(QAbstractButton& button, Glyph glyph) {
     QStyleOptionButton option;
@@ -18,7 +18,7 @@ void PaintButton(QAbstractButton& button, Glyph glyph) {
     QPainter painter(&button);
     button.style()->drawControl(QStyle::CE_PushButton, &option, &painter, &button);
     const QRectF bounds(button.rect());
-    const QRectF sign(bounds.left(), bounds.center().y() - glyphHeight / 2.0, bounds.width(), glyphHeight);
+    const QRectF sign(bounds.left(), bounds.center().y() - GlyphHeight / 2.0, bounds.width(), GlyphHeight);
     DrawGlyph(painter, glyph, sign, button.palette().color(QPalette::ButtonText));
 }
 
@@ -29,7 +29,7 @@ PlayButton::PlayButton(QWidget* parent) : QCheckBox(parent) {
 }
 
 QSize PlayButton::sizeHint() const {
-    return buttonSize;
+    return ButtonSize;
 }
 
 bool PlayButton::hitButton(const QPoint& position) const {
@@ -43,7 +43,7 @@ void PlayButton::paintEvent(QPaintEvent*) {
 GlyphButton::GlyphButton(Glyph sign, QWidget* parent) : QPushButton(parent), glyph(sign) {}
 
 QSize GlyphButton::sizeHint() const {
-    return buttonSize;
+    return ButtonSize;
 }
 
 void GlyphButton::paintEvent(QPaintEvent*) {

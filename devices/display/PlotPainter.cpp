@@ -10,10 +10,10 @@ namespace tracelet {
 namespace {
 
 /// Columns painted in one go: as many as keep their pixels in the processor's cache from trace to trace.
-constexpr std::size_t tileColumns = 96;
+constexpr std::size_t TileColumns = 96;
 
 /// Samples so many columns apart, times the thickness of lines, are marked.
-constexpr double markDistance = 24;
+constexpr double MarkDistance = 24;
 
 } // namespace
 
@@ -102,7 +102,7 @@ void PlotPainter::PaintMarked(const SampleStore& store, const PlotScene& scene) 
         }
         const std::int64_t column = first + static_cast<std::int64_t>(i);
         const std::size_t most =
-            std::min(static_cast<std::size_t>(pixels.width - SlotOf(column)), tileColumns);
+            std::min(static_cast<std::size_t>(pixels.width - SlotOf(column)), TileColumns);
         std::size_t end = i;
         while (end < width && end - i < most && marked[end] != 0)
             marked[end++] = 0;
@@ -146,7 +146,7 @@ void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& tr
     const auto draw = [&](std::int64_t column, float value) {
         DrawMark(pixels, foundAt + static_cast<int>(column), at, at + count, value, scale, trace.stroke);
     };
-    for (const ColumnSpans::Apart& apart : finder.Separate(markDistance * trace.stroke.thickness)) {
+    for (const ColumnSpans::Apart& apart : finder.Separate(MarkDistance * trace.stroke.thickness)) {
         const float value = store.Samples(trace.plot)[apart.index - store.TrackOffset(trace.plot)];
         if (!std::isnan(value))
             draw(apart.column, value);

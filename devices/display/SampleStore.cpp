@@ -11,8 +11,8 @@ namespace tracelet {
 
 namespace {
 
-constexpr std::int64_t trackSlack = 1024; ///< shared times are dropped this many at a time
-constexpr double single = -1;             ///< step of a sample that stands alone
+constexpr std::int64_t TrackSlack = 1024; ///< shared times are dropped this many at a time
+constexpr double Single = -1;             ///< step of a sample that stands alone
 
 float ToFloat(float value) {
     return value;
@@ -29,9 +29,9 @@ float ToFloat(double value) {
     return static_cast<float>(value);
 }
 
-constexpr std::int64_t lanes = 4; ///< channels that are taken apart in one go
-using Lanes [[gnu::vector_size(lanes * sizeof(float))]] = float;
-using Columns = std::array<std::array<float, SampleStore::tileSize>, lanes>;
+constexpr std::int64_t LaneCount = 4; ///< channels that are taken apart in one go
+using Lanes [[gnu::vector_size(LaneCount * sizeof(float))]] = float;
+using Columns = std::array<std::array<float, SampleStore::TileSize>, LaneCount>;
 
 // Lanes of two vectors by turns: of their first halves, of their last halves.
 Lanes FirstHalves(Lanes a, Lanes b) {
@@ -42,7 +42,7 @@ Lanes LastHalves(Lanes a, Lanes b) {
 }
 
 /// Four scans of four channels become four samples of each channel.
-void Transpose(Lanes (&rows)[lanes]) {
+void Transpose(Lanes (&rows)[LaneCount]) {
     const Lanes a = FirstHalves(rows[0], rows[2]);
     const Lanes b = FirstHalves(rows[1], rows[3]);
     const Lanes c = LastHalves(rows[0], rows[2]);
@@ -58,9 +58,9 @@ template <typename Value>
 void TakeApart(const Value* values, std::int64_t channels, std::int64_t count, Columns& columns) {
     std::int64_t scan = 0;
     if constexpr (std::is_same_v<Value, float>)
-        for (; scan + lanes <= count; scan += lanes, values += lanes * channels) {
-            Lanes rows[lanes];
-            for (std::int64_t i = 0; i < lanes; ++i)
+        for (; scan + LaneCount <= count; scan += LaneCount, values += LaneCount * channels) {
+            Lanes rows[LaneCount];
+            for (std::int64_t i = 0; i < LaneCount; ++i)
                 std::memcpy(&rows[i], values + i * channels, sizeof(Lanes));
             Transpose(rows);
             for (std::size_t i = 0; i < columns.size(); ++i)
@@ -162,7 +162,7 @@ void SampleStore::AppendScan(double x, std::span<const float> values) {
     const auto touched = std::span(plots).first(std::min(values.size(), plots.size()));
     Prepare(touched, 1);
     for (PlotData& plot : touched)
-        Place(plot, x, single, 1);
+        Place(plot, x, Single, 1);
     const float* value = values.data();
     for (PlotData& plot : touched)
         plot.samples.Append(*value++);
@@ -172,7 +172,7 @@ void SampleStore::AppendScan(double x, std::span<const float> values) {
 void SampleStore::AppendPoint(int plot, double x, double y) {
     PlotData& data = plots[static_cast<std::size_t>(plot)];
     Prepare({&data, 1}, 1);
-    Place(data, x, single, 1);
+    Place(data, x, Single, 1);
     data.samples.Append(ToFloat(y));
     Finish(1);
 }
@@ -238,7 +238,7 @@ void SampleStore::Split(PlotData& plot) {
 
 void SampleStore::Finish(std::int64_t appended) {
     untrimmed += appended;
-    if (untrimmed >= trackSlack)
+    if (untrimmed >= TrackSlack)
         TrimTracks();
 }
 
@@ -248,7 +248,7 @@ void SampleStore::TrimTracks() {
         if (!plot.track)
             continue;
         // A plot that gets no more points must not make the others keep all their times.
-        if (limit > 0 && plot.track->End() - plot.samples.End() - plot.offset > limit + trackSlack)
+        if (limit > 0 && plot.track->End() - plot.samples.End() - plot.offset > limit + TrackSlack)
             Split(plot);
         plot.track->needed = plot.track->End();
     }

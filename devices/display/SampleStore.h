@@ -43,9 +43,9 @@ public:
     void Clear();
 
     /// Largest number of scans that one AppendEven takes.
-    static constexpr std::int64_t tileSize = 256;
+    static constexpr std::int64_t TileSize = 256;
 
-    /// Appends `count` (at most tileSize) scans of `channels` values each, channel-interleaved, to the first
+    /// Appends `count` (at most TileSize) scans of `channels` values each, channel-interleaved, to the first
     /// plots; the first stands at `start` seconds, each further one `step` (>= 0) behind.
     template <typename Value>
     void AppendEven(double start, double step, std::int64_t count, std::int64_t channels,

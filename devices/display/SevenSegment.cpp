@@ -7,12 +7,12 @@ namespace tracelet {
 
 namespace {
 
-constexpr std::array<std::uint8_t, 10> digitSegments = {0x3F, 0x06, 0x5B, 0x4F, 0x66,
+constexpr std::array<std::uint8_t, 10> DigitSegments = {0x3F, 0x06, 0x5B, 0x4F, 0x66,
                                                         0x6D, 0x7D, 0x07, 0x7F, 0x6F};
 
 std::optional<std::uint8_t> SegmentsOf(char character) {
     if (character >= '0' && character <= '9')
-        return digitSegments[static_cast<std::size_t>(character - '0')];
+        return DigitSegments[static_cast<std::size_t>(character - '0')];
     if (character == '-')
         return SegmentMiddle;
     if (character == 'e') // drawn as a capital one

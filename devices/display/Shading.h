@@ -22,8 +22,8 @@ namespace tracelet {
 void DrawFocusRing(QPainter& painter, const QRectF& bounds, double radius, const QPalette& palette);
 
 /// Ground and grid of the chart and of what belongs to it, whatever the palette.
-inline constexpr QColor chartGround{0x10, 0x15, 0x1A};
-inline constexpr QColor chartGrid{0x2B, 0x33, 0x3B};
-inline constexpr QColor chartText{0xC6, 0xD0, 0xD9};
+inline constexpr QColor ChartGround{0x10, 0x15, 0x1A};
+inline constexpr QColor ChartGrid{0x2B, 0x33, 0x3B};
+inline constexpr QColor ChartText{0xC6, 0xD0, 0xD9};
 
 } // namespace tracelet

@@ -13,9 +13,9 @@ namespace tracelet {
 
 namespace {
 
-constexpr QColor starts{0x2A, 0x94, 0x55};
-constexpr QColor stops{0xD0, 0x36, 0x36};
-constexpr double gapShare = 0.8; // between sign and caption, of the sign's size
+constexpr QColor StartFace{0x2A, 0x94, 0x55};
+constexpr QColor StopFace{0xD0, 0x36, 0x36};
+constexpr double GapShare = 0.8; // between sign and caption, of the sign's size
 
 } // namespace
 
@@ -27,7 +27,7 @@ StartButton::StartButton(const QString& caption, QWidget* parent) : QPushButton(
 }
 
 QSize StartButton::sizeHint() const {
-    const int sign = CLng(std::ceil(SignSize() * (1.0 + gapShare)));
+    const int sign = CLng(std::ceil(SignSize() * (1.0 + GapShare)));
     return QPushButton::sizeHint() + QSize(sign, 0);
 }
 
@@ -38,7 +38,7 @@ double StartButton::SignSize() const {
 QColor StartButton::FaceColor() const {
     if (!isEnabled())
         return Mixed(palette().color(QPalette::Window), palette().color(QPalette::WindowText), 0.12);
-    const QColor face = Starts() ? starts : stops;
+    const QColor face = Starts() ? StartFace : StopFace;
     if (isDown())
         return face.darker(120);
     return underMouse() ? face.lighter(110) : face;
@@ -71,7 +71,7 @@ void StartButton::PaintFace(QPainter& painter, const QColor& face) const {
 void StartButton::PaintCaption(QPainter& painter, const QColor& ink) const {
     const QFontMetricsF metrics(font());
     const double sign = SignSize();
-    const double gap = sign * gapShare;
+    const double gap = sign * GapShare;
     const double captionWidth = metrics.horizontalAdvance(text());
     const double left = (width() - sign - gap - captionWidth) / 2.0;
     const double middle = height() / 2.0;

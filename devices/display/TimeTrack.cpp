@@ -7,7 +7,7 @@
 namespace tracelet {
 
 namespace {
-constexpr double notEven = -1;
+constexpr double NotEven = -1;
 }
 
 std::int64_t TimeTrack::PieceNumberOf(std::int64_t index) const {
@@ -54,7 +54,7 @@ void TimeTrack::AppendEven(double start, double step, std::int64_t count) {
 void TimeTrack::AppendOne(double x) {
     const bool extends = end > first && pieces[pieces.End() - 1].step < 0 && x >= X(end - 1);
     if (!extends)
-        Begin(x, notEven);
+        Begin(x, NotEven);
     times.Push(x);
     ++end;
 }

@@ -11,8 +11,8 @@ namespace tracelet {
 
 namespace {
 
-constexpr QColor lit{0x46, 0xE0, 0x7C};
-constexpr double bezelWidth = 3.0;
+constexpr QColor Lit{0x46, 0xE0, 0x7C};
+constexpr double BezelWidth = 3.0;
 
 QColor Faded(const QColor& color, bool enabled, const QPalette& palette) {
     return enabled ? color : Mixed(color, palette.color(QPalette::Window), 0.55);
@@ -44,7 +44,7 @@ QSize ZelButton::sizeHint() const {
 void ZelButton::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF bezel = QRectF(rect()).adjusted(bezelWidth, bezelWidth, -bezelWidth, -bezelWidth);
+    const QRectF bezel = QRectF(rect()).adjusted(BezelWidth, BezelWidth, -BezelWidth, -BezelWidth);
     if (hasFocus())
         DrawFocusRing(painter, rect(), 7.0, palette());
 
@@ -88,12 +88,12 @@ void ZelButton::PaintRocker(QPainter& painter, const QRectF& rocker) const {
 void ZelButton::PaintLight(QPainter& painter, const QRectF& upperHalf) const {
     const double width = upperHalf.width() * 0.5;
     const QRectF lens(upperHalf.center().x() - width / 2.0, upperHalf.center().y() - 3.5, width, 7.0);
-    const QColor glass = Value() ? Faded(lit, isEnabled(), palette())
+    const QColor glass = Value() ? Faded(Lit, isEnabled(), palette())
                                  : Faded(QColor(0x2A, 0x3A, 0x31), isEnabled(), palette());
     if (Value() && isEnabled()) {
         QRadialGradient glow(lens.center(), upperHalf.width() * 0.55);
-        glow.setColorAt(0.0, QColor(lit.red(), lit.green(), lit.blue(), 130));
-        glow.setColorAt(1.0, QColor(lit.red(), lit.green(), lit.blue(), 0));
+        glow.setColorAt(0.0, QColor(Lit.red(), Lit.green(), Lit.blue(), 130));
+        glow.setColorAt(1.0, QColor(Lit.red(), Lit.green(), Lit.blue(), 0));
         painter.setPen(Qt::NoPen);
         painter.setBrush(glow);
         painter.drawRect(upperHalf);

@@ -16,9 +16,9 @@ namespace tracelet {
 
 namespace {
 
-constexpr int frameMilliseconds = 16;
-constexpr int mostIdleTicks = 60; ///< frames without samples after which the repaint timer rests
-constexpr int outOfMemory = 7;
+constexpr int FrameMilliseconds = 16;
+constexpr int MostIdleTicks = 60; ///< frames without samples after which the repaint timer rests
+constexpr int OutOfMemory = 7;
 
 std::int64_t HalfOfMemory() {
     const long pages = sysconf(_SC_PHYS_PAGES);
@@ -294,7 +294,7 @@ bool ZelGraph::TryAppend(Append append) {
             state->MakeRoom();
         }
         if (attempt == 0)
-            emit Error(outOfMemory, QStringLiteral("Out of memory!"));
+            emit Error(OutOfMemory, QStringLiteral("Out of memory!"));
     }
     return false;
 }
@@ -311,8 +311,8 @@ void ZelGraph::AppendSamples(double xIncrement, const SampleBlock& block) {
         [&](auto values) {
             if (count * channels > static_cast<std::int64_t>(values.size()))
                 throw Fault::Overflow();
-            for (std::int64_t done = 0; done < count; done += SampleStore::tileSize) {
-                const std::int64_t tile = std::min(count - done, SampleStore::tileSize);
+            for (std::int64_t done = 0; done < count; done += SampleStore::TileSize) {
+                const std::int64_t tile = std::min(count - done, SampleStore::TileSize);
                 const double start = s.NextX();
                 TryAppend([&] {
                     s.store.AppendEven(start, xIncrement, tile, channels, values.data() + done * channels);
@@ -371,7 +371,7 @@ void ZelGraph::SamplesChanged() {
     if (state->repaint.isActive() || !isVisible() || window()->isMinimized())
         return;
     state->idleTicks = 0;
-    state->repaint.start(frameMilliseconds, Qt::PreciseTimer, this);
+    state->repaint.start(FrameMilliseconds, Qt::PreciseTimer, this);
     update();
     state->stale = false;
 }
@@ -387,7 +387,7 @@ void ZelGraph::timerEvent(QTimerEvent* event) {
         QWidget::timerEvent(event);
         return;
     }
-    if (!isVisible() || window()->isMinimized() || ++state->idleTicks > mostIdleTicks)
+    if (!isVisible() || window()->isMinimized() || ++state->idleTicks > MostIdleTicks)
         state->repaint.stop();
     if (!state->stale)
         return;

@@ -12,7 +12,7 @@ namespace tracelet {
 
 namespace {
 
-constexpr double thinnestBand = 4; ///< logical pixels
+constexpr double ThinnestBand = 4; ///< logical pixels
 
 int ButtonCode(Qt::MouseButton button) {
     switch (button) {
@@ -117,8 +117,8 @@ static bool TakePart(AxisEnds& ends, double from, double to) {
 
 void ZelGraph::State::ApplyZoom() {
     const QRectF band = Band();
-    const bool thinX = Along(Qt::Horizontal) && band.width() < thinnestBand;
-    const bool thinY = Along(Qt::Vertical) && band.height() < thinnestBand;
+    const bool thinX = Along(Qt::Horizontal) && band.width() < ThinnestBand;
+    const bool thinY = Along(Qt::Vertical) && band.height() < ThinnestBand;
     if (thinX || thinY || plotRect.isEmpty())
         return;
     if (Along(Qt::Horizontal))

@@ -12,9 +12,9 @@ namespace tracelet {
 
 namespace {
 
-constexpr double wholeColumn = 1e-6;     ///< columns closer than this to a whole number count as it
-constexpr double mostColumns = 1e15;     ///< beyond, doubles cannot tell columns apart
-constexpr double leastTemperatures = 10; ///< degrees of any scale that an automatic axis spans
+constexpr double WholeColumn = 1e-6;     ///< columns closer than this to a whole number count as it
+constexpr double MostColumns = 1e15;     ///< beyond, doubles cannot tell columns apart
+constexpr double LeastTemperatures = 10; ///< degrees of any scale that an automatic axis spans
 
 } // namespace
 
@@ -64,7 +64,7 @@ void ZelGraph::State::FitValues(int axis) {
     AxisEnds& ends = target.ends;
     const AxisSpan current = DrawnSpan(ends.minimum, ends.maximum);
     // The noise of a steady temperature is no reason for a range of its own.
-    const double least = axis == TemperatureAxis ? leastTemperatures : 0;
+    const double least = axis == TemperatureAxis ? LeastTemperatures : 0;
     const double low = static_cast<double>(extent.low);
     const double high = static_cast<double>(extent.high);
     const double beyond = std::max(0.0, least - (high - low)) / 2;
@@ -119,8 +119,8 @@ void ZelGraph::State::BuildScene() {
     scene.grid = grid;
     scene.timeStep = frame.TimeGrid();
     scene.gridRows = frame.GridRows();
-    scene.ground = ChartColor::ground;
-    scene.gridColor = ChartColor::grid;
+    scene.ground = ChartColor::Ground;
+    scene.gridColor = ChartColor::Grid;
     const int thickness = std::clamp(CLng(scale), 1, 4);
     for (std::size_t i = 0; i < plots.size(); ++i) {
         const PlotAttributes& look = plots[i].attributes;
@@ -148,7 +148,7 @@ void ZelGraph::State::PlaceGrid() {
     if (ends.span > 0 && timeSpan == AxisSpan{ends.minimum, ends.maximum})
         placed.width = ends.span / columns; // the same for every position of the axis
     const double largest = std::max(std::abs(timeSpan.low), std::abs(timeSpan.high));
-    if (largest / placed.width > mostColumns)
+    if (largest / placed.width > MostColumns)
         placed.origin = timeSpan.low;
     if (placed == grid)
         return;
@@ -157,8 +157,8 @@ void ZelGraph::State::PlaceGrid() {
 }
 
 std::int64_t ZelGraph::State::FirstColumn() const {
-    const double end = std::ceil((timeSpan.high - grid.origin) / grid.width - wholeColumn);
-    return static_cast<std::int64_t>(std::clamp(end, -2 * mostColumns, 2 * mostColumns)) - scene.width;
+    const double end = std::ceil((timeSpan.high - grid.origin) / grid.width - WholeColumn);
+    return static_cast<std::int64_t>(std::clamp(end, -2 * MostColumns, 2 * MostColumns)) - scene.width;
 }
 
 void ZelGraph::State::Prepare(const ZelGraph& graph) {
@@ -213,7 +213,7 @@ void ZelGraph::State::DrawOverlay(QPainter& painter) const {
         painter.drawRect(shown);
     }
     if (keyboardFocus) {
-        painter.setPen(QPen(QColor(ChartColor::focus), line));
+        painter.setPen(QPen(QColor(ChartColor::Focus), line));
         painter.drawRect(area.adjusted(-line, -line, 0, 0));
     }
 }

@@ -18,15 +18,15 @@ namespace tracelet {
 
 namespace {
 
-constexpr std::size_t usualPlaces = 9; // 999.999999
-constexpr double placeAspect = 0.66;   // width of a place, its gap included, to the height of its digit
-constexpr double leastDigitHeight = 8.0;
-constexpr double margin = 6.0;
-constexpr int arrowsWidth = 18;
-constexpr int wheelNotch = 120;
+constexpr std::size_t UsualPlaces = 9; // 999.999999
+constexpr double PlaceAspect = 0.66;   // width of a place, its gap included, to the height of its digit
+constexpr double LeastDigitHeight = 8.0;
+constexpr double Margin = 6.0;
+constexpr int ArrowsWidth = 18;
+constexpr int WheelNotch = 120;
 
-constexpr QColor lit{0xFF, 0xB4, 0x4A};
-constexpr QColor unlit{0x1B, 0x1A, 0x19};
+constexpr QColor Lit{0xFF, 0xB4, 0x4A};
+constexpr QColor Unlit{0x1B, 0x1A, 0x19};
 
 class ArrowButton : public QAbstractButton {
 public:
@@ -92,11 +92,11 @@ void DrawPlace(QPainter& painter, const QRectF& digit, const DigitPlace& place) 
                                                               {{left, middle}, {right, middle}}}};
     for (std::size_t bar = 0; bar < bars.size(); ++bar) {
         const bool on = (place.segments >> bar & 1) != 0;
-        painter.setBrush(on ? lit : unlit);
+        painter.setBrush(on ? Lit : Unlit);
         DrawBar(painter, bars[bar].first, bars[bar].second, thickness);
     }
     if (place.point) {
-        painter.setBrush(lit);
+        painter.setBrush(Lit);
         const double behind = digit.right() + digit.width() * 0.215;
         painter.drawEllipse(QPointF(behind, bottom), thickness * 0.7, thickness * 0.7);
     }
@@ -104,8 +104,8 @@ void DrawPlace(QPainter& painter, const QRectF& digit, const DigitPlace& place) 
 
 // Beyond the usual places the digits shrink, down to the least height that can be read.
 std::size_t MostPlaces(const QRectF& area) {
-    const double fitting = std::floor(area.width() / (leastDigitHeight * placeAspect));
-    return std::max(usualPlaces, static_cast<std::size_t>(std::max(0.0, fitting)));
+    const double fitting = std::floor(area.width() / (LeastDigitHeight * PlaceAspect));
+    return std::max(UsualPlaces, static_cast<std::size_t>(std::max(0.0, fitting)));
 }
 
 } // namespace
@@ -151,11 +151,11 @@ void ZelLED::TellStep(bool stepsUp) {
 }
 
 QRectF ZelLED::DigitsArea() const {
-    return QRectF(rect()).adjusted(margin, margin, -margin - arrowsWidth + 1.0, -margin);
+    return QRectF(rect()).adjusted(Margin, Margin, -Margin - ArrowsWidth + 1.0, -Margin);
 }
 
 void ZelLED::ShowTextWhereDigitsCannot() {
-    const auto places = DigitPlaces(DisplayText(value), usualPlaces, MostPlaces(DigitsArea()));
+    const auto places = DigitPlaces(DisplayText(value), UsualPlaces, MostPlaces(DigitsArea()));
     const DigitPlace bar{SegmentMiddle, false};
     const bool onlyBars = std::ranges::all_of(places, [&](const DigitPlace& place) { return place == bar; });
     setToolTip(onlyBars ? Text() : QString());
@@ -164,18 +164,18 @@ void ZelLED::ShowTextWhereDigitsCannot() {
 void ZelLED::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
-    const QRectF glass = QRectF(rect()).adjusted(0.5, 0.5, -arrowsWidth - 2.5, -0.5);
-    painter.setPen(QPen(Mixed(OutlineColor(palette()), chartGround, 0.3), 1.0));
+    const QRectF glass = QRectF(rect()).adjusted(0.5, 0.5, -ArrowsWidth - 2.5, -0.5);
+    painter.setPen(QPen(Mixed(OutlineColor(palette()), ChartGround, 0.3), 1.0));
     painter.setBrush(QColor(0x0B, 0x0D, 0x10));
     painter.drawRoundedRect(glass, 4.0, 4.0);
     if (hasFocus())
         DrawFocusRing(painter, glass.adjusted(-0.5, -0.5, 0.5, 0.5), 4.0, palette());
 
     const QRectF area = DigitsArea();
-    const auto places = DigitPlaces(DisplayText(value), usualPlaces, MostPlaces(area));
+    const auto places = DigitPlaces(DisplayText(value), UsualPlaces, MostPlaces(area));
     const double pitch =
-        std::min(area.width() / static_cast<double>(places.size()), area.height() * placeAspect);
-    const double height = pitch / placeAspect;
+        std::min(area.width() / static_cast<double>(places.size()), area.height() * PlaceAspect);
+    const double height = pitch / PlaceAspect;
     const double digitWidth = pitch * 0.70;
     double right = area.right();
     painter.setPen(Qt::NoPen);
@@ -189,8 +189,8 @@ void ZelLED::paintEvent(QPaintEvent*) {
 
 void ZelLED::resizeEvent(QResizeEvent*) {
     const int half = height() / 2;
-    up->setGeometry(width() - arrowsWidth, 0, arrowsWidth, half);
-    down->setGeometry(width() - arrowsWidth, half, arrowsWidth, height() - half);
+    up->setGeometry(width() - ArrowsWidth, 0, ArrowsWidth, half);
+    down->setGeometry(width() - ArrowsWidth, half, ArrowsWidth, height() - half);
     ShowTextWhereDigitsCannot();
 }
 
@@ -205,9 +205,9 @@ void ZelLED::keyPressEvent(QKeyEvent* event) {
 
 void ZelLED::wheelEvent(QWheelEvent* event) {
     wheelRest += event->angleDelta().y();
-    for (; wheelRest >= wheelNotch; wheelRest -= wheelNotch)
+    for (; wheelRest >= WheelNotch; wheelRest -= WheelNotch)
         TellStep(true);
-    for (; wheelRest <= -wheelNotch; wheelRest += wheelNotch)
+    for (; wheelRest <= -WheelNotch; wheelRest += WheelNotch)
         TellStep(false);
     event->accept();
 }

@@ -17,11 +17,11 @@ namespace tracelet {
 
 namespace {
 
-constexpr double thumbRadius = 8.0;
-constexpr double grooveWidth = 4.0;
-constexpr double keyStep = 0.01;
-constexpr double pageStep = 0.1;
-constexpr double wheelNotch = 120.0;
+constexpr double ThumbRadius = 8.0;
+constexpr double GrooveWidth = 4.0;
+constexpr double KeyStep = 0.01;
+constexpr double PageStep = 0.1;
+constexpr double WheelNotch = 120.0;
 
 } // namespace
 
@@ -80,7 +80,7 @@ QSize ZelSlider::minimumSizeHint() const {
 
 QLineF ZelSlider::Groove() const {
     const QRectF area = QRectF(rect());
-    const double end = thumbRadius + 2.0;
+    const double end = ThumbRadius + 2.0;
     if (IsVertical())
         return {area.center().x(), area.bottom() - end, area.center().x(), area.top() + end};
     return {area.left() + end, area.center().y(), area.right() - end, area.center().y()};
@@ -106,22 +106,22 @@ void ZelSlider::paintEvent(QPaintEvent*) {
     const QPointF thumb = groove.pointAt(scale.Fraction(value));
 
     painter.setPen(
-        QPen(Mixed(window, ink, IsDark(palette()) ? 0.28 : 0.22), grooveWidth, Qt::SolidLine, Qt::RoundCap));
+        QPen(Mixed(window, ink, IsDark(palette()) ? 0.28 : 0.22), GrooveWidth, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(groove);
-    painter.setPen(QPen(filled, grooveWidth, Qt::SolidLine, Qt::RoundCap));
+    painter.setPen(QPen(filled, GrooveWidth, Qt::SolidLine, Qt::RoundCap));
     painter.drawLine(groove.p1(), thumb);
 
     if (hasFocus()) {
         painter.setPen(Qt::NoPen);
         painter.setBrush(Mixed(window, filled, 0.45));
-        painter.drawEllipse(thumb, thumbRadius + 2.0, thumbRadius + 2.0);
+        painter.drawEllipse(thumb, ThumbRadius + 2.0, ThumbRadius + 2.0);
     }
     const QColor face = live ? palette().color(QPalette::Button).lighter(IsDark(palette()) ? 190 : 108)
                              : Mixed(window, ink, 0.12);
     painter.setPen(
         QPen(live && (hasFocus() || underMouse() || dragging) ? filled : OutlineColor(palette()), 1.5));
     painter.setBrush(dragging ? Mixed(face, filled, 0.25) : face);
-    painter.drawEllipse(thumb, thumbRadius - 1.0, thumbRadius - 1.0);
+    painter.drawEllipse(thumb, ThumbRadius - 1.0, ThumbRadius - 1.0);
     painter.setPen(Qt::NoPen);
     painter.setBrush(live ? filled : OutlineColor(palette()));
     painter.drawEllipse(thumb, 2.5, 2.5);
@@ -133,7 +133,7 @@ void ZelSlider::mousePressEvent(QMouseEvent* event) {
     dragging = true;
     const double fraction = FractionAt(event->position());
     const QPointF thumb = Groove().pointAt(scale.Fraction(value));
-    const bool onThumb = QLineF(thumb, event->position()).length() <= thumbRadius + 1.0;
+    const bool onThumb = QLineF(thumb, event->position()).length() <= ThumbRadius + 1.0;
     grabOffset = onThumb ? scale.Fraction(value) - fraction : 0.0;
     if (!onThumb)
         MoveByUser(scale.ValueAt(fraction));
@@ -156,14 +156,14 @@ void ZelSlider::keyPressEvent(QKeyEvent* event) {
     switch (event->key()) {
     case Qt::Key_Left:
     case Qt::Key_Down:
-        return MoveByUser(scale.Stepped(value, -keyStep));
+        return MoveByUser(scale.Stepped(value, -KeyStep));
     case Qt::Key_Right:
     case Qt::Key_Up:
-        return MoveByUser(scale.Stepped(value, keyStep));
+        return MoveByUser(scale.Stepped(value, KeyStep));
     case Qt::Key_PageDown:
-        return MoveByUser(scale.Stepped(value, -pageStep));
+        return MoveByUser(scale.Stepped(value, -PageStep));
     case Qt::Key_PageUp:
-        return MoveByUser(scale.Stepped(value, pageStep));
+        return MoveByUser(scale.Stepped(value, PageStep));
     case Qt::Key_Home:
         return MoveByUser(scale.minimum);
     case Qt::Key_End:
@@ -176,7 +176,7 @@ void ZelSlider::keyPressEvent(QKeyEvent* event) {
 void ZelSlider::wheelEvent(QWheelEvent* event) {
     const int turn = event->angleDelta().y();
     if (turn != 0)
-        MoveByUser(scale.Stepped(value, keyStep * turn / wheelNotch));
+        MoveByUser(scale.Stepped(value, KeyStep * turn / WheelNotch));
     event->accept();
 }
 

@@ -18,7 +18,7 @@ namespace tracelet {
 namespace {
 
 OuterSize Pixels(int width, int height) {
-    return {static_cast<float>(height) * twipsPerPixel, static_cast<float>(width) * twipsPerPixel};
+    return {static_cast<float>(height) * TwipsPerPixel, static_cast<float>(width) * TwipsPerPixel};
 }
 
 class MainWidgetsTest : public testing::Test {

@@ -10,7 +10,7 @@ void PrintTo(const WidgetPlace& place, std::ostream* out) {
 
 namespace {
 
-constexpr OuterSize smallest{7245, 11445};
+constexpr OuterSize Smallest{7245, 11445};
 
 WidgetPlace Sized(float width, float height) {
     return {0, 0, width, height};
@@ -63,7 +63,7 @@ TEST(WindowLayout, SnapsBothLengthsWhenEitherIsTooSmall) {
 }
 
 TEST(WindowLayout, TopsAndHeightsAtTheMinimum) {
-    const WindowPlaces at = LaidOut(smallest, Designed());
+    const WindowPlaces at = LaidOut(Smallest, Designed());
     EXPECT_EQ(at.ZelGraph1.top, 0);
     EXPECT_EQ(at.FrameSet.top, 7245 - 1500 - 700); // 5045
     EXPECT_EQ(at.FrameCmd.top, 5045);
@@ -81,7 +81,7 @@ TEST(WindowLayout, TopsAndHeightsAtTheMinimum) {
 }
 
 TEST(WindowLayout, LeftsAndWidthsAtTheMinimum) {
-    const WindowPlaces at = LaidOut(smallest, Designed());
+    const WindowPlaces at = LaidOut(Smallest, Designed());
     EXPECT_EQ(at.ZelGraph1.left, 50);
     EXPECT_EQ(at.ZelGraph1.width, 11445 - 3000 - 150); // 8295
     EXPECT_EQ(at.FrameListView.left, 8345);
@@ -96,7 +96,7 @@ TEST(WindowLayout, LeftsAndWidthsAtTheMinimum) {
 TEST(WindowLayout, ListStartsWhereItWasDesigned) {
     WindowPlaces designed = Designed();
     designed.FrameListView.top = 120;
-    const WindowPlaces at = LaidOut(smallest, designed);
+    const WindowPlaces at = LaidOut(Smallest, designed);
     EXPECT_EQ(at.FrameListView.top, 120);
     EXPECT_EQ(at.FrameListView.height, 3695 - 120);
     EXPECT_EQ(at.Picture4.top, 3095);
@@ -115,24 +115,24 @@ TEST(WindowLayout, BottomRowFillsFromTheLeftAndEndsAtTheGraphsEdge) {
 TEST(WindowLayout, PositionSliderStaysLongEnoughToGrab) {
     WindowPlaces designed = Designed();
     designed.ZelSliderV.width = 6000;
-    EXPECT_EQ(LaidOut(smallest, designed).ZelSliderR.width, 600);
+    EXPECT_EQ(LaidOut(Smallest, designed).ZelSliderR.width, 600);
 }
 
 TEST(WindowLayout, GraphGroupIsNeverNarrowerThanDesigned) {
     WindowPlaces designed = Designed();
     designed.FrameGraph.width = 4000;
-    EXPECT_EQ(LaidOut(smallest, designed).FrameGraph.width, 4000);
+    EXPECT_EQ(LaidOut(Smallest, designed).FrameGraph.width, 4000);
 }
 
 TEST(WindowLayout, PlayButtonsStandEdgeToEdge) {
-    const WindowPlaces at = LaidOut(smallest, Designed());
+    const WindowPlaces at = LaidOut(Smallest, Designed());
     EXPECT_EQ(at.ChkPlay, (WidgetPlace{150, 400, 600, 500}));
     EXPECT_EQ(at.BtnAccelerate, (WidgetPlace{750, 400, 610, 500}));
     EXPECT_EQ(at.BtnStop, (WidgetPlace{1360, 400, 620, 500}));
 }
 
 TEST(WindowLayout, PositionSliderTakesWhatTheRowLeaves) {
-    const WindowPlaces at = LaidOut(smallest, Designed());
+    const WindowPlaces at = LaidOut(Smallest, Designed());
     EXPECT_EQ(at.BtnHisConvert.left, 8295 - 1100 - 150);                        // 7045
     EXPECT_EQ(at.ZelSliderV, (WidgetPlace{7045 - 2000 - 200, 600, 2000, 360})); // 4845
     EXPECT_EQ(at.ZelSliderR, (WidgetPlace{2180, 600, 4845 - 200 - 2180, 360})); // 2465 wide
@@ -145,7 +145,7 @@ TEST(WindowLayout, PositionSliderTakesWhatTheRowLeaves) {
 }
 
 TEST(WindowLayout, WideningMovesWhatIsAtTheRight) {
-    const WindowPlaces before = LaidOut(smallest, Designed());
+    const WindowPlaces before = LaidOut(Smallest, Designed());
     const WindowPlaces after = LaidOut({7245, 12445}, Designed());
     EXPECT_EQ(after.ZelGraph1.width, before.ZelGraph1.width + 1000);
     EXPECT_EQ(after.FrameHis.width, before.FrameHis.width + 1000);
@@ -160,7 +160,7 @@ TEST(WindowLayout, WideningMovesWhatIsAtTheRight) {
 }
 
 TEST(WindowLayout, HeighteningGrowsGraphAndListOnly) {
-    const WindowPlaces before = LaidOut(smallest, Designed());
+    const WindowPlaces before = LaidOut(Smallest, Designed());
     const WindowPlaces after = LaidOut({8245, 11445}, Designed());
     EXPECT_EQ(after.ZelGraph1.height, before.ZelGraph1.height + 1000);
     EXPECT_EQ(after.FrameListView.height, before.FrameListView.height + 1000);

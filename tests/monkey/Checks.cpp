@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace tracelet {
 namespace {
 
-constexpr long mostMiB = 4096; // sanitizers keep freed memory for a while
+constexpr long MostMiB = 4096; // sanitizers keep freed memory for a while
 
 void CheckRunning(const frmMain& window) {
     Require(window.BtnStart->text() == u"Stop"_s, "a session runs: the button says Stop");
@@ -89,7 +89,7 @@ void CheckWindow(const frmMain& window) {
     Require(window.bAISaveToDisk == window.CkAISave2Disk->isChecked(), "the analog save box shows its state");
     Require(window.bDISaveToDisk == window.CkDISave2Disk->isChecked(),
             "the digital save box shows its state");
-    Require(ResidentMiB() < mostMiB, "memory is bounded");
+    Require(ResidentMiB() < MostMiB, "memory is bounded");
     if (window.isSystemRunning)
         return CheckRunning(window);
     Require(window.BtnStart->text() == u"Start"_s, "no session runs: the button says Start");

@@ -24,9 +24,9 @@ using namespace Qt::StringLiterals;
 namespace tracelet {
 namespace {
 
-constexpr int patience = 40;  // deeds after which a dialog is to be left
-constexpr int refusals = 400; // and after which it is stuck
-const char* const deedsProperty = "deedsOfTheMonkey";
+constexpr int Patience = 40;  // deeds after which a dialog is to be left
+constexpr int Refusals = 400; // and after which it is stuck
+const char* const DeedsProperty = "deedsOfTheMonkey";
 
 QString FolderName(Random& random) {
     return QString::fromUtf8(random.Pick({"one", "two", "two", "three", "a/b", "..", "x/../y", "", " ",
@@ -59,9 +59,9 @@ void Monkey::ActOnPopup(QWidget& popup) {
 }
 
 void Monkey::ActOnDialog(QDialog& dialog) {
-    const int deeds = dialog.property(deedsProperty).toInt() + 1;
-    dialog.setProperty(deedsProperty, deeds);
-    if (deeds > refusals)
+    const int deeds = dialog.property(DeedsProperty).toInt() + 1;
+    dialog.setProperty(DeedsProperty, deeds);
+    if (deeds > Refusals)
         Fail(u"%1 will not close"_s.arg(NameOf(dialog)));
     if (auto* box = qobject_cast<QMessageBox*>(&dialog))
         return Answer(*box);
@@ -72,7 +72,7 @@ void Monkey::ActOnDialog(QDialog& dialog) {
     const QString name = dialog.objectName();
     if (name == u"Dialog"_s || name == u"ConvertFileDialog"_s)
         return NameFolder(dialog);
-    if (deeds > patience || random.Percent(8) || name == u"CommonDialog1"_s)
+    if (deeds > Patience || random.Percent(8) || name == u"CommonDialog1"_s)
         return Leave(dialog);
     auto* settings = qobject_cast<frmSetting*>(&dialog);
     if (settings != nullptr && random.Percent(15))

@@ -13,7 +13,7 @@
 namespace tracelet {
 namespace {
 
-constexpr std::size_t remembered = 60;
+constexpr std::size_t Remembered = 60;
 
 struct Diary {
     std::mutex mutex; // the watchdog reads from a thread of its own
@@ -45,7 +45,7 @@ void Note(const QString& deed) {
     const std::lock_guard lock(diary.mutex);
     diary.deeds.push_back(deed.toUtf8());
     ++diary.count;
-    if (diary.deeds.size() > remembered)
+    if (diary.deeds.size() > Remembered)
         diary.deeds.pop_front();
 }
 

@@ -19,7 +19,7 @@
 namespace tracelet {
 namespace {
 
-const char* const texts[] = {"0",     "1",     "2",    "3",     "10",         "64",   "100",
+const char* const Texts[] = {"0",     "1",     "2",    "3",     "10",         "64",   "100",
                              "1000",  "1,000", "0.5",  "-1",    "-10.5",      "1e3",  "1e999",
                              "-0",    "abc",   "",     " 7 ",   "1e-9",       "5000", "10000",
                              "99999", "1e12",  "12:3", "32768", "4294967296", "nan"};
@@ -42,7 +42,7 @@ void Wheel(Random& random, QWidget& widget) {
 
 void TypeInto(Random& random, QLineEdit& box) {
     const QPointer<QLineEdit> alive(&box);
-    const QString text = QString::fromLatin1(random.Pick(texts));
+    const QString text = QString::fromLatin1(random.Pick(Texts));
     Note(QStringLiteral("type \"%1\" into %2").arg(text, NameOf(box)));
     box.setFocus(Qt::OtherFocusReason);
     if (!alive)

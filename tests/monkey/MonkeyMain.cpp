@@ -17,7 +17,7 @@ namespace {
 
 using namespace tracelet;
 
-constexpr int patienceSeconds = 100;
+constexpr int PatienceSeconds = 100;
 
 void FailOnWarning(QtMsgType type, const QMessageLogContext&, const QString& text) {
     if (type == QtDebugMsg || type == QtInfoMsg)
@@ -52,7 +52,7 @@ int main(int argc, char** argv) {
     QApplication::setQuitOnLastWindowClosed(false);
     QApplication::setStyle(QStringLiteral("Fusion"));
     qInstallMessageHandler(FailOnWarning);
-    StartWatchdog(patienceSeconds);
+    StartWatchdog(PatienceSeconds);
     for (int i = 2; i < argc; ++i) {
         Note(u"seed %1"_s.arg(QString::fromLocal8Bit(argv[i])));
         Run(static_cast<std::uint32_t>(std::strtoul(argv[i], nullptr, 10)), std::atoi(argv[1]));

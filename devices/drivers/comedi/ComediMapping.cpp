@@ -32,10 +32,10 @@ std::optional<InputRange> InputRangeOf(std::int32_t code, double lowest, double 
 }
 
 std::uint32_t PeriodOf(double rate, std::int32_t conversions) {
-    constexpr double longest = std::numeric_limits<std::uint32_t>::max();
-    constexpr double middle = 2147483648.0; // brings 32 bits without sign into the range of CLng
-    const double nanoseconds = std::min(conversions * NanosecondsPerSecond / rate, longest);
-    return static_cast<std::uint32_t>(CLng(nanoseconds - middle)) + (std::uint32_t{1} << 31);
+    constexpr double Longest = std::numeric_limits<std::uint32_t>::max();
+    constexpr double Middle = 2147483648.0; // brings 32 bits without sign into the range of CLng
+    const double nanoseconds = std::min(conversions * NanosecondsPerSecond / rate, Longest);
+    return static_cast<std::uint32_t>(CLng(nanoseconds - Middle)) + (std::uint32_t{1} << 31);
 }
 
 double RateOf(std::uint32_t period, std::int32_t conversions) {
@@ -55,10 +55,10 @@ std::uint8_t PortState(const PortPlace& place, std::uint32_t bits) {
 }
 
 std::optional<std::int32_t> NodeNumber(std::string_view name) {
-    constexpr std::string_view prefix = "comedi";
-    if (!name.starts_with(prefix))
+    constexpr std::string_view Prefix = "comedi";
+    if (!name.starts_with(Prefix))
         return std::nullopt;
-    name.remove_prefix(prefix.size());
+    name.remove_prefix(Prefix.size());
     if (name.empty() || name.front() < '0' || name.front() > '9')
         return std::nullopt;
     std::int32_t number = 0;

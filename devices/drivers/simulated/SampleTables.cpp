@@ -46,9 +46,9 @@ void FillChannel(const std::vector<Sample>& period, std::uint64_t firstScan, std
 template <typename Sample>
 void FillWholeScans(const std::vector<std::vector<Sample>>& periods, std::uint64_t firstScan,
                     std::span<Sample> out) {
-    constexpr std::size_t blockSamples = 8192; // what is written stays in the first-level cache
+    constexpr std::size_t BlockSamples = 8192; // what is written stays in the first-level cache
     const std::size_t stride = periods.size();
-    const std::size_t block = std::max<std::size_t>(1, blockSamples / stride);
+    const std::size_t block = std::max<std::size_t>(1, BlockSamples / stride);
     std::size_t scans = out.size() / stride;
     Sample* at = out.data();
     while (scans > 0) {

@@ -10,8 +10,8 @@
 namespace tracelet {
 namespace {
 
-const double inf = std::numeric_limits<double>::infinity();
-const double nan = std::numeric_limits<double>::quiet_NaN();
+const double Inf = std::numeric_limits<double>::infinity();
+const double Nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(AxisTicks, StepsAreOneTwoOrFive) {
     struct Row {
@@ -37,7 +37,7 @@ TEST(AxisTicks, TicksStandOnMultiplesOfTheStepEndsIncluded) {
 TEST(AxisTicks, TicksThatDoublesCannotTellApartAreLeftOut) {
     const TickRange none = TicksWithin(1e18, 1e18 + 256, {1, 0});
     EXPECT_GT(none.first, none.last);
-    const TickRange nowhere = TicksWithin(nan, nan, {1, 0});
+    const TickRange nowhere = TicksWithin(Nan, Nan, {1, 0});
     EXPECT_GT(nowhere.first, nowhere.last);
 }
 
@@ -137,8 +137,8 @@ TEST(DrawnSpan, OddEndsBecomeSomethingThatCanBeDrawn) {
     EXPECT_EQ(DrawnSpan(5, 5), (AxisSpan{4.5, 5.5}));
     EXPECT_EQ(DrawnSpan(0, 1e-9), (AxisSpan{0, 1e-9}));
     EXPECT_EQ(DrawnSpan(0, 1e12), (AxisSpan{0, 1e12}));
-    for (const double low : {-inf, -1e300, -1e9, 0.0, 1e-300, 5.0, 1e300, inf, nan})
-        for (const double high : {-inf, -1e300, -1e9, 0.0, 1e-300, 5.0, 1e300, inf, nan}) {
+    for (const double low : {-Inf, -1e300, -1e9, 0.0, 1e-300, 5.0, 1e300, Inf, Nan})
+        for (const double high : {-Inf, -1e300, -1e9, 0.0, 1e-300, 5.0, 1e300, Inf, Nan}) {
             const AxisSpan span = DrawnSpan(low, high);
             EXPECT_TRUE(std::isfinite(span.Length())) << low << " " << high;
             EXPECT_GT(span.Length(), 0) << low << " " << high;
@@ -245,7 +245,7 @@ TEST(AxisEnds, FollowKeepsTheSpan) {
 }
 
 TEST(AxisEnds, OddEndsStayAsWritten) {
-    for (const auto& [low, high] : {std::pair{5.0, 5.0}, {10.0, 0.0}, {nan, 1.0}, {0.0, inf}, {-inf, inf}}) {
+    for (const auto& [low, high] : {std::pair{5.0, 5.0}, {10.0, 0.0}, {Nan, 1.0}, {0.0, Inf}, {-Inf, Inf}}) {
         AxisEnds ends;
         ends.SetMinimum(low);
         ends.SetMaximum(high);
@@ -258,8 +258,8 @@ TEST(AxisEnds, OddEndsStayAsWritten) {
 
 TEST(AxisEnds, FollowPassesOverTimesThatAreNone) {
     AxisEnds ends;
-    ends.Follow(inf);
-    ends.Follow(nan);
+    ends.Follow(Inf);
+    ends.Follow(Nan);
     EXPECT_EQ(ends.minimum, 0);
     EXPECT_EQ(ends.maximum, 10);
 }

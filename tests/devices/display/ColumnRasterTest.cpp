@@ -11,13 +11,13 @@
 namespace tracelet {
 namespace {
 
-constexpr std::uint32_t ground = 0xff000000;
-constexpr std::uint32_t ink = 0xffffffff;
+constexpr std::uint32_t Ground = 0xff000000;
+constexpr std::uint32_t Ink = 0xffffffff;
 
 class Canvas {
 public:
     Canvas(int width, int height)
-        : cells(static_cast<std::size_t>(width * height), ground), pixels{cells.data(), width, width,
+        : cells(static_cast<std::size_t>(width * height), Ground), pixels{cells.data(), width, width,
                                                                           height} {}
 
     /// '#' for the colour, '+' for a tint of it, '.' for the ground, row by row.
@@ -27,7 +27,7 @@ public:
             std::string row;
             for (int x = 0; x < pixels.width; ++x) {
                 const std::uint32_t cell = cells[static_cast<std::size_t>(y * pixels.width + x)];
-                row += cell == ink ? '#' : cell == ground ? '.' : '+';
+                row += cell == Ink ? '#' : cell == Ground ? '.' : '+';
             }
             rows.push_back(row);
         }
@@ -39,7 +39,7 @@ public:
 };
 
 Stroke HardStroke(int thickness = 1, std::int32_t lineStyle = 0) {
-    return {ink, thickness, false, DashPattern(lineStyle, thickness)};
+    return {Ink, thickness, false, DashPattern(lineStyle, thickness)};
 }
 
 /// The spans with empty columns on either side.

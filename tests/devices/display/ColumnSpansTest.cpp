@@ -96,7 +96,7 @@ bool Near(float a, float b) {
     return a == b || std::abs(a - b) <= 1e-5F;
 }
 
-const std::vector<Case> cases = {
+const std::vector<Case> Cases = {
     {"none", [](SampleStore&, std::mt19937&) {}, 0, 10},
     {"one", [](SampleStore& store, std::mt19937&) { store.AppendPoint(0, 5, 3); }, 0, 10},
     {"sparse",
@@ -174,7 +174,7 @@ class ColumnSpansTest : public testing::TestWithParam<int> {};
 
 TEST_P(ColumnSpansTest, CoverWhatDrawingEverySampleCovers) {
     const int columns = GetParam();
-    for (const Case& item : cases) {
+    for (const Case& item : Cases) {
         std::mt19937 random(3);
         SampleStore store;
         store.AddPlot();
@@ -312,8 +312,8 @@ TEST(ExtentBetween, PassesOverInfiniteSamples) {
 
 TEST(ColumnGrid, ColumnsFarAwayAreKeptWithinBounds) {
     const ColumnGrid grid{0, 1e-9};
-    EXPECT_EQ(grid.ColumnOf(1e300), ColumnGrid::limit);
-    EXPECT_EQ(grid.ColumnOf(-1e300), -ColumnGrid::limit);
+    EXPECT_EQ(grid.ColumnOf(1e300), ColumnGrid::Limit);
+    EXPECT_EQ(grid.ColumnOf(-1e300), -ColumnGrid::Limit);
     EXPECT_EQ(grid.ColumnOf(std::nan("")), 0);
     EXPECT_EQ(grid.ColumnOf(-1e-10), -1);
 }

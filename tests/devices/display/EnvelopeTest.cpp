@@ -12,8 +12,8 @@
 namespace tracelet {
 namespace {
 
-constexpr float nan = std::numeric_limits<float>::quiet_NaN();
-constexpr float inf = std::numeric_limits<float>::infinity();
+constexpr float Nan = std::numeric_limits<float>::quiet_NaN();
+constexpr float Inf = std::numeric_limits<float>::infinity();
 
 Extent PlainExtent(const std::vector<float>& values, std::int64_t first, std::int64_t end) {
     Extent extent;
@@ -29,7 +29,7 @@ INSTANTIATE_TEST_SUITE_P(Vectors, ExtentTest, testing::Values(ExtentOf, ExtentBy
 TEST_P(ExtentTest, OfNothingIsEmpty) {
     EXPECT_TRUE(Extent{}.Empty());
     EXPECT_TRUE(GetParam()({}).Empty());
-    const std::vector<float> values(100, nan);
+    const std::vector<float> values(100, Nan);
     EXPECT_TRUE(GetParam()(values).Empty());
 }
 
@@ -37,16 +37,16 @@ TEST_P(ExtentTest, PassesOverWhatIsNoNumberWhereverItStands) {
     for (std::size_t count : {1U, 7U, 8U, 9U, 16U, 63U, 64U, 65U}) {
         for (std::size_t at = 0; at < count; ++at) {
             std::vector<float> values(count, 2.0F);
-            values[at] = nan;
+            values[at] = Nan;
             const Extent extent = GetParam()(values);
             EXPECT_EQ(extent.Empty(), count == 1);
             if (count > 1) {
                 EXPECT_EQ(extent, (Extent{2, 2})) << count << " " << at;
             }
-            values[at] = -inf;
-            EXPECT_EQ(GetParam()(values).low, -inf) << count << " " << at;
-            values[at] = inf;
-            EXPECT_EQ(GetParam()(values).high, inf) << count << " " << at;
+            values[at] = -Inf;
+            EXPECT_EQ(GetParam()(values).low, -Inf) << count << " " << at;
+            values[at] = Inf;
+            EXPECT_EQ(GetParam()(values).high, Inf) << count << " " << at;
         }
     }
 }
@@ -67,7 +67,7 @@ TEST(Envelope, AnswersEveryRangeAsAPlainScanDoes) {
     Envelope envelope;
     std::vector<float> values;
     for (int i = 0; i < 40000; ++i) {
-        const float value = i % 997 == 0 ? nan : noise(random) + static_cast<float>(i) * 0.001F;
+        const float value = i % 997 == 0 ? Nan : noise(random) + static_cast<float>(i) * 0.001F;
         envelope.Append(value);
         values.push_back(value);
     }
@@ -96,7 +96,7 @@ TEST(Envelope, FiniteRangePassesOverInfiniteSamples) {
         std::vector<float> finite;
         for (int i = 0; i < 20'000; ++i) {
             const bool odd = random() % often == 0 || (i > 7000 && i < 8000);
-            finite.push_back(odd ? nan : noise(random));
+            finite.push_back(odd ? Nan : noise(random));
             envelope.Append(odd ? (random() % 2 == 0 ? infinity : -infinity) : finite.back());
         }
         envelope.DropBefore(100);
@@ -123,30 +123,30 @@ TEST(Envelope, RangeOfNothingIsEmpty) {
 
 TEST(Envelope, KeepsALoneSpikeThroughAllLevels) {
     Envelope envelope;
-    constexpr std::int64_t count = 3'000'000;
-    constexpr std::int64_t spike = 2'345'678;
-    for (std::int64_t done = 0; done < count;) {
+    constexpr std::int64_t Count = 3'000'000;
+    constexpr std::int64_t Spike = 2'345'678;
+    for (std::int64_t done = 0; done < Count;) {
         envelope.Reserve(4096);
         std::int64_t room = 0;
-        float* cells = envelope.Room(count - done, room);
+        float* cells = envelope.Room(Count - done, room);
         for (std::int64_t i = 0; i < room; ++i)
-            cells[i] = done + i == spike ? 8.0F : 0.0F;
+            cells[i] = done + i == Spike ? 8.0F : 0.0F;
         envelope.Appended(room);
         done += room;
     }
-    EXPECT_EQ(envelope.Range(0, count), (Extent{0, 8}));
-    EXPECT_EQ(envelope.Range(0, spike), (Extent{0, 0}));
-    EXPECT_EQ(envelope.Range(spike, count), (Extent{0, 8}));
-    EXPECT_EQ(envelope.Range(spike, spike + 1), (Extent{8, 8}));
-    EXPECT_EQ(envelope.Range(spike + 1, count), (Extent{0, 0}));
+    EXPECT_EQ(envelope.Range(0, Count), (Extent{0, 8}));
+    EXPECT_EQ(envelope.Range(0, Spike), (Extent{0, 0}));
+    EXPECT_EQ(envelope.Range(Spike, Count), (Extent{0, 8}));
+    EXPECT_EQ(envelope.Range(Spike, Spike + 1), (Extent{8, 8}));
+    EXPECT_EQ(envelope.Range(Spike + 1, Count), (Extent{0, 0}));
 }
 
 TEST(Envelope, HoldsAtMostFourAndAHalfBytesASample) {
     Envelope envelope;
-    constexpr std::int64_t count = 500'000;
-    for (std::int64_t i = 0; i < count; ++i)
+    constexpr std::int64_t Count = 500'000;
+    for (std::int64_t i = 0; i < Count; ++i)
         envelope.Append(static_cast<float>(i));
-    EXPECT_LE(static_cast<double>(envelope.HeldBytes()), 4.5 * count);
+    EXPECT_LE(static_cast<double>(envelope.HeldBytes()), 4.5 * Count);
 }
 
 TEST(Envelope, GivesBackMemoryOfDroppedSamplesAndKeepsItsSizeAfterwards) {

@@ -7,19 +7,19 @@ namespace {
 
 using Places = std::vector<DigitPlace>;
 
-constexpr std::uint8_t zero = 0x3F;
-constexpr std::uint8_t one = SegmentUpperRight | SegmentLowerRight;
-constexpr std::uint8_t two =
+constexpr std::uint8_t Zero = 0x3F;
+constexpr std::uint8_t One = SegmentUpperRight | SegmentLowerRight;
+constexpr std::uint8_t Two =
     SegmentTop | SegmentUpperRight | SegmentMiddle | SegmentLowerLeft | SegmentBottom;
 
 TEST(SevenSegment, PointStandsBehindItsDigit) {
-    EXPECT_EQ(DigitPlaces("1.0", 0, 9), (Places{{one, true}, {zero, false}}));
-    EXPECT_EQ(DigitPlaces(".20", 0, 9), (Places{{0, true}, {two, false}, {zero, false}}));
-    EXPECT_EQ(DigitPlaces("-.2", 0, 9), (Places{{SegmentMiddle, true}, {two, false}}));
+    EXPECT_EQ(DigitPlaces("1.0", 0, 9), (Places{{One, true}, {Zero, false}}));
+    EXPECT_EQ(DigitPlaces(".20", 0, 9), (Places{{0, true}, {Two, false}, {Zero, false}}));
+    EXPECT_EQ(DigitPlaces("-.2", 0, 9), (Places{{SegmentMiddle, true}, {Two, false}}));
 }
 
 TEST(SevenSegment, RightAligned) {
-    EXPECT_EQ(DigitPlaces("1", 3, 9), (Places{{0, false}, {0, false}, {one, false}}));
+    EXPECT_EQ(DigitPlaces("1", 3, 9), (Places{{0, false}, {0, false}, {One, false}}));
     EXPECT_EQ(DigitPlaces("", 2, 9), (Places{{0, false}, {0, false}}));
 }
 
@@ -34,14 +34,14 @@ TEST(SevenSegment, PointKeepsItsPlaceWhileNumbersChange) {
 
 TEST(SevenSegment, PowersHaveACapitalE) {
     EXPECT_EQ(DigitPlaces("2e-1", 0, 9),
-              (Places{{two, false}, {0x79, false}, {SegmentMiddle, false}, {one, false}}));
+              (Places{{Two, false}, {0x79, false}, {SegmentMiddle, false}, {One, false}}));
 }
 
 TEST(SevenSegment, MorePlacesWhereTheyFit) {
     const Places places = DigitPlaces("1000.000000", 9, 10);
     ASSERT_EQ(places.size(), 10U);
-    EXPECT_EQ(places[0], (DigitPlace{one, false}));
-    EXPECT_EQ(places[3], (DigitPlace{zero, true}));
+    EXPECT_EQ(places[0], (DigitPlace{One, false}));
+    EXPECT_EQ(places[3], (DigitPlace{Zero, true}));
 }
 
 TEST(SevenSegment, NumbersThatDoNotFitAreBarsNeverAPart) {

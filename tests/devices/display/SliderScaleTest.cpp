@@ -7,7 +7,7 @@
 namespace tracelet {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 TEST(SliderScale, FractionsOfALinearRange) {
     const SliderScale scale{0.0, 100.0, false};
@@ -16,8 +16,8 @@ TEST(SliderScale, FractionsOfALinearRange) {
     EXPECT_EQ(scale.Fraction(100.0), 1.0);
     EXPECT_EQ(scale.Fraction(-5.0), 0.0);
     EXPECT_EQ(scale.Fraction(1e300), 1.0);
-    EXPECT_EQ(scale.Fraction(infinity), 1.0);
-    EXPECT_EQ(scale.Fraction(-infinity), 0.0);
+    EXPECT_EQ(scale.Fraction(Infinity), 1.0);
+    EXPECT_EQ(scale.Fraction(-Infinity), 0.0);
 }
 
 TEST(SliderScale, ValuesOfFractions) {

@@ -13,8 +13,8 @@
 namespace tracelet {
 namespace {
 
-constexpr std::uint32_t green = 0x00ff00;
-constexpr double markDistance = 24; ///< samples so many columns apart are marked
+constexpr std::uint32_t Green = 0x00ff00;
+constexpr double MarkDistance = 24; ///< samples so many columns apart are marked
 
 /// Pixels {column, row} of the plot area, or those that a plain renderer finds.
 using PixelSet = std::set<std::pair<int, int>>;
@@ -128,8 +128,8 @@ void ExpectAllSamplesDrawn(ZelGraph& graph, const std::string& name) {
         plain.Point(here);
         if (i > 0)
             plain.Line(graph.PointAt(0, i - 1), here);
-        const bool apart = (i == 0 || plain.Spacing(graph.PointAt(0, i - 1), here) >= markDistance) &&
-                           (i + 1 == count || plain.Spacing(here, graph.PointAt(0, i + 1)) >= markDistance);
+        const bool apart = (i == 0 || plain.Spacing(graph.PointAt(0, i - 1), here) >= MarkDistance) &&
+                           (i + 1 == count || plain.Spacing(here, graph.PointAt(0, i + 1)) >= MarkDistance);
         if (apart)
             plain.Mark(here);
     }
@@ -155,7 +155,7 @@ class ZelGraphDrawing : public testing::Test {
 protected:
     ZelGraphDrawing() {
         graph.resize(500, 300);
-        graph.AddPlot({QStringLiteral("AI 0"), green, 0, VoltageAxis});
+        graph.AddPlot({QStringLiteral("AI 0"), Green, 0, VoltageAxis});
         graph.show();
     }
     /// A plot of each line style but the first.
@@ -274,7 +274,7 @@ TEST_F(ZelGraphDrawing, ScrollingMovesTheTraceWithoutChangingAPixel) {
     Append(0, 40'000, 0.0003, spiky);
     for (const int scans : {100, 1234, 2500, 777}) {
         for (std::int32_t style = 0; style < 5; ++style) {
-            graph.SetPlot(0, {QStringLiteral("AI 0"), green, style, VoltageAxis});
+            graph.SetPlot(0, {QStringLiteral("AI 0"), Green, style, VoltageAxis});
             const PixelSet before = GreenPixels(graph);
             Append(0, scans, 0.0003, spiky);
             const PixelSet after = GreenPixels(graph);
@@ -300,9 +300,9 @@ TEST_F(ZelGraphDrawing, SpikeOfOneSampleInTenMillionShowsAtEveryZoom) {
     for (double span = 10; span > 3e-6; span /= 3) {
         graph.AxisSetRange(XAxis, x - 0.4 * span, x + 0.6 * span);
         const double row = 2.0 * (graph.PlotRect().height() - 1) / 20.0 + 0.5;
-        const bool marked = span / graph.PlotRect().width() * markDistance <= 1e-6;
+        const bool marked = span / graph.PlotRect().width() * MarkDistance <= 1e-6;
         for (std::int32_t style = 0; style < 5; ++style) {
-            graph.SetPlot(0, {QStringLiteral("AI 0"), green, style, VoltageAxis});
+            graph.SetPlot(0, {QStringLiteral("AI 0"), Green, style, VoltageAxis});
             int highest = 1 << 30;
             for (const auto& pixel : GreenPixels(graph))
                 highest = std::min(highest, pixel.second);
@@ -312,7 +312,7 @@ TEST_F(ZelGraphDrawing, SpikeOfOneSampleInTenMillionShowsAtEveryZoom) {
 }
 
 TEST_F(ZelGraphDrawing, DigitalLinesAreDrawnAsSteps) {
-    graph.SetPlot(0, {QStringLiteral("DI 0:0"), green, 0, DigitalAxis});
+    graph.SetPlot(0, {QStringLiteral("DI 0:0"), Green, 0, DigitalAxis});
     graph.AddPoint(0, 0, 0);
     graph.AddPoint(0, 4, 1);
     graph.AddPoint(0, 8, 0);

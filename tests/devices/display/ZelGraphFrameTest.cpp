@@ -76,7 +76,7 @@ TEST_F(ZelGraphFrame, LowGraphHasTwoTicksAtLeast) {
     for (double low = 11; low < 40; low += 0.7) {
         graph.AxisSetRange(VoltageAxis, low, low + 12);
         const int right = graph.PlotRect().left() - 5;
-        const std::vector<int> rows = RowsOf(graph, QColor(ChartColor::label), 0, right);
+        const std::vector<int> rows = RowsOf(graph, QColor(ChartColor::Label), 0, right);
         ASSERT_FALSE(rows.empty());
         EXPECT_GT(rows.back() - rows.front(), 20) << low;
     }
@@ -103,7 +103,7 @@ std::vector<int> GridColumns(ZelGraph& graph) {
     for (int x = area.left(); x <= area.right(); ++x) {
         bool line = true;
         for (int y = area.top(); y <= area.bottom(); ++y)
-            line = line && image.pixel(x, y) == ChartColor::grid;
+            line = line && image.pixel(x, y) == ChartColor::Grid;
         if (line)
             columns.push_back(x - area.left());
     }
@@ -163,7 +163,7 @@ std::vector<int> LabelWidths(ZelGraph& graph, int gap) {
     for (int x = 0; x < image.width(); ++x) {
         bool ink = false;
         for (int y = top; y < top + 12; ++y)
-            ink = ink || image.pixel(x, y) != ChartColor::ground;
+            ink = ink || image.pixel(x, y) != ChartColor::Ground;
         if (!ink)
             continue;
         if (begin >= 0 && x - end > gap) {

@@ -14,8 +14,8 @@
 namespace tracelet {
 namespace {
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+constexpr double NotANumber = std::numeric_limits<double>::quiet_NaN();
 
 std::vector<double> Values(const QSignalSpy& told) {
     std::vector<double> values;
@@ -69,7 +69,7 @@ TEST_F(HorizontalSlider, ClampsTheProgramUnlessToldNotTo) {
     EXPECT_EQ(slider.Value(), 100.0);
     slider.SetValue(-1.0);
     EXPECT_EQ(slider.Value(), 0.0);
-    slider.SetValue(infinity);
+    slider.SetValue(Infinity);
     EXPECT_EQ(slider.Value(), 100.0);
     slider.SetClampsProgram(false);
     slider.SetValue(2e6);
@@ -80,17 +80,17 @@ TEST_F(HorizontalSlider, ClampsTheProgramUnlessToldNotTo) {
 
 TEST_F(HorizontalSlider, IgnoresWhatIsNotANumber) {
     slider.SetValue(5.0);
-    slider.SetValue(notANumber);
+    slider.SetValue(NotANumber);
     slider.SetClampsProgram(false);
-    slider.SetValue(notANumber);
+    slider.SetValue(NotANumber);
     EXPECT_EQ(slider.Value(), 5.0);
     EXPECT_EQ(told.count(), 1);
 }
 
 TEST_F(HorizontalSlider, RefusesRangesThatAreNone) {
     EXPECT_THROW(slider.SetRange(2.0, 1.0), RunTimeError);
-    EXPECT_THROW(slider.SetRange(notANumber, 1.0), RunTimeError);
-    EXPECT_THROW(slider.SetRange(0.0, infinity), RunTimeError);
+    EXPECT_THROW(slider.SetRange(NotANumber, 1.0), RunTimeError);
+    EXPECT_THROW(slider.SetRange(0.0, Infinity), RunTimeError);
     EXPECT_EQ(slider.Minimum(), 0.0);
     EXPECT_EQ(slider.Maximum(), 100.0);
 }

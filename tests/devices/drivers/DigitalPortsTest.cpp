@@ -22,7 +22,7 @@ TEST(RequirePorts, TakesWhatTheBoardHas) {
 }
 
 TEST(RequirePorts, NamesAPortThatIsNotThere) {
-    constexpr std::int32_t highest = std::numeric_limits<std::int32_t>::max();
+    constexpr std::int32_t Highest = std::numeric_limits<std::int32_t>::max();
     const struct {
         std::int32_t start;
         std::size_t count;
@@ -32,7 +32,7 @@ TEST(RequirePorts, NamesAPortThatIsNotThere) {
                  {4, 1, "The board has no digital port 4"},
                  {-1, 1, "The board has no digital port -1"},
                  {-1, 9, "The board has no digital port -1"},
-                 {highest, 1, "The board has no digital port 2147483647"}};
+                 {Highest, 1, "The board has no digital port 2147483647"}};
     for (const auto& c : cases)
         EXPECT_THAT([&] { RequirePorts(FourPorts(), c.start, c.count); },
                     testing::ThrowsMessage<RunTimeError>(c.text))
