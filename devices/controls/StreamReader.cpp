@@ -92,9 +92,7 @@ void StreamReader::ReadOn() {
 void StreamReader::ReadAside() {
     if (!MakeAside())
         Drop(plan.halfSamples);
-    else if (!FillAside())
-        return;
-    else if (PutAside())
+    else if (!FillAside() || PutAside())
         return;
     if (!std::exchange(losing, true))
         NoteLoss();
