@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <string_view>
 
 namespace tracelet {
 namespace {
@@ -211,7 +212,8 @@ inline char* PutPlain(typename Form<Number>::Word digits, int used, int exponent
     using Word = typename Form<Number>::Word;
     const auto& placing = Placings<Number>[static_cast<std::size_t>(exponent - LowestPlain)];
     const Word behind = ((digits >> placing.shift) << 8) | Word{'.'};
-    std::memcpy(out, "0.000000", 8);
+    constexpr std::string_view zeros = "0.000000";
+    std::memcpy(out, zeros.data(), zeros.size());
     Store(out + placing.first, digits);
     Store(out + placing.second, behind);
     return out + placing.length[static_cast<std::size_t>(used)];

@@ -74,6 +74,7 @@ struct DigitalLine {
 
 std::vector<std::string> ColumnNames(const std::vector<std::int32_t>& lines) {
     std::vector<std::string> names;
+    names.reserve(lines.size());
     for (const std::int32_t line : lines)
         names.push_back(std::to_string(line / LinesOfPort) + ":" + std::to_string(line % LinesOfPort));
     return names;
@@ -81,6 +82,7 @@ std::vector<std::string> ColumnNames(const std::vector<std::int32_t>& lines) {
 
 std::vector<DigitalLine> Places(const std::vector<std::int32_t>& lines, std::int32_t portStart) {
     std::vector<DigitalLine> places;
+    places.reserve(lines.size());
     for (const std::int32_t line : lines)
         places.push_back({static_cast<std::size_t>(line / LinesOfPort - portStart), line % LinesOfPort});
     return places;

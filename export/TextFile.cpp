@@ -11,7 +11,8 @@
 namespace tracelet {
 namespace {
 
-constexpr std::size_t BufferBytes = 1024 * 1024; // smaller ones are slower, larger ones no faster
+// Smaller ones are slower, larger ones no faster.
+constexpr std::size_t BufferBytes = std::size_t{1024} * 1024;
 constexpr mode_t Everyone = 0666;
 constexpr std::string_view LineBreak = "\r\n";
 

@@ -7,7 +7,7 @@
 namespace tracelet {
 namespace {
 
-constexpr std::int64_t BufferSize = 64 * 1024;
+constexpr std::int64_t BufferSize = std::int64_t{64} * 1024;
 
 } // namespace
 

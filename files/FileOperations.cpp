@@ -16,7 +16,7 @@
 namespace tracelet {
 namespace {
 
-constexpr std::size_t CopyBlock = 1024 * 1024;
+constexpr std::size_t CopyBlock = std::size_t{1024} * 1024;
 
 // What `action` answers for the native path, False when there is none.
 template <typename Action>

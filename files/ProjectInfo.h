@@ -28,7 +28,7 @@ struct ProjectInfo {
     /// Largest count of analog, or of digital plots, and of bytes in the names of either: more than any
     /// device needs, and what a window still shows at once.
     static constexpr std::int32_t MostPlots = 1024;
-    static constexpr std::size_t MostNameBytes = 128 * 1024;
+    static constexpr std::size_t MostNameBytes = std::size_t{128} * 1024;
 
     bool bHisAI = false;       ///< analog data were recorded
     bool bHisDI = false;       ///< digital data were recorded
