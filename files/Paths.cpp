@@ -113,7 +113,7 @@ std::string CreateUniqueFile(const std::string& start) {
     for (unsigned tries = 0; tries < NameCount; ++tries, ++number) {
         char digits[5];
         std::snprintf(digits, sizeof digits, "%04X", number % NameCount);
-        const std::string path = start + digits + ".tmp";
+        std::string path = start + digits + ".tmp";
         const int error = CreateNew(path);
         if (error == 0)
             return path;
@@ -180,7 +180,7 @@ std::string GetTempDir() {
 std::string GetTempFile(bool keep, std::string_view prefix, std::string_view folder) {
     if (IsOfAnotherSystem(folder) || folder.empty())
         return {};
-    const std::string path = CreateUniqueFile(WithSeparator(NativePath(folder)) + std::string(prefix));
+    std::string path = CreateUniqueFile(WithSeparator(NativePath(folder)) + std::string(prefix));
     if (!keep && !path.empty())
         DeleteAndWait(path);
     return path;

@@ -108,7 +108,7 @@ void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
 
 // What a recording's temperatures were measured in, it does not tell.
 QString frmMain::UnitOf(const PlotLook& look) const {
-    const QString counts = u"counts"_s;
+    QString counts = u"counts"_s;
     if (look.history) {
         if (!bHisAISoft && !bHisAIAnalog)
             return counts;

@@ -175,8 +175,9 @@ void frmMain::PlaySoftDIData(bool& end) {
     std::int64_t scan = HisScanIndex;
     end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
                     ScansATick(), [&](std::span<const std::uint8_t> states, std::int32_t scans) {
+                        const auto ports = static_cast<std::size_t>(nHisDIPortCount);
                         for (std::int32_t s = 0; s < scans; ++s, ++scan)
-                            PlayPorts(states.subspan(static_cast<std::size_t>(s * nHisDIPortCount)), scan);
+                            PlayPorts(states.subspan(static_cast<std::size_t>(s) * ports), scan);
                     });
 }
 

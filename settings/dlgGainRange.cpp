@@ -24,11 +24,11 @@ dlgGainRange::dlgGainRange(QWidget& owner, frmMain& mainWindow)
     setObjectName(u"dlgGainRange"_s);
     setWindowTitle(u"Input Range"_s);
     Build();
-    Open();
+    ShowFirstChannel();
     ConnectWidgets();
 }
 
-void dlgGainRange::Open() {
+void dlgGainRange::ShowFirstChannel() {
     FillLists();
     RefreshGainTable();
     lstViewGain->setCurrentItem(lstViewGain->topLevelItem(0));
@@ -136,6 +136,7 @@ ChannelFacts dlgGainRange::FactsOf(std::int32_t channel) {
 void dlgGainRange::RefreshGainTable() {
     const std::int32_t selected = ZelAI1.Channel();
     std::vector<ChannelFacts> channels;
+    channels.reserve(static_cast<std::size_t>(ZelAI1.MaxChannelCount()));
     for (std::int32_t channel = 0; channel < ZelAI1.MaxChannelCount(); ++channel)
         channels.push_back(FactsOf(channel));
     SelectOnBoth(selected);

@@ -75,7 +75,7 @@ private:
     [[nodiscard]] QGroupBox* BuildConnection();
     void ConnectWidgets();
 
-    void Open();
+    void ShowFirstChannel();
     void FillLists();
     void ProbeThermocouples();
     void ProbeConnection();
