@@ -32,7 +32,7 @@
 #include "devices/controls/ZelDIO.h"
 #include "devices/controls/ZelHiResTimerCtl.h"
 #include "devices/controls/ZelThermo.h"
-#include "devices/drivers/BoardList.h"
+#include "devices/drivers/FindBoards.h"
 #include "files/BinaryFiles.h"
 #include "files/SystemFile.h"
 #include "files/WorkFolder.h"

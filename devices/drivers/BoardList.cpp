@@ -1,13 +1,6 @@
 #include "devices/drivers/BoardList.h"
 
-#ifdef TRACELET_COMEDI
-#include "devices/drivers/comedi/ComediBoards.h"
-#endif
-#include "devices/drivers/simulated/SimulatedBoards.h"
-
 #include <algorithm>
-#include <iterator>
-#include <utility>
 
 namespace tracelet {
 namespace {
@@ -26,11 +19,6 @@ std::int32_t Default(const Entries& entries) {
     return real >= 0 ? real : FirstUsable(entries, true);
 }
 
-void Append(BoardList& list, BoardList more) {
-    std::ranges::move(more.analog, std::back_inserter(list.analog));
-    std::ranges::move(more.digital, std::back_inserter(list.digital));
-}
-
 } // namespace
 
 std::int32_t BoardList::DefaultAnalog() const {
@@ -39,16 +27,6 @@ std::int32_t BoardList::DefaultAnalog() const {
 
 std::int32_t BoardList::DefaultDigital() const {
     return Default(digital);
-}
-
-BoardList FindBoards() {
-    BoardList list;
-    // Drivers of real boards append theirs here.
-#ifdef TRACELET_COMEDI
-    FindComediBoards(list);
-#endif
-    Append(list, SimulatedBoards());
-    return list;
 }
 
 } // namespace tracelet

@@ -28,8 +28,4 @@ struct BoardList {
     [[nodiscard]] std::int32_t DefaultDigital() const;
 };
 
-/// The boards of this machine: those of every driver that was built in, then the simulated ones. Every call
-/// makes boards of its own.
-[[nodiscard]] BoardList FindBoards();
-
 } // namespace tracelet

@@ -1,4 +1,4 @@
-#include "devices/drivers/BoardList.h"
+#include "devices/drivers/FindBoards.h"
 
 #include "devices/drivers/simulated/SimulatedAnalogBoard.h"
 #include "devices/drivers/simulated/SimulatedBoards.h"
