@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/frmMain.h"
-#include "devices/drivers/simulated/SimulatedBoards.h"
+#include "core/drivers/simulated/SimulatedBoards.h"
+#include "window/main/frmMain.h"
 
 #include <QTemporaryDir>
 

@@ -2,8 +2,8 @@
 // settings and beside a widget that only clears itself and draws a grid with labels.
 
 #include "bench/ChartRounds.h"
-#include "devices/display/ChartFrame.h"
-#include "devices/display/ZelGraph.h"
+#include "window/chart/ChartFrame.h"
+#include "window/chart/ZelGraph.h"
 
 #include <QPainter>
 

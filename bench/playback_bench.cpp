@@ -4,9 +4,9 @@
 
 #include "bench/BenchWindow.h"
 #include "bench/Measure.h"
-#include "devices/display/ZelGraph.h"
-#include "devices/display/ZelSlider.h"
-#include "files/ProjectInfo.h"
+#include "core/recordings/ProjectInfo.h"
+#include "window/chart/ZelGraph.h"
+#include "window/widgets/ZelSlider.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -3,10 +3,10 @@
 
 #include "bench/BenchWindow.h"
 #include "bench/Measure.h"
-#include "devices/controls/ZelAI.h"
-#include "devices/controls/ZelHiResTimerCtl.h"
-#include "devices/display/ZelButton.h"
-#include "devices/display/ZelGraph.h"
+#include "window/chart/ZelGraph.h"
+#include "window/controls/ZelAI.h"
+#include "window/controls/ZelHiResTimerCtl.h"
+#include "window/widgets/ZelButton.h"
 
 #include <QCheckBox>
 #include <QEventLoop>

@@ -1,8 +1,8 @@
 // How fast an analog recording becomes text, beside an fprintf loop over the same data: eight channels of
 // noisy values into a new file each time.
 
-#include "base/LittleEndian.h"
-#include "export/TextExport.h"
+#include "core/base/LittleEndian.h"
+#include "core/export/TextExport.h"
 
 #include <QTemporaryDir>
 #include <benchmark/benchmark.h>

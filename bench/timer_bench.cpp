@@ -4,8 +4,8 @@
 
 #include "bench/BenchWindow.h"
 #include "bench/Measure.h"
-#include "devices/controls/ZelHiResTimerCtl.h"
-#include "devices/display/ZelGraph.h"
+#include "window/chart/ZelGraph.h"
+#include "window/controls/ZelHiResTimerCtl.h"
 
 #include <QEventLoop>
 #include <QTimer>

@@ -25,25 +25,10 @@ function(tracelet_options)
   endif()
 endfunction()
 
-# Adds sources of the calling folder to the core (no Qt).
-function(tracelet_core_sources)
-  target_sources(tracelet_core PRIVATE ${ARGN})
-endfunction()
-
-# Adds sources of the calling folder to the window; nothing when the window is not built.
-function(tracelet_window_sources)
-  if(TRACELET_WINDOW)
-    target_sources(tracelet_window PRIVATE ${ARGN})
-  endif()
-endfunction()
-
 # tracelet_test(NAME [WINDOW] [COMMA] SOURCES...): one test program, run as one CTest test without a display;
 # COMMA runs it again, as NAME_comma, on a desktop that writes decimals with a comma.
 function(tracelet_test name)
   cmake_parse_arguments(test "WINDOW;COMMA" "" "" ${ARGN})
-  if(test_WINDOW AND NOT TRACELET_WINDOW)
-    return()
-  endif()
   add_executable(${name} ${test_UNPARSED_ARGUMENTS})
   if(test_WINDOW)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)

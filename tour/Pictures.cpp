@@ -1,6 +1,6 @@
 #include "tour/Pictures.h"
 
-#include "base/RunTimeError.h"
+#include "core/base/RunTimeError.h"
 
 #include <QApplication>
 #include <QPainter>

@@ -1,10 +1,10 @@
 #include "tour/Tour.h"
 
-#include "devices/display/ZelButton.h"
-#include "devices/display/ZelGraph.h"
-#include "devices/display/ZelSlider.h"
-#include "devices/drivers/simulated/SimulatedBoards.h"
+#include "core/drivers/simulated/SimulatedBoards.h"
 #include "tests/support/OnModalDialog.h"
+#include "window/chart/ZelGraph.h"
+#include "window/widgets/ZelButton.h"
+#include "window/widgets/ZelSlider.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "app/frmMain.h"
-#include "base/RunTimeError.h"
+#include "core/base/RunTimeError.h"
 #include "tour/Pictures.h"
+#include "window/main/frmMain.h"
 
 #include <QString>
 

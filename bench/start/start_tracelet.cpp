@@ -1,8 +1,8 @@
 // The program itself, telling when its window was painted.
 
-#include "app/Run.h"
-#include "app/frmMain.h"
 #include "bench/start/FirstPaint.h"
+#include "window/main/Run.h"
+#include "window/main/frmMain.h"
 
 #include <memory>
 

@@ -1,5 +1,5 @@
-#include "base/LittleEndian.h"
-#include "history/RecordingReader.h"
+#include "core/base/LittleEndian.h"
+#include "core/recordings/RecordingReader.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
-#include "base/RunTimeError.h"
-#include "history/RecordingReader.h"
+#include "core/base/RunTimeError.h"
+#include "core/recordings/RecordingReader.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 namespace tracelet {

@@ -1,5 +1,5 @@
-#include "base/RunTimeError.h"
-#include "files/ProjectInfo.h"
+#include "core/base/RunTimeError.h"
+#include "core/recordings/ProjectInfo.h"
 #include "tests/fuzz/FuzzTarget.h"
 
 #include <algorithm>

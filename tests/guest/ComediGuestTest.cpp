@@ -1,10 +1,10 @@
 #include "tests/support/MainWindowTest.h"
 
-#include "base/LittleEndian.h"
-#include "base/RunTimeError.h"
-#include "devices/display/ZelGraph.h"
-#include "devices/drivers/comedi/ComediBoards.h"
-#include "devices/drivers/comedi/ComediDevice.h"
+#include "core/base/LittleEndian.h"
+#include "core/base/RunTimeError.h"
+#include "core/drivers/comedi/ComediBoards.h"
+#include "core/drivers/comedi/ComediDevice.h"
+#include "window/chart/ZelGraph.h"
 
 #include <QProcess>
 

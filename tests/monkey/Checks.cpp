@@ -1,11 +1,11 @@
 #include "tests/monkey/Checks.h"
 
-#include "app/frmMain.h"
-#include "devices/display/ZelButton.h"
-#include "devices/display/ZelGraph.h"
-#include "devices/display/ZelLED.h"
-#include "files/ProjectInfo.h"
+#include "core/recordings/ProjectInfo.h"
 #include "tests/monkey/Diary.h"
+#include "window/chart/ZelGraph.h"
+#include "window/main/frmMain.h"
+#include "window/widgets/ZelButton.h"
+#include "window/widgets/ZelLED.h"
 
 #include <QCheckBox>
 #include <QGroupBox>

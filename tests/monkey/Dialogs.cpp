@@ -4,7 +4,7 @@
 #include "tests/monkey/Hands.h"
 #include "tests/monkey/Monkey.h"
 
-#include "settings/frmSetting.h"
+#include "window/settings/frmSetting.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,15 +1,15 @@
 #include "tests/monkey/Monkey.h"
 
-#include "devices/display/ZelButton.h"
-#include "devices/display/ZelGraph.h"
-#include "devices/display/ZelLED.h"
-#include "devices/display/ZelSlider.h"
-#include "devices/drivers/simulated/SimulatedAnalogBoard.h"
-#include "devices/drivers/simulated/SimulatedBoards.h"
-#include "devices/drivers/simulated/SimulatedDigitalBoard.h"
+#include "core/drivers/simulated/SimulatedAnalogBoard.h"
+#include "core/drivers/simulated/SimulatedBoards.h"
+#include "core/drivers/simulated/SimulatedDigitalBoard.h"
 #include "tests/monkey/Checks.h"
 #include "tests/monkey/Diary.h"
 #include "tests/monkey/Hands.h"
+#include "window/chart/ZelGraph.h"
+#include "window/widgets/ZelButton.h"
+#include "window/widgets/ZelLED.h"
+#include "window/widgets/ZelSlider.h"
 
 #include <QApplication>
 #include <QCheckBox>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "app/frmMain.h"
 #include "tests/monkey/Random.h"
+#include "window/main/frmMain.h"
 
 #include <QObject>
 #include <QStringList>

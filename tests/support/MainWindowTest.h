@@ -1,12 +1,12 @@
 #pragma once
 
-#include "app/frmMain.h"
-#include "devices/display/ZelButton.h"
-#include "devices/drivers/simulated/SimulatedAnalogBoard.h"
-#include "devices/drivers/simulated/SimulatedBoards.h"
-#include "devices/drivers/simulated/SimulatedDigitalBoard.h"
-#include "files/Paths.h"
+#include "core/drivers/simulated/SimulatedAnalogBoard.h"
+#include "core/drivers/simulated/SimulatedBoards.h"
+#include "core/drivers/simulated/SimulatedDigitalBoard.h"
+#include "core/files/Paths.h"
 #include "tests/support/MessageBoxes.h"
+#include "window/main/frmMain.h"
+#include "window/widgets/ZelButton.h"
 
 #include <QAbstractButton>
 #include <QCheckBox>

@@ -12,7 +12,7 @@ import sys
 from pathlib import Path
 
 TESTS = Path(__file__).resolve().parent.parent
-sys.path[:0] = [str(TESTS / "files"), str(TESTS / "devices/drivers/simulated")]
+sys.path[:0] = [str(TESTS / "core/recordings"), str(TESTS / "core/drivers/simulated")]
 
 import read_saved_folder  # noqa: E402
 import simulated_signals as signals  # noqa: E402

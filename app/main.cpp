@@ -1,5 +1,0 @@
-#include "app/Run.h"
-
-int main(int argc, char** argv) {
-    return tracelet::Run(argc, argv);
-}

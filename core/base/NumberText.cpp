@@ -1,0 +1,100 @@
+#include "core/base/NumberText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace tracelet {
+namespace {
+
+constexpr std::size_t LongestDouble = 400; // fixed notation of the largest double
+
+template <typename T>
+std::string Formatted(T value, std::chars_format format, int precision) {
+    std::array<char, LongestDouble> buffer;
+    const auto end = std::to_chars(buffer.data(), buffer.data() + buffer.size(), value, format, precision);
+    return std::string(buffer.data(), end.ptr);
+}
+
+// A text such as "-0.00" says nothing that "0.00" does not.
+std::string WithoutNegativeZero(std::string text) {
+    if (text.starts_with('-') && text.find_first_of("123456789in") == std::string::npos)
+        text.erase(0, 1);
+    return text;
+}
+
+double Reread(const std::string& text) {
+    double value = 0.0;
+    std::from_chars(text.data(), text.data() + text.size(), value);
+    return value;
+}
+
+// Fixed notation, halves away from zero as format patterns round.
+std::string Fixed(double value, int decimals) {
+    const double scale = std::pow(10.0, decimals);
+    const double scaled = value * scale;
+    if (std::abs(scaled) < 1e15) {
+        // 15 digits settle halves that binary fractions only come near, as 0.00005 does.
+        const double settled = Reread(Formatted(scaled, std::chars_format::general, 15));
+        value = std::round(settled) / scale;
+    }
+    return WithoutNegativeZero(Formatted(value, std::chars_format::fixed, decimals));
+}
+
+} // namespace
+
+std::string NumberText(double value) {
+    return Formatted(value, std::chars_format::general, 15);
+}
+
+std::string NumberText(float value) {
+    return Formatted(value, std::chars_format::general, 7);
+}
+
+std::string NumberText(std::int32_t value) {
+    return std::to_string(value);
+}
+
+std::string OptionalDecimalsText(double value) {
+    std::string text = Fixed(value, 4);
+    if (text.find('.') == std::string::npos)
+        return text;
+    text.erase(text.find_last_not_of('0') + 1);
+    if (text.ends_with('.'))
+        text.pop_back();
+    return WithoutNegativeZero(text);
+}
+
+std::string GroupedText(double value) {
+    std::string text = Fixed(value, 0);
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    if (text.find_first_not_of("0123456789", first) != std::string::npos)
+        return text;
+    for (std::size_t at = text.size(); at > first + 3;)
+        text.insert(at -= 3, 1, ',');
+    return text;
+}
+
+std::string TwoDigitText(std::int32_t value) {
+    std::string text = std::to_string(value);
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    while (text.size() < first + 2)
+        text.insert(first, 1, '0');
+    return text;
+}
+
+std::string DisplayText(double value) {
+    std::string text = Fixed(value, 6);
+    if (value != 0.0 && text == "0.000000") {
+        std::string power = Formatted(value, std::chars_format::general, 3);
+        if (const std::size_t padding = power.find("e-0"); padding != std::string::npos)
+            power.erase(padding + 2, 1);
+        return power;
+    }
+    const std::size_t first = text.starts_with('-') ? 1 : 0;
+    if (text.size() > first + 1 && text[first] == '0' && text[first + 1] == '.')
+        text.erase(first, 1);
+    return text;
+}
+
+} // namespace tracelet

@@ -1,0 +1,32 @@
+#include "core/drivers/simulated/SimulatedDigitalBoard.h"
+
+#include "core/base/RunTimeError.h"
+#include "core/boards/DigitalPorts.h"
+#include "core/drivers/simulated/SimulatedSignals.h"
+
+#include <thread>
+#include <utility>
+
+namespace tracelet {
+
+SimulatedDigitalBoard::SimulatedDigitalBoard(DigitalBoardInfo described) : info(std::move(described)) {}
+
+void SimulatedDigitalBoard::Open() {
+    CheckPlugged(faults.Get());
+    isOpen = true;
+}
+
+void SimulatedDigitalBoard::ReadPorts(std::int32_t start, std::span<std::uint8_t> states) {
+    const Faults now = faults.Get();
+    CheckReading(now);
+    if (!isOpen)
+        throw RunTimeError("The board is not open");
+    RequirePorts(info, start, states.size());
+    std::this_thread::sleep_for(now.slow);
+    std::int32_t port = start;
+    for (std::uint8_t& state : states)
+        state = SimulatedPort(port++, readings);
+    ++readings;
+}
+
+} // namespace tracelet

@@ -1,0 +1,101 @@
+#include "core/base/NumberText.h"
+
+#include <clocale>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace tracelet {
+namespace {
+
+TEST(NumberText, ShortestGeneralForm) {
+    EXPECT_EQ(NumberText(0.1), "0.1");
+    EXPECT_EQ(NumberText(0.1 + 0.2), "0.3");
+    EXPECT_EQ(NumberText(1.0), "1");
+    EXPECT_EQ(NumberText(1e15), "1e+15");
+    EXPECT_EQ(NumberText(123456789012345.0), "123456789012345");
+    EXPECT_EQ(NumberText(0.00001), "1e-05");
+    EXPECT_EQ(NumberText(1.0 / 3.0), "0.333333333333333");
+    EXPECT_EQ(NumberText(1.0F / 3.0F), "0.3333333");
+    EXPECT_EQ(NumberText(0.1F), "0.1");
+    EXPECT_EQ(NumberText(std::int32_t{-2147483647 - 1}), "-2147483648");
+}
+
+TEST(NumberText, IgnoresTheLocale) {
+    const std::string before = std::setlocale(LC_ALL, nullptr);
+    if (std::setlocale(LC_ALL, "de_DE.UTF-8") == nullptr)
+        GTEST_SKIP() << "no comma-decimal locale on this machine";
+    EXPECT_EQ(NumberText(0.5), "0.5");
+    EXPECT_EQ(OptionalDecimalsText(0.5), "0.5");
+    EXPECT_EQ(DisplayText(0.2), ".200000");
+    std::setlocale(LC_ALL, before.c_str());
+}
+
+TEST(OptionalDecimalsText, LeavesNoBarePoint) {
+    EXPECT_EQ(OptionalDecimalsText(-10.0), "-10");
+    EXPECT_EQ(OptionalDecimalsText(10.0), "10");
+    EXPECT_EQ(OptionalDecimalsText(0.0), "0");
+    EXPECT_EQ(OptionalDecimalsText(-0.0), "0");
+    EXPECT_EQ(OptionalDecimalsText(0.3125), "0.3125");
+    EXPECT_EQ(OptionalDecimalsText(1.25), "1.25");
+    EXPECT_EQ(OptionalDecimalsText(0.00005), "0.0001");
+    EXPECT_EQ(OptionalDecimalsText(-0.00004), "0");
+    EXPECT_EQ(OptionalDecimalsText(100.0), "100");
+}
+
+TEST(OptionalDecimalsText, RoundsTheHalvesThatTheDigitsShow) {
+    EXPECT_EQ(OptionalDecimalsText(0.00015), "0.0002"); // times 1e4 it is 1.4999999999999998
+    EXPECT_EQ(OptionalDecimalsText(-0.00015), "-0.0002");
+    EXPECT_EQ(OptionalDecimalsText(0.00014999999), "0.0001");
+}
+
+TEST(GroupedText, SeparatesThousands) {
+    EXPECT_EQ(GroupedText(0), "0");
+    EXPECT_EQ(GroupedText(999), "999");
+    EXPECT_EQ(GroupedText(20000), "20,000");
+    EXPECT_EQ(GroupedText(1000000), "1,000,000");
+    EXPECT_EQ(GroupedText(-20000), "-20,000");
+    EXPECT_EQ(GroupedText(2.5), "3");
+    EXPECT_EQ(GroupedText(-0.4), "0");
+}
+
+TEST(GroupedText, KeepsTheDigitsOfLargeNumbers) {
+    EXPECT_EQ(GroupedText(999'999'999'999'999.0), "999,999,999,999,999");
+    EXPECT_EQ(GroupedText(1'234'567'890'123'456.0), "1,234,567,890,123,456");
+    EXPECT_EQ(GroupedText(-1'234'567'890'123'456.0), "-1,234,567,890,123,456");
+}
+
+TEST(GroupedText, LeavesWhatIsNoNumberAlone) {
+    const double infinity = std::numeric_limits<double>::infinity();
+    EXPECT_EQ(GroupedText(infinity), "inf");
+    EXPECT_EQ(GroupedText(-infinity), "-inf");
+    EXPECT_EQ(OptionalDecimalsText(std::numeric_limits<double>::quiet_NaN()), "nan");
+}
+
+TEST(TwoDigitText, PadsWithZeros) {
+    EXPECT_EQ(TwoDigitText(0), "00");
+    EXPECT_EQ(TwoDigitText(7), "07");
+    EXPECT_EQ(TwoDigitText(63), "63");
+    EXPECT_EQ(TwoDigitText(128), "128");
+    EXPECT_EQ(TwoDigitText(-1), "-01");
+}
+
+TEST(DisplayText, SixDecimalsWithoutLeadingZero) {
+    EXPECT_EQ(DisplayText(1.0), "1.000000");
+    EXPECT_EQ(DisplayText(0.2), ".200000");
+    EXPECT_EQ(DisplayText(0.000001), ".000001");
+    EXPECT_EQ(DisplayText(100.0), "100.000000");
+    EXPECT_EQ(DisplayText(0.0), ".000000");
+    EXPECT_EQ(DisplayText(-0.5), "-.500000");
+}
+
+TEST(DisplayText, WhatSixDecimalsCannotShowIsAPower) {
+    EXPECT_EQ(DisplayText(0.0000005), ".000001");
+    EXPECT_EQ(DisplayText(2.5e-7), "2.5e-7");
+    EXPECT_EQ(DisplayText(-2.4631e-8), "-2.46e-8");
+    EXPECT_EQ(DisplayText(5e-12), "5e-12");
+    EXPECT_EQ(DisplayText(0.0), ".000000");
+}
+
+} // namespace
+} // namespace tracelet

@@ -1,0 +1,110 @@
+#pragma once
+
+#include "core/chart/AxisEnds.h"
+#include "core/chart/SampleStore.h"
+#include "window/chart/ChartFrame.h"
+#include "window/chart/PlotPainter.h"
+#include "window/chart/ZelGraph.h"
+
+#include <QBasicTimer>
+#include <QPoint>
+
+#include <array>
+#include <vector>
+
+namespace tracelet {
+
+/// Everything that the graph holds.
+struct ZelGraph::State {
+    struct PlotEntry {
+        PlotAttributes attributes;
+        bool visible = true;
+    };
+    struct Axis {
+        AxisEnds ends;
+        CalmSpan fit; ///< when automatic
+        bool allowed = true;
+        QString title;
+        QString unit;
+
+        [[nodiscard]] QString Caption() const {
+            return unit.isEmpty() ? title : QStringLiteral("%1 [%2]").arg(title, unit);
+        }
+    };
+    enum class Gesture { None, Zoom, Pan };
+
+    // Plots and samples.
+    SampleStore store;
+    std::vector<PlotEntry> plots;
+    std::int32_t chartLength = 0;
+    std::int64_t memoryBudget = 0; ///< of the store, bytes
+    std::vector<float> scan;       ///< room for the values of one scan
+
+    // The running time of evenly spaced samples: start + count * step, so that it does not drift.
+    double runStart = 0;
+    double runStep = 0;
+    std::int64_t runCount = 0;
+
+    // Axes.
+    std::array<Axis, 4> axes;
+    double division = 0;     ///< seconds, of the time axis; 0: none was told
+    bool fitPending = false; ///< samples changed since automatic axes were fitted
+
+    // Picture.
+    ChartFrame frame;
+    PlotScene scene;
+    PlotPainter plotPainter;
+    ColumnGrid grid;
+    AxisSpan timeSpan;          ///< of the grid
+    std::uint64_t revision = 1; ///< of everything that the picture depends on but samples and position
+    std::uint64_t arranged = 0; ///< revision that frame and scene were made for
+    QSize pixelSize;            ///< of the graph, device pixels
+    double scale = 0;           ///< device pixels of a logical one
+    QRect plotRect;             ///< logical pixels
+
+    // Repainting at the display's rate.
+    QBasicTimer repaint;
+    bool stale = false;
+    int idleTicks = 0;
+
+    bool keyboardFocus = false; ///< came by a key, so that it shows
+
+    // Mouse.
+    std::int32_t mouseMode = MouseNone;
+    Gesture gesture = Gesture::None;
+    QPointF pressed;
+    QPointF pointer;
+
+    Axis& AxisOf(int axis);
+    [[nodiscard]] PlotEntry& PlotOf(int index);
+    [[nodiscard]] bool UsedByVisiblePlot(int axis) const;
+    [[nodiscard]] bool Shown(int axis) const;
+    [[nodiscard]] double NextX() const;
+    void Advance(double step, std::int64_t count);
+    void MakeRoom();
+
+    // Automatic axes.
+    void FitAxes();
+    void FitTime();
+    void FitValues(int axis);
+    void FitAnew();
+
+    // Picture.
+    void Prepare(const ZelGraph& graph);
+    void ArrangeFrame(const ZelGraph& graph);
+    void BuildScene();
+    void PlaceGrid();
+    [[nodiscard]] std::int64_t FirstColumn() const;
+    [[nodiscard]] AxisStrip StripOf(int axis) const;
+    void DrawOverlay(QPainter& painter) const;
+
+    // Gestures.
+    [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }
+    [[nodiscard]] bool Along(Qt::Orientation orientation) const;
+    [[nodiscard]] QPointF Held(QPointF position) const; ///< within the plot area
+    [[nodiscard]] QRectF Band() const;
+    void ApplyZoom();
+    void ApplyPan(QPointF by);
+};
+
+} // namespace tracelet

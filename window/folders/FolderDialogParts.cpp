@@ -1,0 +1,31 @@
+#include "window/folders/FolderDialogParts.h"
+
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+
+using namespace Qt::StringLiterals;
+
+namespace tracelet {
+
+QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
+    txtFolderName->setObjectName(u"txtFolderName"_s);
+    txtFolderName->setAccessibleName(u"Folder Name"_s);
+    auto* label = new QLabel(u"Folder Name"_s, dialog);
+    label->setBuddy(txtFolderName);
+    auto* row = new QHBoxLayout;
+    row->addWidget(label);
+    row->addWidget(txtFolderName, 1);
+    return row;
+}
+
+QDialogButtonBox* BuildOKAndCancel(QWidget* dialog) {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
+    buttons->button(QDialogButtonBox::Ok)->setObjectName(u"OKButton"_s);
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_s);
+    return buttons;
+}
+
+} // namespace tracelet

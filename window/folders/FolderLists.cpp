@@ -1,0 +1,181 @@
+#include "window/folders/FolderLists.h"
+
+#include "window/ground/MsgBox.h"
+
+#include <QComboBox>
+#include <QDir>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QSignalBlocker>
+#include <QStorageInfo>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <array>
+
+using namespace Qt::StringLiterals;
+
+namespace tracelet {
+namespace {
+
+const QString Root = QStringLiteral("/");
+const QString FolderAbove = QStringLiteral("..");
+
+bool HoldsFilesOfPeople(const QStorageInfo& volume) {
+    if (volume.rootPath() == Root)
+        return true;
+    constexpr std::array<QByteArrayView, 9> WithoutDevice = {"nfs", "nfs4",     "cifs", "smb3",      "zfs",
+                                                             "9p",  "virtiofs", "ceph", "fuse.sshfs"};
+    const QByteArray type = volume.fileSystemType();
+    const bool isReal = volume.device().startsWith('/') ||
+                        std::find(WithoutDevice.begin(), WithoutDevice.end(), type) != WithoutDevice.end();
+    return isReal && type != "squashfs" && QFileInfo(volume.rootPath()).isDir();
+}
+
+bool IsUnder(const QString& folder, const QString& drive) {
+    return drive == Root || folder == drive || folder.startsWith(drive + Root);
+}
+
+QString NearestFolder(QString folder) {
+    while (!QFileInfo(folder).isDir() && folder != Root && !folder.isEmpty())
+        folder = QFileInfo(folder).path();
+    return QDir::isAbsolutePath(folder) ? folder : Root;
+}
+
+} // namespace
+
+QStringList MountedVolumes() {
+    QStringList volumes;
+    for (const QStorageInfo& volume : QStorageInfo::mountedVolumes()) {
+        if (HoldsFilesOfPeople(volume))
+            volumes << volume.rootPath();
+    }
+    volumes << Root;
+    volumes.sort();
+    volumes.removeDuplicates();
+    return volumes;
+}
+
+FolderLists::FolderLists(QWidget* parent)
+    : QWidget(parent), Drive1(new QComboBox(this)), Dir1(new QListWidget(this)),
+      txtPath(new QLineEdit(this)) {
+    Build();
+    for (const QString& volume : MountedVolumes())
+        Drive1->addItem(volume, volume);
+    connect(Drive1, &QComboBox::currentIndexChanged, this, [this] { Drive1_Change(); });
+    connect(Dir1, &QListWidget::itemActivated, this,
+            [this](QListWidgetItem* item) { Dir1_Change(item->text()); });
+}
+
+void FolderLists::Build() {
+    Drive1->setObjectName(u"Drive1"_s);
+    Drive1->setAccessibleName(u"Drive"_s);
+    Dir1->setObjectName(u"Dir1"_s);
+    Dir1->setAccessibleName(u"Folder"_s);
+    Dir1->installEventFilter(this);
+    Dir1->setMinimumSize(280, 180);
+    txtPath->setObjectName(u"txtPath"_s);
+    txtPath->setAccessibleName(u"Current folder"_s);
+    txtPath->setReadOnly(true);
+    txtPath->setFrame(false);
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(Drive1);
+    layout->addWidget(txtPath);
+    layout->addWidget(Dir1, 1);
+    setFocusProxy(Drive1);
+}
+
+void FolderLists::Load(const std::string& programFolder, std::string& driveText, std::string& folderText) {
+    if (driveText.empty()) {
+        driveText = DriveOf(QString::fromStdString(programFolder)).toStdString();
+        folderText = programFolder;
+    }
+    const QString folder = NearestFolder(QString::fromStdString(folderText));
+    if (!Enter(folder))
+        Enter(Root);
+    const QString remembered = QString::fromStdString(driveText);
+    if (Drive1->findData(remembered) >= 0 && IsUnder(path, remembered))
+        SelectDrive(remembered);
+}
+
+std::string FolderLists::Drive() const {
+    return drive.toStdString();
+}
+
+std::string FolderLists::Path() const {
+    return path.toStdString();
+}
+
+// Enter in the folder list goes into the folder; it must not reach the dialog, whose OK it would press.
+bool FolderLists::eventFilter(QObject* watched, QEvent* event) {
+    if (watched != Dir1 || event->type() != QEvent::KeyPress)
+        return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter)
+        return false;
+    if (const QListWidgetItem* item = Dir1->currentItem())
+        Dir1_Change(item->text());
+    return true;
+}
+
+void FolderLists::Drive1_Change() {
+    const QString chosen = Drive1->currentData().toString();
+    const QString left = currentFolders.value(chosen, chosen);
+    if (Enter(left) || Enter(chosen)) {
+        SelectDrive(chosen);
+        return;
+    }
+    SelectDrive(drive);
+    MsgBox(this, u"Invalid Drive !"_s);
+}
+
+void FolderLists::Dir1_Change(const QString& name) {
+    Enter(QDir::cleanPath(path + Root + name));
+}
+
+// Makes `folder` current in the process and in both lists; False leaves all as it was.
+bool FolderLists::Enter(const QString& folder) {
+    if (folder.isEmpty() || !QDir::setCurrent(folder))
+        return false;
+    path = folder;
+    SelectDrive(DriveOf(path));
+    List();
+    return true;
+}
+
+void FolderLists::List() {
+    constexpr auto Folders = QDir::Dirs | QDir::NoDotAndDotDot;
+    txtPath->setText(path);
+    Dir1->clear();
+    if (path != Root)
+        Dir1->addItem(FolderAbove);
+    for (const QString& name :
+         QDir(path).entryList(Folders, QDir::Name | QDir::IgnoreCase | QDir::LocaleAware)) {
+        if (!name.contains(u'\\'))
+            Dir1->addItem(name);
+    }
+    Dir1->setCurrentRow(0);
+}
+
+void FolderLists::SelectDrive(const QString& chosen) {
+    const QSignalBlocker quiet(Drive1);
+    drive = chosen;
+    if (IsUnder(path, drive))
+        currentFolders[drive] = path;
+    Drive1->setCurrentIndex(Drive1->findData(drive));
+}
+
+// The drive mounted deepest above `folder`.
+QString FolderLists::DriveOf(const QString& folder) const {
+    QString deepest = Root;
+    for (int i = 0; i < Drive1->count(); ++i) {
+        const QString candidate = Drive1->itemData(i).toString();
+        if (IsUnder(folder, candidate) && candidate.size() > deepest.size())
+            deepest = candidate;
+    }
+    return deepest;
+}
+
+} // namespace tracelet

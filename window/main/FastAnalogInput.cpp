@@ -1,0 +1,150 @@
+#include "core/base/Convert.h"
+#include "core/input/SampleConversion.h"
+#include "core/plots/TimeBase.h"
+#include "window/chart/ZelGraph.h"
+#include "window/ground/Handler.h"
+#include "window/ground/NoticeLine.h"
+#include "window/main/frmMain.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace tracelet {
+namespace {
+
+std::int32_t ScansOf(std::int32_t dataCount, std::int32_t channels) {
+    return CLng(Quotient(dataCount, channels));
+}
+
+std::int32_t SampleCount(std::int32_t channels, std::int32_t scans) {
+    return CLng(static_cast<double>(channels) * scans);
+}
+
+// The counter has 32 bits on disk; hours of fast input stay at the highest number instead of wrapping.
+std::int32_t SumOrHighest(std::int32_t a, std::int32_t b) {
+    const std::int64_t sum = std::int64_t{a} + b;
+    return static_cast<std::int32_t>(std::min<std::int64_t>(sum, std::numeric_limits<std::int32_t>::max()));
+}
+
+} // namespace
+
+bool frmMain::FAIStart() {
+    const std::int32_t channels = ZelAI1->ScanChannelCount();
+    for (int i = 0; i < ZelGraph1->PlotCount(); ++i)
+        ZelGraph1->SetPlotVisible(i, i < channels);
+    if (bFAICyclic) {
+        ZelGraph1->SetXAxisMin(0.0);
+        const CyclicWindow window = CyclicFastWindow(ZelAI1->SampleRate());
+        ZelGraph1->SetXAxisMax(window.seconds);
+        ZelGraph1->SetChartLength(window.chartLength);
+        ShowDIVValue(window.seconds / 10.0);
+    } else {
+        ZelGraph1->SetChartLength(nAISampleCnt);
+    }
+    try {
+        ZelAI1->StartBufferedAI(nAISampleCnt, bFAICyclic);
+    } catch (const std::exception&) { // the control keeps the text for the start-failure message
+        return false;
+    }
+    return true;
+}
+
+// Ends the input, which first hands over all that the board had delivered. Whatever a notification of that
+// comes to, the end of a one-shot buffer above all, finds the stop under way: false.
+bool frmMain::StopFastInput() {
+    if (isFastInputStopping)
+        return false;
+    isFastInputStopping = true;
+    if (!ZelAI1->StopBufferedAI(0))
+        LabelNotice->Show(ZelAI1->ErrorText());
+    isFastInputStopping = false;
+    if (bAISaveToDisk)
+        FAIFileHandle.Close();
+    return true;
+}
+
+void frmMain::ZelAI1_OnFirstBufferChange(std::span<const std::int16_t> RawData,
+                                         std::span<const float> AnalogData, std::int32_t dataCount) {
+    QuietHandler([&] { HandleHalf(RawData, AnalogData, dataCount); });
+}
+
+void frmMain::ZelAI1_OnSecondBufferChange(std::span<const std::int16_t> RawData,
+                                          std::span<const float> AnalogData, std::int32_t dataCount) {
+    QuietHandler([&] {
+        HandleHalf(RawData, AnalogData, dataCount);
+        if (!bFAICyclic && isSystemRunning)
+            BtnStart_Click();
+    });
+}
+
+void frmMain::HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                         std::int32_t dataCount) {
+    const std::int32_t DataCntPerChan = ScansOf(dataCount, ZelAI1->ScanChannelCount());
+    switch (ZelAI1->DataType()) {
+    case AnalogValues:
+        QuietHandler([&] { BufferChangeFunc(AnalogData, DataCntPerChan); });
+        break;
+    case RawCounts:
+        QuietHandler([&] { BufferChangeFunc(RawData, DataCntPerChan); });
+        break;
+    default:
+        MsgBox(this, u"Wrong Data Return Type"_s, u"OnFirstBufferChange"_s);
+    }
+    ScanCount = SumOrHighest(ScanCount, DataCntPerChan);
+}
+
+void frmMain::BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan) {
+    const std::int32_t channels = ZelAI1->ScanChannelCount();
+    const std::int32_t n =
+        std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
+    if (bAISaveToDisk)
+        AppendSingles(ConvertAnalogData(DataArray, n), FAIFileHandle, n);
+    ZelGraph1->AppendSamples(1.0 / ZelAI1->SampleRate() * channels,
+                             ZelGraph::PlotInterleaved(n / channels, channels, DataArray));
+}
+
+void frmMain::BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int32_t DataCntPerChan) {
+    const std::int32_t channels = ZelAI1->ScanChannelCount();
+    const std::int32_t n =
+        std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
+    ConvertRawData(DataArray, rawBuffer, n, ZelAI1->BoardInfo());
+    if (bAISaveToDisk)
+        AppendLongs(rawBuffer, FAIFileHandle, n);
+    ZelGraph1->AppendSamples(
+        1.0 / ZelAI1->SampleRate() * channels,
+        ZelGraph::PlotInterleaved(n / channels, channels, std::span<const std::int32_t>(rawBuffer)));
+}
+
+void frmMain::AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count) {
+    AppendBlock(std::as_bytes(Buffer.first(static_cast<std::size_t>(Count))), Handle);
+}
+
+void frmMain::AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count) {
+    AppendBlock(std::as_bytes(Buffer.first(static_cast<std::size_t>(Count))), Handle);
+}
+
+void frmMain::AppendBlock(std::span<const std::byte> block, SystemFile& Handle) {
+    if (isAIRecordingBroken)
+        return;
+    try {
+        Handle.Append(block);
+        FAIWritten = true;
+    } catch (const RunTimeError& error) {
+        StopRecording(isAIRecordingBroken, CkAISave2Disk, error);
+    }
+}
+
+void frmMain::ZelAI1_OnOverrunNotice() {
+    ++OverrunCount;
+}
+
+void frmMain::ZelAI1_OnInputFailed() {
+    if (!isSystemRunning)
+        return;
+    const QString reason = ZelAI1->ErrorText();
+    QuietHandler([this] { BtnStart_Click(); });
+    MsgBox(this, reason, u"BtnStart"_s);
+}
+
+} // namespace tracelet

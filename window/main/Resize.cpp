@@ -1,0 +1,68 @@
+#include "core/base/Convert.h"
+#include "core/layout/WindowLayout.h"
+#include "window/main/frmMain.h"
+
+#include <QEvent>
+
+namespace tracelet {
+namespace {
+
+// A desktop that tiles its windows, or whose screen is smaller than the minimum, gives back the size it
+// wants again and again; asking for ever would keep both busy.
+constexpr int SnapsBeforeGivingIn = 8;
+constexpr qint64 QuarrelMs = 500; // between two snaps of one quarrel
+
+OuterSize Twips(QSize pixels) {
+    return {static_cast<float>(pixels.height()) * TwipsPerPixel,
+            static_cast<float>(pixels.width()) * TwipsPerPixel};
+}
+
+QSize SmallestOuter() {
+    const auto pixels = [](float twips) { return CLng(static_cast<double>(twips / TwipsPerPixel)); };
+    return {pixels(MinimumWidth), pixels(MinimumHeight)};
+}
+
+} // namespace
+
+void frmMain::Form_Resize() {
+    const QSize outer = frameGeometry().size();
+    switch (StepFor(Twips(outer), isMinimized())) {
+    case ResizeStep::LeaveAlone:
+        return;
+    case ResizeStep::Snap:
+        return SnapToMinimum();
+    case ResizeStep::LayOut:
+        return LayOut(outer);
+    }
+}
+
+void frmMain::SnapToMinimum() {
+    const QSize frame = frameGeometry().size() - size();
+    const bool again = size() == snappedFrom && sinceSnap.elapsed() < QuarrelMs;
+    snapsInARow = again ? snapsInARow + 1 : 1;
+    snappedFrom = size();
+    sinceSnap.start();
+    if (snapsInARow > SnapsBeforeGivingIn)
+        LayOut(SmallestOuter());
+    else
+        resize(SmallestOuter() - frame);
+}
+
+void frmMain::LayOut(QSize outer) {
+    laidOutFor = frameGeometry().size();
+    Place(Twips(outer));
+}
+
+void frmMain::resizeEvent(QResizeEvent*) {
+    Form_Resize();
+}
+
+// The frame is known only after the window was shown, and no resize tells of it.
+bool frmMain::event(QEvent* event) {
+    const bool handled = QWidget::event(event);
+    if (isVisible() && frameGeometry().size() != laidOutFor)
+        Form_Resize();
+    return handled;
+}
+
+} // namespace tracelet

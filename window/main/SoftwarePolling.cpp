@@ -1,0 +1,303 @@
+#include "core/boards/BoardFamily.h"
+#include "core/plots/TimeBase.h"
+#include "window/chart/ZelGraph.h"
+#include "window/ground/Handler.h"
+#include "window/ground/NoticeLine.h"
+#include "window/main/frmMain.h"
+
+#include <QScopeGuard>
+
+#include <chrono>
+#include <limits>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace tracelet {
+namespace {
+
+constexpr double ThermoLimit = 0.005; // volts, either side of 0
+
+constexpr std::chrono::milliseconds Patience{20}; // how long a tick holds the window up for a board
+constexpr std::chrono::milliseconds LongestAnswer{2000};
+constexpr const char* BoardIsSilent = "The board does not answer";
+
+// At 1 ms a counter of 32 bits is full after 25 days; it then stays where it is.
+std::int32_t NextOrHighest(std::int32_t count) {
+    return count < std::numeric_limits<std::int32_t>::max() ? count + 1 : count;
+}
+
+// On this family's differential inputs each channel takes two of the thermocouple control's numbers.
+bool DoublesThermoChannels(const ZelAI& input) {
+    return DoublesThermoChannels(input.BoardInfo()) && input.SignalConnection() == Differential;
+}
+
+} // namespace
+
+bool frmMain::SoftPoolStart() {
+    pollPlan = {};
+    pollBoards = {};
+    try {
+        SetPolledChart();
+        if (bAIEnabled)
+            StartPolledAnalog();
+        if (bDIEnabled)
+            StartPolledDigital();
+        StartPollReader();
+        StartPollTimer();
+        return true;
+    } catch (const std::exception& error) { // the caller shows the start-failure message
+        pollStartFault = QString::fromUtf8(error.what());
+        BtnStart_Click();
+        return false;
+    }
+}
+
+void frmMain::SetPolledChart() {
+    if (bDIEnabled) {
+        const AxisRange range = DigitalAxisRange(nDIPortStart, nDIPortCount);
+        ZelGraph1->SetAxisVisible(DigitalAxis, true);
+        ZelGraph1->SetAxisMin(DigitalAxis, range.minimum);
+        ZelGraph1->SetAxisMax(DigitalAxis, range.maximum);
+    }
+    ZelGraph1->SetAxisAutoScale(TemperatureAxis, true);
+    ShowDIVValue(10.0 / 10.0);
+    ZelGraph1->SetXAxisMin(0.0);
+    ZelGraph1->SetXAxisMax(10.0);
+    ZelGraph1->SetChartLength(
+        PolledStartChartLength(ZelGraph1->XAxisMin(), ZelGraph1->XAxisMax(), nTimerInterval));
+}
+
+void frmMain::StartPolledAnalog() {
+    if (ZelAI1->DeviceNumber() < 0)
+        throw RunTimeError("No AI device is selected");
+    if (ZelThermo1->DeviceNumber() >= 0) {
+        for (std::int32_t position = ZelAI1->ScanChannelCount() - 1; position >= 0; --position)
+            SelectThermoLimits(ScannedChannel(position));
+    }
+    PlanAnalogPolling();
+}
+
+void frmMain::StartPolledDigital() {
+    if (ZelDIO1->DeviceNumber() < 0)
+        throw RunTimeError("No DI device is selected");
+    PlanDigitalPolling();
+    try {
+        Files.Put(DIFileNum, nDIPortStart);
+        Files.Put(DIFileNum, nDIPortCount);
+    } catch (const RunTimeError& error) {
+        if (bDISaveToDisk)
+            StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
+    }
+}
+
+// Raises for a scan that goes beyond the board's channels.
+void frmMain::PlanAnalogPolling() {
+    PlanAnalog(pollPlan, M1,
+               {ChannelNumbering(), ZelAI1->ScanStartChannel(), ZelAI1->ScanChannelCount(),
+                DoublesThermoChannels(*ZelAI1)});
+    if (pollPlan.readsScan)
+        pollPlan.channels = ZelAI1->ScanSetup();
+    if (ZelThermo1->DeviceNumber() >= 0) {
+        for (PolledThermocouple& couple : pollPlan.thermocouples)
+            couple.channel = ZelThermo1->SetupOf(couple.channel.channel);
+    }
+    pollBoards.analog = ZelAI1->Board();
+    pollBoards.thermocouple = ZelThermo1->Board();
+}
+
+void frmMain::PlanDigitalPolling() {
+    PlanDigital(pollPlan, M1.DIPortMask, nDIPortStart, nDIPortCount);
+    pollBoards.digital = ZelDIO1->Board();
+}
+
+void frmMain::StartPollReader() {
+    if (pollReader && pollReader->IsReading(pollBoards)) // since the session before
+        throw RunTimeError(BoardIsSilent);
+    pollReader.reset();
+    if (MayBlock(pollPlan, pollBoards))
+        pollReader = std::make_unique<PollReader>(pollPlan, pollBoards, [this] {
+            QMetaObject::invokeMethod(
+                this, [this] { QuietHandler([this] { FinishTickAside(); }); }, Qt::QueuedConnection);
+        });
+}
+
+void frmMain::StartPollTimer() {
+    if (ZelHiResTimerCtl1->TimerExists(PollTimer)) {
+        ZelHiResTimerCtl1->SetTimerInterval(PollTimer, nTimerInterval);
+        ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, true);
+    } else {
+        ZelHiResTimerCtl1->AddTimer(PollTimer, nTimerInterval, true);
+    }
+}
+
+void frmMain::SelectThermoLimits(std::int32_t channel) {
+    if (!M1.AIChanIsThermo[channel])
+        return;
+    const auto limit = [this](std::int32_t selected) {
+        ZelThermo1->SetInputLimits(selected, -ThermoLimit, ThermoLimit);
+        ZelThermo1->SetChannel(selected);
+    };
+    if (!IsUnpairedFamily(ZelAI1->BoardInfo()))
+        limit(channel);
+    if (DoublesThermoChannels(*ZelAI1))
+        limit(2 * channel);
+}
+
+void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
+    if (name == PollTimer)
+        QuietHandler([this] { SoftPoolTimerPorc(); });
+    else if (name == PlayTimer)
+        QuietHandler([this] { HistoryTick(); });
+}
+
+void frmMain::SoftPoolTimerPorc() {
+    if (pollReader && isSystemRunning) {
+        BeginTickAside();
+        return;
+    }
+    TickCount = NextOrHighest(TickCount);
+    if (bAIEnabled)
+        SoftAIScan();
+    if (bDIEnabled)
+        SoftDIScan();
+    ScanCount = NextOrHighest(ScanCount);
+}
+
+// A tick of boards that may block. One that comes while the last is open is dropped, as during a handler.
+void frmMain::BeginTickAside() {
+    if (!pollReader->IsIdle())
+        return;
+    TickCount = NextOrHighest(TickCount);
+    pollReader->Begin();
+    if (pollReader->Wait(Patience))
+        FinishTickAside();
+    else
+        silence.start(LongestAnswer - Patience);
+}
+
+// Also called from the event loop for what was read late; the session may be over by then.
+void frmMain::FinishTickAside() {
+    if (!isSystemRunning || !pollReader || !pollReader->HasRead())
+        return;
+    const auto end = qScopeGuard([this] { pollReader->End(); });
+    std::swap(polled, pollReader->Tick());
+    silence.stop();
+    if (LabelNotice->text() == QLatin1StringView(BoardIsSilent))
+        ShowLosses();
+    if (bAIEnabled)
+        TakeScan();
+    if (bDIEnabled)
+        TakePorts();
+    ScanCount = NextOrHighest(ScanCount);
+}
+
+void frmMain::TellSilence() {
+    LabelNotice->Show(QLatin1StringView(BoardIsSilent));
+}
+
+void frmMain::SoftAIScan() {
+    if (!isSystemRunning)
+        PlanAnalogPolling();
+    ReadAnalog(pollPlan, pollBoards, polled);
+    TakeScan();
+}
+
+void frmMain::TakeScan() {
+    if (!polled.analogFault.empty()) {
+        LoseScan();
+        throw RunTimeError(polled.analogFault); // ends the tick
+    }
+    EndReadFault();
+    ShowThermoSelection();
+    const auto time = static_cast<float>((surroundings.ticks() - StartTicks) / 1000.0);
+    scanRow.assign(polled.values.size(), 0.0F);
+    for (std::size_t i = 0; i < scanRow.size(); ++i)
+        scanRow[i] = static_cast<float>(polled.values[i]);
+    ZelGraph1->AppendScan(time, scanRow);
+    if (bAISaveToDisk)
+        RecordScan();
+}
+
+// The control stands as if the temperatures had been read through it.
+void frmMain::ShowThermoSelection() {
+    for (const PolledThermocouple& couple : pollPlan.thermocouples) {
+        ZelThermo1->SetChannel(couple.channel.channel);
+        ZelThermo1->SetThermoType(static_cast<std::int32_t>(couple.type));
+        ZelThermo1->SetThermoScale(static_cast<std::int32_t>(couple.scale));
+        ZelThermo1->SetExpChannel(couple.expansion);
+    }
+}
+
+// A board that fails for a while costs its scans; that it does shows until it answers again.
+void frmMain::LoseScan() {
+    LostScanCount = NextOrHighest(LostScanCount);
+    const bool isNews = std::exchange(readFault, polled.analogFault) != polled.analogFault;
+    if (isNews)
+        ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(readFault)));
+    ShowLosses();
+}
+
+void frmMain::ShowLosses() {
+    QString text;
+    if (LostScanCount > 0)
+        text = u"Scans lost: %1"_s.arg(LostScanCount);
+    if (!readFault.empty())
+        text += u" (%1)"_s.arg(QString::fromStdString(readFault));
+    LabelNotice->Show(text);
+}
+
+void frmMain::EndReadFault() {
+    if (readFault.empty())
+        return;
+    readFault.clear();
+    ShowOnSaveBoxes({});
+}
+
+void frmMain::RecordScan() {
+    if (isAIRecordingBroken)
+        return;
+    try {
+        Files.PutBytes(AIFileNum, std::as_bytes(std::span(scanRow)));
+        SoftAIWritten = true;
+    } catch (const RunTimeError& error) {
+        StopRecording(isAIRecordingBroken, CkAISave2Disk, error);
+    }
+}
+
+void frmMain::SoftDIScan() {
+    if (!isSystemRunning)
+        PlanDigitalPolling();
+    ReadDigital(pollPlan, pollBoards, polled);
+    TakePorts();
+}
+
+void frmMain::TakePorts() {
+    if (!polled.digitalFault.empty()) {
+        MsgBox(this, QString::fromStdString(polled.digitalFault), u"SoftPoolTimerProc"_s);
+        if (isSystemRunning)
+            BtnStart_Click();
+        return;
+    }
+    const double time = (surroundings.ticks() - StartTicks) / 1000.0;
+    int plot = ZelAI1->ScanChannelCount();
+    for (const std::int32_t index : pollPlan.lines) {
+        if (plot < ZelGraph1->PlotCount())
+            ZelGraph1->AddPoint(plot++, time, LineLevel(index, polled.states, pollPlan.portStart));
+    }
+    if (bDISaveToDisk)
+        RecordPorts();
+}
+
+void frmMain::RecordPorts() {
+    if (isDIRecordingBroken)
+        return;
+    try {
+        Files.PutBytes(DIFileNum, std::as_bytes(std::span(polled.states)));
+        DIWritten = true;
+    } catch (const RunTimeError& error) {
+        StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
+    }
+}
+
+} // namespace tracelet

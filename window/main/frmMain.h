@@ -1,0 +1,370 @@
+#pragma once
+
+// The main window owns all state. Its procedures, by subject, under window/:
+//
+// clang-format off
+//   main/StartUp.cpp            Form_Load, Form_Unload, BtnExit_Click
+//   main/Session.cpp            ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
+//                               BtnStart_Click, EnableSetCmdControls
+//   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
+//   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
+//   main/Resize.cpp             Form_Resize
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; the last recording during a start
+//   files/SaveAs.cpp            BtnSaveAs_Click
+//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
+//   history/ModeSwitch.cpp      BtnModeSwitch_Click
+//   history/Playback.cpp        ChkPlay_Click, BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
+//                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
+//   export/Convert.cpp          BtnHisConvert_Click
+//   settings/BtnSet.cpp         BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
+//   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView, BringBackAxes
+//   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
+//   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
+//   graph/GraphSet.cpp          BtnGraphSet_Click
+// clang-format on
+
+#include "core/base/TickCount.h"
+#include "core/drivers/FindBoards.h"
+#include "core/files/BinaryFiles.h"
+#include "core/files/SystemFile.h"
+#include "core/input/PollPlan.h"
+#include "core/input/PollReader.h"
+#include "core/plots/PlotTables.h"
+#include "core/recordings/RecordingReader.h"
+#include "core/recordings/WorkFolder.h"
+#include "core/settings/M1.h"
+#include "window/controls/ZelAI.h"
+#include "window/controls/ZelDIO.h"
+#include "window/controls/ZelHiResTimerCtl.h"
+#include "window/controls/ZelThermo.h"
+#include "window/main/MainWidgets.h"
+
+#include <QElapsedTimer>
+#include <QTimer>
+#include <QWidget>
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+class QMenu;
+
+namespace tracelet {
+
+struct ChannelNumbers;
+struct ProjectInfo;
+
+class frmMain : public QWidget, public MainWidgets {
+    Q_OBJECT
+
+public:
+    /// What a test or a tour may put in the machine's place.
+    struct Surroundings {
+        BoardList boards = FindBoards();
+        QString programFolder; ///< "" is the folder that the program lies in
+        TickClock ticks = GetTickCount;
+    };
+
+    frmMain();
+    explicit frmMain(Surroundings surroundings);
+    ~frmMain() override;
+
+    // ── Shared tables and device controls ────────────────────────────────────────────────────────────
+    tracelet::M1 M1;
+    ZelAI* ZelAI1 = nullptr;
+    ZelThermo* ZelThermo1 = nullptr;
+    ZelDIO* ZelDIO1 = nullptr;
+    ZelHiResTimerCtl* ZelHiResTimerCtl1 = nullptr;
+
+    // ── Acquisition ──────────────────────────────────────────────────────────────────────────────────
+    std::int32_t nAISampleCnt = 0;     ///< conversions of one fast-input buffer
+    bool bFAICyclic = false;           ///< fast input runs endlessly instead of one buffer
+    bool bAISaveToDisk = false;        ///< analog data are recorded
+    std::int32_t nTimerInterval = 100; ///< polling period, milliseconds
+    std::int32_t nDIMaxPortCount = 0;  ///< ports of the digital device
+    std::int32_t nDIPortStart = 0;     ///< first port polled
+    std::int32_t nDIPortCount = 0;     ///< ports polled
+    std::int32_t nDIChanCount = 0;     ///< digital lines selected
+    bool bDISaveToDisk = false;        ///< digital data are recorded
+    bool isSystemRunning = false;      ///< an acquisition is running
+    bool bDIEnabled = false;           ///< DI switch is on
+    bool bAIEnabled = false;           ///< AI switch is on
+
+    std::int32_t TickCount = 0;    ///< timer ticks since the session started
+    std::uint32_t StartTicks = 0;  ///< millisecond count at session start
+    std::int32_t ScanCount = 0;    ///< scans taken in the session; stays at the highest number there is
+    std::int32_t OverrunCount = 0; ///< losses that the analog control told of in the session
+    /// Polled scans that the session lost because a board could not be read. Ticks that were dropped because
+    /// the one before was still under way do not count.
+    std::int32_t LostScanCount = 0;
+    bool SoftAIWritten = false; ///< polled analog data were written in the session
+    bool FAIWritten = false;    ///< fast analog data were written in the session
+    bool DIWritten = false;     ///< digital data were written in the session
+
+    // ── Files ────────────────────────────────────────────────────────────────────────────────────────
+    // Paths are texts whose last separator is "\"; files/Paths turns them into native ones.
+    std::string szProgramPath; ///< the program's folder
+    WorkFolder work;
+    const std::string& sztmpPath = work.sztmpPath;                 ///< work folder
+    const std::string& szProjectFileName = work.szProjectFileName; ///< work project file
+    const std::string& szAIFileName = work.szAIFileName;           ///< polled analog samples
+    const std::string& szFAIFileName = work.szFAIFileName;         ///< fast analog samples
+    const std::string& szDIFileName = work.szDIFileName;           ///< digital samples
+    std::string szDrive;                                           ///< drive last chosen in the folder dialog
+    std::string szDir;       ///< folder last chosen in the folder dialog
+    std::string szNewFolder; ///< folder name typed in the folder dialog; "" when cancelled
+    bool bPathDlgAI = false;
+
+    static const QString PollTimer; ///< "SoftPoolTimer"
+    static const QString PlayTimer; ///< "HistoryTimer"
+
+    static constexpr int AIFileNum = 1;
+    static constexpr int DIFileNum = 2;
+    static constexpr int HisFileNumA = 3;
+    static constexpr int HisFileNumB = 4;
+    static constexpr int ProjectFileNum = 5;
+    BinaryFiles Files;        ///< the files open under these numbers
+    SystemFile FAIFileHandle; ///< work file of fast input, open from a start on
+
+    // ── History ──────────────────────────────────────────────────────────────────────────────────────
+    bool bHistoryMode = false;  ///< the window shows a recording
+    bool bHisFileExist = false; ///< a recording was opened at least once
+    bool bHisAI = false;
+    bool bHisDI = false;
+    bool bHisAISoft = false;   ///< polled recording
+    bool bHisAIAnalog = false; ///< analog samples are floats; else converter codes
+    std::int32_t nHisAIChanCount = 0;
+    std::int32_t nHisAIMaxChanNum = 0;
+    std::int32_t nHisDIChanCount = 0;
+    std::int32_t nHisDIMaxPortCount = 0;
+    std::int32_t nHisDIPortStart = 0;
+    std::int32_t nHisDIPortCount = 0;
+    std::int32_t HisScanCount = 0; ///< scans of the recording
+    double ScanInterval = 0.0;     ///< seconds between two scans of the recording
+    std::string AIDataPath;
+    std::string DIDataPath;
+    std::string szHisProjectFileName;
+    SystemFile HisAIFileHandle;     ///< analog data of the recording
+    std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick, as far as the window stays usable
+    std::int64_t HisScanIndex = 0;  ///< scan that the next tick reads
+    bool isHisPlaying = false;
+    bool isHisPlayPaused = false;
+
+    // ── Conversion ───────────────────────────────────────────────────────────────────────────────────
+    std::string szTextSaveDrive;
+    std::string szTextSaveDir;
+    std::string szTextSaveFolder;
+    bool bTextSaveAI = false;
+    bool bTextSaveDI = false;
+
+    // ── Graph ────────────────────────────────────────────────────────────────────────────────────────
+    double dDIVValue = 1.0;           ///< seconds a division; the graph spans ten
+    bool isNumEditEventFired = false; ///< the program itself is writing the sec/div display
+    QMenu* Menufile = nullptr;        ///< mouse modes of the graph
+
+    // ── Procedures: start-up, session ────────────────────────────────────────────────────────────────
+    void Form_Load();
+    void Form_Unload();
+    void BtnExit_Click();
+    void ZelButton1_Change();
+    void ZelButton2_Change();
+    void CkAISave2Disk_Click();
+    void CkDISave2Disk_Click();
+    void BtnStart_Click();
+    void EnableSetCmdControls(bool Enable);
+
+    // ── Procedures: acquisition ──────────────────────────────────────────────────────────────────────
+    [[nodiscard]] bool FAIStart();
+    void ZelAI1_OnFirstBufferChange(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                                    std::int32_t dataCount);
+    void ZelAI1_OnSecondBufferChange(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                                     std::int32_t dataCount);
+    void ZelAI1_OnOverrunNotice();
+    void ZelAI1_OnInputFailed();
+    [[nodiscard]] bool SoftPoolStart();
+    void ZelHiResTimerCtl1_OnTimer(const QString& name);
+    void SoftPoolTimerPorc();
+    void SoftAIScan();
+    void SoftDIScan();
+
+    // ── Procedures: files, history, conversion ───────────────────────────────────────────────────────
+    void WriteProjectInfo();
+    void WriteStopRecord(std::uint32_t elapsedMs);
+    void BtnSaveAs_Click();
+    void BtnHistory_Click();
+    void BtnModeSwitch_Click();
+    void EnableHisControls(bool value);
+    void ReadProjectInfo();
+    void ReadHisAIFile(const std::string& szFileName);
+    void ReadHisDIFile(const std::string& szFileName);
+    void ChkPlay_Click();
+    void BtnStop_Click();
+    void BtnAccelerate_Click();
+    void ZelSliderV_Change(double value);
+    void ZelSliderR_Change(double value);
+    void HistoryTick();
+    void BtnHisConvert_Click();
+
+    // ── Procedures: settings, graph ──────────────────────────────────────────────────────────────────
+    void BtnSet_Click();
+    /// Clears and sizes the thermocouple tables for the selected analog device; without one they stay.
+    void SizeThermoTables();
+    [[nodiscard]] ChannelNumbers ChannelNumbering() const;
+    [[nodiscard]] std::int32_t PhysToLogicalChan(std::int32_t channel) const;
+    [[nodiscard]] std::int32_t LogicalToPhysChan(std::int32_t& channel) const;
+    [[nodiscard]] std::int32_t LogicalChanCount() const;
+    /// Physical channel of a position in the scan.
+    [[nodiscard]] std::int32_t ScannedChannel(std::int32_t position) const;
+    void SetAIColors();
+    void InitPlotAttributes(bool isAI);
+    void BuildPlots(bool HistoryView, bool RemoveOld);
+    void UpdatePlotListView();
+    /// Brings the digital and the temperature axis back from a zoom.
+    void BringBackAxes();
+    void AdjustXAxisAndChartLength(bool bSetXAxis);
+    /// Stores a seconds-per-division value and shows it without running the display's handler.
+    void ShowDIVValue(double secondsPerDivision);
+    void ZelLED1_Step(bool up);
+    void BtnClearGraph_Click();
+    void BtnGraphSet_Click();
+    void Form_Resize();
+
+protected:
+    void closeEvent(QCloseEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    void MakeControls();
+    void ConnectControls();
+    void ConnectWidgets();
+    void SizeSharedTables();
+    void SetUpTemplates();
+    void SetUpSliders();
+    void FillThermocoupleNames();
+    void MakeWorkFiles();
+
+    void StartSession();
+    void StopSession();
+    /// Marks the recording as broken for this session and shows why on its save box.
+    void StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason);
+    void ClearRecordingFaults();
+    /// Shows `text` on the save boxes of recordings under way that no write has broken; "" for nothing wrong.
+    void ShowOnSaveBoxes(const QString& text);
+
+    [[nodiscard]] bool StopFastInput();
+    void HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
+                    std::int32_t dataCount);
+    void BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan);
+    void BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int32_t DataCntPerChan);
+    void AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count);
+    void AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count);
+    void AppendBlock(std::span<const std::byte> block, SystemFile& Handle);
+
+    /// The last recording, while a start that may be refused makes a new one.
+    struct LastRecording {
+        std::vector<std::string> files; // set aside in the work folder
+        std::int32_t ScanCount = 0;
+        bool SoftAIWritten = false;
+        bool FAIWritten = false;
+        bool DIWritten = false;
+        bool isProjectOpen = false; // under its number; saving closes it
+        std::vector<std::byte> unwrittenStopRecord;
+    };
+    [[nodiscard]] std::optional<LastRecording> SetRecordingAside();
+    void PutRecordingBack(LastRecording last);
+
+    void RewindWorkFiles();
+    void RecreateFastFile();
+    [[nodiscard]] ProjectInfo RecordingInfo() const;
+    void AddAnalogSections(ProjectInfo& info) const;
+    void AddDigitalSections(ProjectInfo& info) const;
+    void SaveRecording(const std::string& folder);
+
+    void SetPolledChart();
+    void StartPolledAnalog();
+    void StartPolledDigital();
+    void PlanAnalogPolling();
+    void PlanDigitalPolling();
+    void StartPollReader();
+    void StartPollTimer();
+    void SelectThermoLimits(std::int32_t channel);
+    void BeginTickAside();
+    void FinishTickAside();
+    void TellSilence();
+    void TakeScan();
+    void TakePorts();
+    void ShowThermoSelection();
+    void LoseScan();
+    void ShowLosses();
+    void EndReadFault();
+    void RecordScan();
+    void RecordPorts();
+
+    void OpenRecording(const std::string& path);
+    void OpenDataFiles();
+    void ShowRecordingStart();
+    void PreparePlayback();
+    void EnterAcquisitionMode();
+    void ReenterHistoryMode();
+    void Play();
+    void Pause();
+    void SeekScan(std::int64_t scan);
+    void ShowPosition(double percent);
+    [[nodiscard]] std::int32_t ScansATick() const;
+    [[nodiscard]] bool PlayTick();
+    void PlayFAIData(bool& end);
+    void PlaySoftAIData(bool& end);
+    void PlaySoftDIData(bool& end);
+    template <typename T>
+    void PlayAnalog(DataBlock<T>& block, bool& end);
+    void PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan);
+
+    void ReadBackConnections();
+
+    void ConnectGraph();
+    void BuildModeMenu();
+    void ZelGraph1_MouseUp();
+    void ZelGraph1_Error(const QString& text);
+
+    [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
+    [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;
+    /// Unit of the values that a plot shows; empty for a digital line and where it is not known.
+    [[nodiscard]] QString UnitOf(const PlotLook& look) const;
+    /// Units of the shown plots on an axis, "V, mA".
+    [[nodiscard]] QString UnitsOn(int axis) const;
+
+    void SnapToMinimum();
+    void LayOut(QSize outer);
+
+    Surroundings surroundings;
+    bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
+    bool isFastInputStopping = false; ///< what the board had delivered is being handed over
+    bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
+    bool isDIRecordingBroken = false;
+    std::vector<std::byte> unwrittenStopRecord; ///< what the full disk did not take; a saved copy gets it
+    QSize laidOutFor;                           ///< outer size, frame included, that the widgets stand for
+    QSize snappedFrom;                          ///< size that the last snap to the minimum found
+    QElapsedTimer sinceSnap;                    ///< running since that snap
+    int snapsInARow = 0;                        ///< snaps that the desktop undid at once
+    std::vector<PlotLook> shownPlots;           ///< what BuildPlots put on the graph
+    std::vector<std::int32_t> rawBuffer;        ///< reused by every half
+    PollPlan pollPlan;
+    PollBoards pollBoards;
+    PolledTick polled;                      ///< what the last tick read
+    std::unique_ptr<PollReader> pollReader; ///< of boards that may block; let go at a stop
+    QTimer silence;                         ///< running while a read is awaited from the event loop
+    QString pollStartFault;                 ///< why the last polled start failed
+    std::string readFault;                  ///< why the last scan could not be read, "" when it was
+    std::vector<float> scanRow;
+    DataBlock<float> hisFloats; ///< what the last tick read
+    DataBlock<std::int32_t> hisCodes;
+    DataBlock<std::uint8_t> hisPorts;
+    std::vector<std::int32_t> hisLines; ///< recorded lines in plot order, port × 8 + line
+};
+
+} // namespace tracelet
