@@ -28,6 +28,8 @@ using namespace Qt::StringLiterals;
 namespace tracelet {
 namespace {
 
+constexpr int Patience = 30000; // milliseconds that anything may take
+
 template <typename Widget>
 Widget* Find(QObject& parent, const QString& name) {
     if (auto* widget = parent.findChild<Widget*>(name))
@@ -66,6 +68,10 @@ void Tour::OpenWindow() {
     window.reset();
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
+    board = std::dynamic_pointer_cast<SimulatedAnalogBoard>(surroundings.boards.analog.front().board);
+    surroundings.ticks = [this] {
+        return window ? static_cast<std::uint32_t>(window->TickCount * window->nTimerInterval) : 0U;
+    };
     window = std::make_unique<frmMain>(std::move(surroundings));
     window->show();
     Run(100);
@@ -75,6 +81,25 @@ void Tour::Run(int milliseconds) {
     QEventLoop loop;
     QTimer::singleShot(milliseconds, &loop, &QEventLoop::quit);
     loop.exec();
+}
+
+void Tour::RunTicks(const QString& timer, int count) {
+    QEventLoop loop;
+    QObject::connect(window->ZelHiResTimerCtl1, &ZelHiResTimerCtl::OnTimer, &loop, [&](const QString& name) {
+        if (name == timer && --count == 0)
+            loop.quit();
+    });
+    QTimer::singleShot(Patience, &loop, &QEventLoop::quit);
+    loop.exec();
+    Expect(count <= 0, "the timer ticked");
+}
+
+void Tour::RunScans(std::int32_t count) {
+    QElapsedTimer waiting;
+    waiting.start();
+    while (window->ScanCount < count && !waiting.hasExpired(Patience))
+        Run(10);
+    Expect(window->ScanCount == count, "the scans were taken");
 }
 
 void Tour::InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>& action) {
@@ -144,7 +169,7 @@ void Tour::RecordPolled() {
     Picture(u"ready-to-record"_s);
     window->BtnStart->click();
     Expect(window->isSystemRunning, "the polled session started");
-    Run(4000);
+    RunTicks(frmMain::PollTimer, 200);
     Picture(u"polled-session"_s);
     window->BtnStart->click();
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
@@ -176,9 +201,11 @@ void Tour::RecordFast() {
     Expect(window->bAIEnabled && !window->M1.SoftMode, "fast input was accepted");
     Expect(window->bFAICyclic, "fast input is cyclic");
     window->CkAISave2Disk->click();
+    const std::int32_t scans = 6 * window->nAISampleCnt / 16; // three seconds in halves of a quarter
+    board->StandStillAfter(static_cast<std::uint64_t>(scans));
     window->BtnStart->click();
     Expect(window->isSystemRunning, "the fast session started");
-    Run(3000);
+    RunScans(scans);
     Picture(u"fast-session"_s);
     window->BtnStart->click();
     Expect(window->OverrunCount == 0, "the fast session lost nothing");
@@ -195,12 +222,12 @@ void Tour::Replay(const QString& name) {
     Expect(window->bHistoryMode, "the recording was opened");
     Picture(u"history-opened"_s);
     window->ChkPlay->click();
-    Run(2000);
+    RunTicks(frmMain::PlayTimer, 20);
     Picture(u"history-playing"_s);
     window->ChkPlay->click();
     window->ZelSliderR->SetValue(60.0);
     window->ChkPlay->click();
-    Run(500);
+    RunTicks(frmMain::PlayTimer, 5);
     window->ChkPlay->click();
     Picture(u"history-sought-and-paused"_s);
     window->BtnStop->click();
@@ -280,7 +307,7 @@ void Tour::PictureDarkPalette() {
 void Tour::LookAtWindow(const QString& name) {
     window->ZelButton1->click();
     window->BtnStart->click();
-    Run(2500);
+    RunTicks(frmMain::PollTimer, 25);
     Picture(name);
     window->BtnStart->click();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/base/RunTimeError.h"
+#include "core/drivers/simulated/SimulatedAnalogBoard.h"
 #include "tour/Pictures.h"
 #include "window/main/frmMain.h"
 
@@ -15,7 +16,8 @@ class QDialog;
 namespace tracelet {
 
 /// Drives the real window on simulated boards as a user would, and takes pictures on the way. A step that
-/// does not go as it should raises RunTimeError with what went wrong.
+/// does not go as it should raises RunTimeError with what went wrong. Time is counted in ticks, so every tour
+/// takes the same pictures.
 class Tour {
 public:
     /// Pictures go to `pictureFolder`, saved and converted recordings to `recordingFolder`.
@@ -43,6 +45,10 @@ private:
     void InDialog(QAbstractButton* opener, const std::function<void(QDialog&)>& action);
     /// Lets the window live for a while.
     static void Run(int milliseconds);
+    /// Lets the window live until so many ticks of that timer were handled.
+    void RunTicks(const QString& timer, int count);
+    /// Lets the window live until so many scans were taken.
+    void RunScans(std::int32_t count);
     void Picture(const QString& name) { pictures.Take(*window, name); }
     void SaveAs(const QString& name);
     void ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines);
@@ -54,6 +60,7 @@ private:
 
     Pictures pictures;
     QString recordings;
+    std::shared_ptr<SimulatedAnalogBoard> board; // the plain one, selected as the window opens
     std::unique_ptr<frmMain> window;
 };
 

@@ -135,7 +135,7 @@ void SimulatedAnalogBoard::StartStream(const StreamSetup& setup) {
     StreamSetup settled = setup;
     settled.sampleRate = SettledRate(setup.sampleRate);
     auto tables = std::make_shared<const SampleTables>(kind.number, ConverterOf(), settled);
-    stream.Start(settled, std::move(tables), FirstScan(kind.number, settled), paced);
+    stream.Start(settled, std::move(tables), FirstScan(kind.number, settled), paced, mostScans);
 }
 
 StreamRead SimulatedAnalogBoard::ReadStream(StreamBuffer buffer) {

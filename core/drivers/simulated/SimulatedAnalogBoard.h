@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <map>
+#include <optional>
 #include <utility>
 
 namespace tracelet {
@@ -49,6 +50,9 @@ public:
     /// Whether streams that are started from now on keep real time (as made) or come as fast as they are
     /// read.
     void SetPaced(bool value) { paced = value; }
+    /// Streams that are started from now on bring so many scans and then nothing, as if their clock stood
+    /// still.
+    void StandStillAfter(std::uint64_t scans) { mostScans = scans; }
 
 private:
     void CheckOpen() const;
@@ -60,6 +64,7 @@ private:
     const SimulatedAnalogKind kind;
     bool isOpen = false;
     bool paced = true;
+    std::optional<std::uint64_t> mostScans;
     std::uint64_t scansRead = 0;
     std::map<std::pair<std::int32_t, std::int32_t>, std::uint64_t> thermocoupleReadings; // channel, expansion
     FaultSwitch faults;

@@ -21,8 +21,10 @@ StreamBuffer FirstSamples(StreamBuffer buffer, std::size_t count) {
 } // namespace
 
 void SimulatedStream::Start(const StreamSetup& setup, std::shared_ptr<const SampleTables> tables,
-                            std::optional<std::uint64_t> firstScan, bool paced) {
+                            std::optional<std::uint64_t> firstScan, bool paced,
+                            std::optional<std::uint64_t> most) {
     const std::lock_guard lock(mutex);
+    const std::uint64_t first = firstScan.value_or(0) * setup.channels.size();
     if (run)
         throw RunTimeError("The board is acquiring already");
     ++runNumber;
@@ -33,8 +35,9 @@ void SimulatedStream::Start(const StreamSetup& setup, std::shared_ptr<const Samp
               .scanSamples = setup.channels.size(),
               .triggered = firstScan.has_value(),
               .paced = paced,
-              .next = firstScan.value_or(0) * setup.channels.size(),
-              .left = setup.totalSamples == 0 ? Endless : setup.totalSamples};
+              .next = first,
+              .left = setup.totalSamples == 0 ? Endless : setup.totalSamples,
+              .never = most ? first + *most * setup.channels.size() : Endless};
 }
 
 void SimulatedStream::Stop() {
@@ -54,11 +57,12 @@ bool SimulatedStream::IsRunning() const {
 std::uint64_t SimulatedStream::Due() const {
     if (!run->triggered)
         return 0;
+    const std::uint64_t coming = run->next < run->never ? std::min(run->left, run->never - run->next) : 0;
     if (!run->paced)
-        return run->left;
+        return coming;
     const std::chrono::duration<double> elapsed = Clock::now() - run->start;
     const auto converted = static_cast<std::uint64_t>(std::floor(elapsed.count() * run->sampleRate));
-    return converted > run->next ? std::min(converted - run->next, run->left) : 0;
+    return converted > run->next ? std::min(converted - run->next, coming) : 0;
 }
 
 // Waits until enough samples for a worthwhile read are due, or the longest wait is over. False when the

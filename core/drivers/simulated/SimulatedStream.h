@@ -19,9 +19,9 @@ class SimulatedStream {
 public:
     /// A stream whose first scan is `firstScan` of the signals; nothing when its trigger never comes. `paced`
     /// keeps real time: sample n falls due n conversions after the start, samples before `firstScan`
-    /// included. A stream that runs raises.
+    /// included. After `most` scans, if that is told, nothing more comes. A stream that runs raises.
     void Start(const StreamSetup& setup, std::shared_ptr<const SampleTables> tables,
-               std::optional<std::uint64_t> firstScan, bool paced);
+               std::optional<std::uint64_t> firstScan, bool paced, std::optional<std::uint64_t> most);
 
     /// See AnalogBoard::ReadStream.
     [[nodiscard]] StreamRead Read(StreamBuffer buffer, FaultSwitch& faults);
@@ -42,8 +42,9 @@ private:
         std::size_t scanSamples = 1;
         bool triggered = true;
         bool paced = true;
-        std::uint64_t next = 0; // sample of the signals that is handed over next
-        std::uint64_t left = 0; // samples until the end
+        std::uint64_t next = 0;  // sample of the signals that is handed over next
+        std::uint64_t left = 0;  // samples until the end
+        std::uint64_t never = 0; // sample that never comes, nor those behind it
     };
 
     [[nodiscard]] std::uint64_t Due() const;

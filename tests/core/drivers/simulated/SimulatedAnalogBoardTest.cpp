@@ -344,6 +344,28 @@ TEST_F(SimulatedAnalogTest, OverrunLosesWholeScansOnce) {
     board->StopStream();
 }
 
+TEST_F(SimulatedAnalogTest, StreamStandsStillWhereItIsTold) {
+    board->StandStillAfter(30);
+    for (const bool paced : {false, true}) {
+        board->SetPaced(paced);
+        const StreamSetup setup = Stream(Channels(0, 3), 0, AnalogValues, 300000.0);
+        board->StartStream(setup);
+        std::vector<float> buffer(200);
+        std::size_t count = 0;
+        for (int reads = 0; reads < 3; ++reads) {
+            const StreamRead read = board->ReadStream(std::span<float>(buffer).subspan(count));
+            EXPECT_EQ(read.state, StreamState::Running);
+            count += read.count;
+        }
+        EXPECT_EQ(count, 90U);
+        EXPECT_EQ(buffer[89], static_cast<float>(ValueOf(Code(setup, 89), setup.channels[2].range, 16)));
+        board->SetFaults({.lostScans = 50}); // past the end
+        EXPECT_EQ(board->ReadStream(std::span<float>(buffer)).count, 0U);
+        EXPECT_EQ(board->ReadStream(std::span<float>(buffer)).count, 0U);
+        board->StopStream();
+    }
+}
+
 TEST_F(SimulatedAnalogTest, ReadErrorShowsInTheStream) {
     board->StartStream(Stream(Channels(0, 1), 0));
     std::vector<float> buffer(16);
