@@ -102,6 +102,11 @@ std::int32_t Int(double value) {
     return CheckedLong(std::floor(value));
 }
 
+std::int32_t SumOrHighest(std::int32_t a, std::int32_t b) {
+    const std::int64_t sum = std::int64_t{a} + b;
+    return static_cast<std::int32_t>(std::min<std::int64_t>(sum, std::numeric_limits<std::int32_t>::max()));
+}
+
 double Quotient(double dividend, double divisor) {
     if (divisor == 0.0)
         throw dividend == 0.0 ? Fault::Overflow() : Fault::DivisionByZero();

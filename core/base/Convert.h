@@ -12,6 +12,9 @@ namespace tracelet {
 /// Largest integer not above `value`, as a 32-bit integer; "Overflow" outside the range.
 [[nodiscard]] std::int32_t Int(double value);
 
+/// Sum of two counts, the highest number there is where it is beyond.
+[[nodiscard]] std::int32_t SumOrHighest(std::int32_t a, std::int32_t b);
+
 /// Quotient of two numbers; a zero divisor raises "Division by zero" (0 / 0 raises "Overflow", as the
 /// quotient is no number).
 [[nodiscard]] double Quotient(double dividend, double divisor);

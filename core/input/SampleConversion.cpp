@@ -34,6 +34,11 @@ void ConvertRawData(std::span<const std::int16_t> DataArray, std::vector<std::in
         std::ranges::transform(counts, Out.begin(), OffsetWhenNegative);
 }
 
+void ConvertScan(std::span<const double> values, std::vector<float>& Out) {
+    Out.resize(values.size());
+    std::ranges::transform(values, Out.begin(), [](double value) { return static_cast<float>(value); });
+}
+
 std::span<const float> ConvertAnalogData(std::span<const float> DataArray, std::int32_t dataCount) {
     return DataArray.first(CheckedCount(DataArray.size(), dataCount));
 }

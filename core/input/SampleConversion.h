@@ -14,6 +14,9 @@ namespace tracelet {
 void ConvertRawData(std::span<const std::int16_t> DataArray, std::vector<std::int32_t>& Out,
                     std::int32_t dataCount, const AnalogBoardInfo& board);
 
+/// A polled scan as the 32-bit floats that are drawn and recorded.
+void ConvertScan(std::span<const double> values, std::vector<float>& Out);
+
 /// Analog values as 32-bit floats, in order. They come as floats, so this is a view of the first `dataCount`;
 /// a count beyond `DataArray` raises "Subscript out of range".
 [[nodiscard]] std::span<const float> ConvertAnalogData(std::span<const float> DataArray,

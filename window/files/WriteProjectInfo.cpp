@@ -1,14 +1,8 @@
 #include "core/base/Convert.h"
-#include "core/files/FileOperations.h"
 #include "core/recordings/ProjectInfo.h"
 #include "window/chart/ZelGraph.h"
-#include "window/ground/Handler.h"
+#include "window/ground/MsgBox.h"
 #include "window/main/frmMain.h"
-
-#include <QPushButton>
-
-#include <algorithm>
-#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -29,78 +23,11 @@ PlotRecord RecordOf(std::int32_t index, const Table<std::uint32_t>& colors, cons
 } // namespace
 
 void frmMain::WriteProjectInfo() {
-    RewindWorkFiles();
-    RecreateFastFile();
-    unwrittenStopRecord.clear();
-    try {
-        Files.PutBytes(ProjectFileNum, ProjectHeader(RecordingInfo()));
-    } catch (const RunTimeError& error) {
-        if (bAIEnabled && bAISaveToDisk)
-            StopRecording(isAIRecordingBroken, CkAISave2Disk, error);
-        if (bDIEnabled && bDISaveToDisk)
-            StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
-    }
-}
-
-std::optional<frmMain::LastRecording> frmMain::SetRecordingAside() {
-    if (!BtnSaveAs->isEnabled()) // there is nothing that could be saved
-        return std::nullopt;
-    LastRecording last{.files = {szProjectFileName},
-                       .ScanCount = ScanCount,
-                       .SoftAIWritten = SoftAIWritten,
-                       .FAIWritten = FAIWritten,
-                       .DIWritten = DIWritten,
-                       .isProjectOpen = Files.IsOpen(ProjectFileNum),
-                       .unwrittenStopRecord = unwrittenStopRecord};
-    if (SoftAIWritten)
-        last.files.push_back(szAIFileName);
-    if (FAIWritten)
-        last.files.push_back(szFAIFileName);
-    if (DIWritten)
-        last.files.push_back(szDIFileName);
-    return SetAside(last.files) ? std::optional(std::move(last)) : std::nullopt;
-}
-
-void frmMain::PutRecordingBack(LastRecording last) {
-    if (last.FAIWritten)
-        FAIFileHandle.Close();
-    for (const int number : {ProjectFileNum, AIFileNum, DIFileNum})
-        Files.Close(number);
-    PutBack(last.files);
-    QuietHandler([&] { Files.Open(AIFileNum, szAIFileName); });
-    QuietHandler([&] { Files.Open(DIFileNum, szDIFileName); });
-    if (last.isProjectOpen)
-        QuietHandler([&] { Files.Open(ProjectFileNum, szProjectFileName); });
-    ScanCount = last.ScanCount;
-    SoftAIWritten = last.SoftAIWritten;
-    FAIWritten = last.FAIWritten;
-    DIWritten = last.DIWritten;
-    unwrittenStopRecord = std::move(last.unwrittenStopRecord);
-    BtnSaveAs->setEnabled(true);
-}
-
-void frmMain::RewindWorkFiles() {
-    const auto rewind = [this](int number, const std::string& path) {
-        Files.Close(number);
-        QuietHandler([&] { // a file that stays closed shows when something is written to it
-            Files.OpenForOutput(number, path);
-            Files.Close(number);
-            Files.Open(number, path);
-        });
-    };
-    rewind(ProjectFileNum, szProjectFileName);
-    rewind(AIFileNum, szAIFileName);
-    rewind(DIFileNum, szDIFileName);
-}
-
-void frmMain::RecreateFastFile() {
-    FAIFileHandle.Close();
-    DeleteFile(szFAIFileName);
-    try {
-        FAIFileHandle = SystemFile(szFAIFileName, Disposition::OpenAlways);
-    } catch (const RunTimeError&) {
+    recorder.Begin();
+    if (!recorder.RecreateFastFile())
         MsgBox(this, u"CreateFile Fails "_s, u"WriteProjectInfo"_s);
-    }
+    recorder.PutHeader(RecordingInfo());
+    ShowRecordingFaults();
 }
 
 ProjectInfo frmMain::RecordingInfo() const {
@@ -145,17 +72,10 @@ void frmMain::AddDigitalSections(ProjectInfo& info) const {
 }
 
 void frmMain::WriteStopRecord(std::uint32_t elapsedMs) {
-    double interval = 0.0;
-    if (ScanCount != 0 && !M1.SoftMode)
-        interval = Quotient(1.0, ZelAI1->SampleRate() / ZelAI1->ScanChannelCount());
-    else if (ScanCount != 0)
-        interval = static_cast<double>(elapsedMs) / ScanCount / 1000.0;
-    const std::vector<std::byte> record = StopRecord(ScanCount, interval);
-    try {
-        Files.PutBytes(ProjectFileNum, record);
-    } catch (const RunTimeError&) {
-        unwrittenStopRecord = record;
-    }
+    recorder.Complete(M1.SoftMode
+                          ? PolledScanInterval(elapsedMs, ScanCount)
+                          : PacedScanInterval(ZelAI1->SampleRate(), ZelAI1->ScanChannelCount(), ScanCount));
+    ShowRecordingFaults();
 }
 
 } // namespace tracelet

@@ -6,8 +6,6 @@
 #include "window/ground/NoticeLine.h"
 #include "window/main/frmMain.h"
 
-#include <limits>
-
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
@@ -19,12 +17,6 @@ std::int32_t ScansOf(std::int32_t dataCount, std::int32_t channels) {
 
 std::int32_t SampleCount(std::int32_t channels, std::int32_t scans) {
     return CLng(static_cast<double>(channels) * scans);
-}
-
-// The counter has 32 bits on disk; hours of fast input stay at the highest number instead of wrapping.
-std::int32_t SumOrHighest(std::int32_t a, std::int32_t b) {
-    const std::int64_t sum = std::int64_t{a} + b;
-    return static_cast<std::int32_t>(std::min<std::int64_t>(sum, std::numeric_limits<std::int32_t>::max()));
 }
 
 } // namespace
@@ -60,7 +52,7 @@ bool frmMain::StopFastInput() {
         LabelNotice->Show(ZelAI1->ErrorText());
     isFastInputStopping = false;
     if (bAISaveToDisk)
-        FAIFileHandle.Close();
+        recorder.CloseFastFile();
     return true;
 }
 
@@ -91,7 +83,8 @@ void frmMain::HandleHalf(std::span<const std::int16_t> RawData, std::span<const 
     default:
         MsgBox(this, u"Wrong Data Return Type"_s, u"OnFirstBufferChange"_s);
     }
-    ScanCount = SumOrHighest(ScanCount, DataCntPerChan);
+    recorder.CountScans(DataCntPerChan);
+    SettleRecording();
 }
 
 void frmMain::BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan) {
@@ -99,7 +92,7 @@ void frmMain::BufferChangeFunc(std::span<const float> DataArray, std::int32_t Da
     const std::int32_t n =
         std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
     if (bAISaveToDisk)
-        AppendSingles(ConvertAnalogData(DataArray, n), FAIFileHandle, n);
+        AppendSingles(ConvertAnalogData(DataArray, n), n);
     ZelGraph1->AppendSamples(1.0 / ZelAI1->SampleRate() * channels,
                              ZelGraph::PlotInterleaved(n / channels, channels, DataArray));
 }
@@ -110,29 +103,18 @@ void frmMain::BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int
         std::min(SampleCount(channels, DataCntPerChan), CLng(static_cast<double>(DataArray.size())));
     ConvertRawData(DataArray, rawBuffer, n, ZelAI1->BoardInfo());
     if (bAISaveToDisk)
-        AppendLongs(rawBuffer, FAIFileHandle, n);
+        AppendLongs(rawBuffer, n);
     ZelGraph1->AppendSamples(
         1.0 / ZelAI1->SampleRate() * channels,
         ZelGraph::PlotInterleaved(n / channels, channels, std::span<const std::int32_t>(rawBuffer)));
 }
 
-void frmMain::AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count) {
-    AppendBlock(std::as_bytes(Buffer.first(static_cast<std::size_t>(Count))), Handle);
+void frmMain::AppendSingles(std::span<const float> Buffer, std::int32_t Count) {
+    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)));
 }
 
-void frmMain::AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count) {
-    AppendBlock(std::as_bytes(Buffer.first(static_cast<std::size_t>(Count))), Handle);
-}
-
-void frmMain::AppendBlock(std::span<const std::byte> block, SystemFile& Handle) {
-    if (isAIRecordingBroken)
-        return;
-    try {
-        Handle.Append(block);
-        FAIWritten = true;
-    } catch (const RunTimeError& error) {
-        StopRecording(isAIRecordingBroken, CkAISave2Disk, error);
-    }
+void frmMain::AppendLongs(std::span<const std::int32_t> Buffer, std::int32_t Count) {
+    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)));
 }
 
 void frmMain::ZelAI1_OnOverrunNotice() {

@@ -100,12 +100,11 @@ void frmMain::BtnStart_Click() {
 }
 
 void frmMain::StartSession() {
-    std::optional<LastRecording> last = SetRecordingAside();
+    if (BtnSaveAs->isEnabled())
+        recorder.SetAside();
     isSystemRunning = true;
     TickCount = 0;
-    ScanCount = 0;
-    OverrunCount = LostScanCount = 0;
-    SoftAIWritten = FAIWritten = DIWritten = false;
+    recorder.ResetCounts();
     ClearRecordingFaults();
     LabelNotice->Show({});
     ZelGraph1->ClearData();
@@ -116,15 +115,13 @@ void frmMain::StartSession() {
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
-        if (last)
-            DropAside(last->files);
-        ScanCount = 0;
+        recorder.DropAside();
+        recorder.ResetCounts();
         StartTicks = surroundings.ticks();
-        SoftAIWritten = FAIWritten = DIWritten = false;
         return;
     }
-    if (last)
-        PutRecordingBack(std::move(*last));
+    if (recorder.PutBack())
+        BtnSaveAs->setEnabled(true);
     const QString reason = M1.SoftMode ? pollStartFault : ZelAI1->ErrorText();
     MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;
@@ -147,7 +144,7 @@ void frmMain::StopSession() {
     isSystemRunning = false;
     EnableSetCmdControls(true);
     BtnStart->setText(u"Start"_s);
-    BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
+    BtnSaveAs->setEnabled(recorder.IsWritten());
 }
 
 void frmMain::EnableSetCmdControls(bool Enable) {
@@ -161,22 +158,28 @@ void frmMain::EnableSetCmdControls(bool Enable) {
     CkDISave2Disk->setEnabled(bDIEnabled);
 }
 
-void frmMain::StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason) {
-    broken = true;
-    ShowFault(saveBox, u"Recording stopped: %1"_s.arg(QString::fromUtf8(reason.what())));
+void frmMain::SettleRecording() {
+    if (recorder.Settle())
+        ShowRecordingFaults();
+}
+
+void frmMain::ShowRecordingFaults() {
+    for (const auto& [input, saveBox] :
+         {std::pair(Recorder::Analog, CkAISave2Disk), std::pair(Recorder::Digital, CkDISave2Disk)}) {
+        if (!recorder.Fault(input).empty())
+            ShowFault(saveBox, u"Recording stopped: %1"_s.arg(QString::fromStdString(recorder.Fault(input))));
+    }
 }
 
 void frmMain::ClearRecordingFaults() {
-    isAIRecordingBroken = isDIRecordingBroken = false;
-    readFault.clear();
     for (QCheckBox* saveBox : {CkAISave2Disk, CkDISave2Disk})
         ShowFault(saveBox, {});
 }
 
 void frmMain::ShowOnSaveBoxes(const QString& text) {
-    if (bAIEnabled && bAISaveToDisk && !isAIRecordingBroken)
+    if (bAIEnabled && bAISaveToDisk && recorder.Fault(Recorder::Analog).empty())
         ShowFault(CkAISave2Disk, text);
-    if (bDIEnabled && bDISaveToDisk && !isDIRecordingBroken)
+    if (bDIEnabled && bDISaveToDisk && recorder.Fault(Recorder::Digital).empty())
         ShowFault(CkDISave2Disk, text);
 }
 

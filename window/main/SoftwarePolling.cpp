@@ -1,4 +1,6 @@
+#include "core/base/Convert.h"
 #include "core/boards/BoardFamily.h"
+#include "core/input/SampleConversion.h"
 #include "core/plots/TimeBase.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/Handler.h"
@@ -8,7 +10,6 @@
 #include <QScopeGuard>
 
 #include <chrono>
-#include <limits>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -21,11 +22,6 @@ constexpr double ThermoLimit = 0.005; // volts, either side of 0
 constexpr std::chrono::milliseconds Patience{20}; // how long a tick holds the window up for a board
 constexpr std::chrono::milliseconds LongestAnswer{2000};
 constexpr const char* BoardIsSilent = "The board does not answer";
-
-// At 1 ms a counter of 32 bits is full after 25 days; it then stays where it is.
-std::int32_t NextOrHighest(std::int32_t count) {
-    return count < std::numeric_limits<std::int32_t>::max() ? count + 1 : count;
-}
 
 // On this family's differential inputs each channel takes two of the thermocouple control's numbers.
 bool DoublesThermoChannels(const ZelAI& input) {
@@ -82,13 +78,8 @@ void frmMain::StartPolledDigital() {
     if (ZelDIO1->DeviceNumber() < 0)
         throw RunTimeError("No DI device is selected");
     PlanDigitalPolling();
-    try {
-        Files.Put(DIFileNum, nDIPortStart);
-        Files.Put(DIFileNum, nDIPortCount);
-    } catch (const RunTimeError& error) {
-        if (bDISaveToDisk)
-            StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
-    }
+    recorder.PutPortHeader(nDIPortStart, nDIPortCount);
+    ShowRecordingFaults();
 }
 
 // Raises for a scan that goes beyond the board's channels.
@@ -156,19 +147,20 @@ void frmMain::SoftPoolTimerPorc() {
         BeginTickAside();
         return;
     }
-    TickCount = NextOrHighest(TickCount);
+    TickCount = SumOrHighest(TickCount, 1);
     if (bAIEnabled)
         SoftAIScan();
     if (bDIEnabled)
         SoftDIScan();
-    ScanCount = NextOrHighest(ScanCount);
+    recorder.CountScans(1);
+    SettleRecording();
 }
 
 // A tick of boards that may block. One that comes while the last is open is dropped, as during a handler.
 void frmMain::BeginTickAside() {
     if (!pollReader->IsIdle())
         return;
-    TickCount = NextOrHighest(TickCount);
+    TickCount = SumOrHighest(TickCount, 1);
     pollReader->Begin();
     if (pollReader->Wait(Patience))
         FinishTickAside();
@@ -189,7 +181,8 @@ void frmMain::FinishTickAside() {
         TakeScan();
     if (bDIEnabled)
         TakePorts();
-    ScanCount = NextOrHighest(ScanCount);
+    recorder.CountScans(1);
+    SettleRecording();
 }
 
 void frmMain::TellSilence() {
@@ -208,15 +201,14 @@ void frmMain::TakeScan() {
         LoseScan();
         throw RunTimeError(polled.analogFault); // ends the tick
     }
-    EndReadFault();
+    if (recorder.EndReadFault())
+        ShowOnSaveBoxes({});
     ShowThermoSelection();
     const auto time = static_cast<float>((surroundings.ticks() - StartTicks) / 1000.0);
-    scanRow.assign(polled.values.size(), 0.0F);
-    for (std::size_t i = 0; i < scanRow.size(); ++i)
-        scanRow[i] = static_cast<float>(polled.values[i]);
-    ZelGraph1->AppendScan(time, scanRow);
+    ConvertScan(polled.values, scanRow);
     if (bAISaveToDisk)
-        RecordScan();
+        recorder.PutScan(scanRow);
+    ZelGraph1->AppendScan(time, scanRow);
 }
 
 // The control stands as if the temperatures had been read through it.
@@ -231,10 +223,8 @@ void frmMain::ShowThermoSelection() {
 
 // A board that fails for a while costs its scans; that it does shows until it answers again.
 void frmMain::LoseScan() {
-    LostScanCount = NextOrHighest(LostScanCount);
-    const bool isNews = std::exchange(readFault, polled.analogFault) != polled.analogFault;
-    if (isNews)
-        ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(readFault)));
+    if (recorder.LoseScan(polled.analogFault))
+        ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(polled.analogFault)));
     ShowLosses();
 }
 
@@ -242,27 +232,9 @@ void frmMain::ShowLosses() {
     QString text;
     if (LostScanCount > 0)
         text = u"Scans lost: %1"_s.arg(LostScanCount);
-    if (!readFault.empty())
-        text += u" (%1)"_s.arg(QString::fromStdString(readFault));
+    if (!recorder.ReadFault().empty())
+        text += u" (%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
     LabelNotice->Show(text);
-}
-
-void frmMain::EndReadFault() {
-    if (readFault.empty())
-        return;
-    readFault.clear();
-    ShowOnSaveBoxes({});
-}
-
-void frmMain::RecordScan() {
-    if (isAIRecordingBroken)
-        return;
-    try {
-        Files.PutBytes(AIFileNum, std::as_bytes(std::span(scanRow)));
-        SoftAIWritten = true;
-    } catch (const RunTimeError& error) {
-        StopRecording(isAIRecordingBroken, CkAISave2Disk, error);
-    }
 }
 
 void frmMain::SoftDIScan() {
@@ -279,24 +251,13 @@ void frmMain::TakePorts() {
             BtnStart_Click();
         return;
     }
+    if (bDISaveToDisk)
+        recorder.PutPorts(polled.states);
     const double time = (surroundings.ticks() - StartTicks) / 1000.0;
     int plot = ZelAI1->ScanChannelCount();
     for (const std::int32_t index : pollPlan.lines) {
         if (plot < ZelGraph1->PlotCount())
             ZelGraph1->AddPoint(plot++, time, LineLevel(index, polled.states, pollPlan.portStart));
-    }
-    if (bDISaveToDisk)
-        RecordPorts();
-}
-
-void frmMain::RecordPorts() {
-    if (isDIRecordingBroken)
-        return;
-    try {
-        Files.PutBytes(DIFileNum, std::as_bytes(std::span(polled.states)));
-        DIWritten = true;
-    } catch (const RunTimeError& error) {
-        StopRecording(isDIRecordingBroken, CkDISave2Disk, error);
     }
 }
 

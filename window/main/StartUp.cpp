@@ -171,11 +171,7 @@ void frmMain::FillThermocoupleNames() {
 }
 
 void frmMain::MakeWorkFiles() {
-    work = MakeWorkFolder(szProgramPath);
-    QuietHandler([this] { Files.Open(ProjectFileNum, szProjectFileName); });
-    QuietHandler([this] { Files.Open(AIFileNum, szAIFileName); });
-    QuietHandler([this] { Files.Open(DIFileNum, szDIFileName); });
-    QuietHandler([this] { SystemFile(szFAIFileName, Disposition::OpenAlways); });
+    recorder.Open(MakeWorkFolder(szProgramPath));
 }
 
 void frmMain::Form_Unload() {
@@ -186,10 +182,9 @@ void frmMain::Form_Unload() {
         QuietHandler([this] { BtnStart_Click(); });
     if (isHisPlaying)
         QuietHandler([this] { BtnStop_Click(); });
-    Files.CloseAll();
+    recorder.Close();
     HisAIFileHandle.Close();
-    FAIFileHandle.Close();
-    RemoveWorkFolder(work);
+    RemoveWorkFolder(recorder.work);
 }
 
 void frmMain::BtnExit_Click() {

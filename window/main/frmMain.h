@@ -9,7 +9,7 @@
 //   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
 //   main/Resize.cpp             Form_Resize
-//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; the last recording during a start
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
 //   files/SaveAs.cpp            BtnSaveAs_Click
 //   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
@@ -25,13 +25,11 @@
 
 #include "core/base/TickCount.h"
 #include "core/drivers/FindBoards.h"
-#include "core/files/BinaryFiles.h"
-#include "core/files/SystemFile.h"
 #include "core/input/PollPlan.h"
 #include "core/input/PollReader.h"
+#include "core/input/Recorder.h"
 #include "core/plots/PlotTables.h"
 #include "core/recordings/RecordingReader.h"
-#include "core/recordings/WorkFolder.h"
 #include "core/settings/M1.h"
 #include "window/controls/ZelAI.h"
 #include "window/controls/ZelDIO.h"
@@ -94,27 +92,25 @@ public:
     bool bDIEnabled = false;           ///< DI switch is on
     bool bAIEnabled = false;           ///< AI switch is on
 
-    std::int32_t TickCount = 0;    ///< timer ticks since the session started
-    std::uint32_t StartTicks = 0;  ///< millisecond count at session start
-    std::int32_t ScanCount = 0;    ///< scans taken in the session; stays at the highest number there is
-    std::int32_t OverrunCount = 0; ///< losses that the analog control told of in the session
-    /// Polled scans that the session lost because a board could not be read. Ticks that were dropped because
-    /// the one before was still under way do not count.
-    std::int32_t LostScanCount = 0;
-    bool SoftAIWritten = false; ///< polled analog data were written in the session
-    bool FAIWritten = false;    ///< fast analog data were written in the session
-    bool DIWritten = false;     ///< digital data were written in the session
+    std::int32_t TickCount = 0;   ///< timer ticks since the session started
+    std::uint32_t StartTicks = 0; ///< millisecond count at session start
+    Recorder recorder;            ///< what the session does to files
+    std::int32_t& ScanCount = recorder.ScanCount;
+    std::int32_t& OverrunCount = recorder.OverrunCount;
+    std::int32_t& LostScanCount = recorder.LostScanCount;
+    bool& SoftAIWritten = recorder.SoftAIWritten;
+    bool& FAIWritten = recorder.FAIWritten;
+    bool& DIWritten = recorder.DIWritten;
 
     // ── Files ────────────────────────────────────────────────────────────────────────────────────────
     // Paths are texts whose last separator is "\"; files/Paths turns them into native ones.
-    std::string szProgramPath; ///< the program's folder
-    WorkFolder work;
-    const std::string& sztmpPath = work.sztmpPath;                 ///< work folder
-    const std::string& szProjectFileName = work.szProjectFileName; ///< work project file
-    const std::string& szAIFileName = work.szAIFileName;           ///< polled analog samples
-    const std::string& szFAIFileName = work.szFAIFileName;         ///< fast analog samples
-    const std::string& szDIFileName = work.szDIFileName;           ///< digital samples
-    std::string szDrive;                                           ///< drive last chosen in the folder dialog
+    std::string szProgramPath;                                              ///< the program's folder
+    const std::string& sztmpPath = recorder.work.sztmpPath;                 ///< work folder
+    const std::string& szProjectFileName = recorder.work.szProjectFileName; ///< work project file
+    const std::string& szAIFileName = recorder.work.szAIFileName;           ///< polled analog samples
+    const std::string& szFAIFileName = recorder.work.szFAIFileName;         ///< fast analog samples
+    const std::string& szDIFileName = recorder.work.szDIFileName;           ///< digital samples
+    std::string szDrive;     ///< drive last chosen in the folder dialog
     std::string szDir;       ///< folder last chosen in the folder dialog
     std::string szNewFolder; ///< folder name typed in the folder dialog; "" when cancelled
     bool bPathDlgAI = false;
@@ -122,13 +118,13 @@ public:
     static const QString PollTimer; ///< "SoftPoolTimer"
     static const QString PlayTimer; ///< "HistoryTimer"
 
-    static constexpr int AIFileNum = 1;
-    static constexpr int DIFileNum = 2;
+    static constexpr int AIFileNum = Recorder::AIFileNum;
+    static constexpr int DIFileNum = Recorder::DIFileNum;
     static constexpr int HisFileNumA = 3;
     static constexpr int HisFileNumB = 4;
-    static constexpr int ProjectFileNum = 5;
-    BinaryFiles Files;        ///< the files open under these numbers
-    SystemFile FAIFileHandle; ///< work file of fast input, open from a start on
+    static constexpr int ProjectFileNum = Recorder::ProjectFileNum;
+    BinaryFiles& Files = recorder.Files; ///< the files open under these numbers
+    SystemFile& FAIFileHandle = recorder.FAIFileHandle;
 
     // ── History ──────────────────────────────────────────────────────────────────────────────────────
     bool bHistoryMode = false;  ///< the window shows a recording
@@ -250,10 +246,11 @@ private:
 
     void StartSession();
     void StopSession();
-    /// Marks the recording as broken for this session and shows why on its save box.
-    void StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason);
+    /// Lets what was put reach the disk; an input that records nothing more shows why on its save box.
+    void SettleRecording();
+    void ShowRecordingFaults();
     void ClearRecordingFaults();
-    /// Shows `text` on the save boxes of recordings under way that no write has broken; "" for nothing wrong.
+    /// Shows `text` on the save boxes of recordings under way that are not at fault; "" for nothing wrong.
     void ShowOnSaveBoxes(const QString& text);
 
     [[nodiscard]] bool StopFastInput();
@@ -261,29 +258,12 @@ private:
                     std::int32_t dataCount);
     void BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan);
     void BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int32_t DataCntPerChan);
-    void AppendSingles(std::span<const float> Buffer, SystemFile& Handle, std::int32_t Count);
-    void AppendLongs(std::span<const std::int32_t> Buffer, SystemFile& Handle, std::int32_t Count);
-    void AppendBlock(std::span<const std::byte> block, SystemFile& Handle);
+    void AppendSingles(std::span<const float> Buffer, std::int32_t Count);
+    void AppendLongs(std::span<const std::int32_t> Buffer, std::int32_t Count);
 
-    /// The last recording, while a start that may be refused makes a new one.
-    struct LastRecording {
-        std::vector<std::string> files; // set aside in the work folder
-        std::int32_t ScanCount = 0;
-        bool SoftAIWritten = false;
-        bool FAIWritten = false;
-        bool DIWritten = false;
-        bool isProjectOpen = false; // under its number; saving closes it
-        std::vector<std::byte> unwrittenStopRecord;
-    };
-    [[nodiscard]] std::optional<LastRecording> SetRecordingAside();
-    void PutRecordingBack(LastRecording last);
-
-    void RewindWorkFiles();
-    void RecreateFastFile();
     [[nodiscard]] ProjectInfo RecordingInfo() const;
     void AddAnalogSections(ProjectInfo& info) const;
     void AddDigitalSections(ProjectInfo& info) const;
-    void SaveRecording(const std::string& folder);
 
     void SetPolledChart();
     void StartPolledAnalog();
@@ -302,8 +282,6 @@ private:
     void LoseScan();
     void ShowLosses();
     void EndReadFault();
-    void RecordScan();
-    void RecordPorts();
 
     void OpenRecording(const std::string& path);
     void OpenDataFiles();
@@ -342,24 +320,20 @@ private:
     void LayOut(QSize outer);
 
     Surroundings surroundings;
-    bool isLoaded = false;            ///< Form_Load ran and Form_Unload did not yet
-    bool isFastInputStopping = false; ///< what the board had delivered is being handed over
-    bool isAIRecordingBroken = false; ///< a write failed: nothing more is appended in this session
-    bool isDIRecordingBroken = false;
-    std::vector<std::byte> unwrittenStopRecord; ///< what the full disk did not take; a saved copy gets it
-    QSize laidOutFor;                           ///< outer size, frame included, that the widgets stand for
-    QSize snappedFrom;                          ///< size that the last snap to the minimum found
-    QElapsedTimer sinceSnap;                    ///< running since that snap
-    int snapsInARow = 0;                        ///< snaps that the desktop undid at once
-    std::vector<PlotLook> shownPlots;           ///< what BuildPlots put on the graph
-    std::vector<std::int32_t> rawBuffer;        ///< reused by every half
+    bool isLoaded = false;               ///< Form_Load ran and Form_Unload did not yet
+    bool isFastInputStopping = false;    ///< what the board had delivered is being handed over
+    QSize laidOutFor;                    ///< outer size, frame included, that the widgets stand for
+    QSize snappedFrom;                   ///< size that the last snap to the minimum found
+    QElapsedTimer sinceSnap;             ///< running since that snap
+    int snapsInARow = 0;                 ///< snaps that the desktop undid at once
+    std::vector<PlotLook> shownPlots;    ///< what BuildPlots put on the graph
+    std::vector<std::int32_t> rawBuffer; ///< reused by every half
     PollPlan pollPlan;
     PollBoards pollBoards;
     PolledTick polled;                      ///< what the last tick read
     std::unique_ptr<PollReader> pollReader; ///< of boards that may block; let go at a stop
     QTimer silence;                         ///< running while a read is awaited from the event loop
     QString pollStartFault;                 ///< why the last polled start failed
-    std::string readFault;                  ///< why the last scan could not be read, "" when it was
     std::vector<float> scanRow;
     DataBlock<float> hisFloats; ///< what the last tick read
     DataBlock<std::int32_t> hisCodes;

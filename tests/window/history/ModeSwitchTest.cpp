@@ -63,13 +63,13 @@ TEST_F(ModeSwitchTest, BackToAcquisition) {
 }
 
 TEST_F(ModeSwitchTest, SaveAsComesBackWithWhatWasRecorded) {
-    for (bool frmMain::*written : {&frmMain::SoftAIWritten, &frmMain::FAIWritten, &frmMain::DIWritten}) {
+    for (bool* written : {&window->SoftAIWritten, &window->FAIWritten, &window->DIWritten}) {
         OpenSaved(Polled(4));
         EXPECT_FALSE(window->BtnSaveAs->isEnabled());
-        (*window).*written = true;
+        *written = true;
         Click(window->BtnModeSwitch);
         EXPECT_TRUE(window->BtnSaveAs->isEnabled());
-        (*window).*written = false;
+        *written = false;
     }
 }
 
