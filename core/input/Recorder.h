@@ -16,8 +16,8 @@
 
 namespace tracelet {
 
-/// What a session does to files: opens its work files, begins a recording in them, appends samples, completes
-/// and counts them, completes it, keeps the last one while a start may be refused, saves it elsewhere.
+/// What a session does to files: opens its work files, begins a recording in them, appends samples and
+/// counts them, completes it, keeps the last one while a start may be refused, saves it elsewhere.
 ///
 /// Samples go to the disk on a thread of their own, in order (BlockWriter). Settle, at the end of whatever
 /// brought them, waits until they are in their files, but no longer than some 20 ms, and not again before the
@@ -44,8 +44,8 @@ public:
     // ── The session so far ───────────────────────────────────────────────────────────────────────────
     std::int32_t ScanCount = 0;    ///< scans taken; stays at the highest number there is
     std::int32_t OverrunCount = 0; ///< losses that the board or the full queue caused
-    std::int32_t LostScanCount =
-        0;                      ///< polled scans that could not be read; ticks that were dropped do not count
+    /// Polled scans that could not be read. Ticks that were dropped do not count.
+    std::int32_t LostScanCount = 0;
     bool SoftAIWritten = false; ///< polled analog data are in their file
     bool FAIWritten = false;    ///< fast analog data are in their file
     bool DIWritten = false;     ///< digital data are in their file
