@@ -58,6 +58,10 @@ void BinaryFiles::Seek(int number, std::int64_t offset) {
     At(number).Seek(offset);
 }
 
+void BinaryFiles::PutBytesAt(int number, std::int64_t offset, std::span<const std::byte> bytes) {
+    At(number).WriteAt(offset, bytes);
+}
+
 void BinaryFiles::PutBytes(int number, std::span<const std::byte> bytes) {
     At(number).Write(bytes);
 }

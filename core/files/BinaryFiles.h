@@ -37,6 +37,8 @@ public:
     /// Writes all bytes or none: a write that fails raises the error, and the file ends where it ended
     /// before.
     void PutBytes(int number, std::span<const std::byte> bytes);
+    /// The same at `offset`; the position stays.
+    void PutBytesAt(int number, std::int64_t offset, std::span<const std::byte> bytes);
     template <FileNumber T>
     void Put(int number, T value) {
         PutBytes(number, std::as_bytes(std::span(&value, 1)));

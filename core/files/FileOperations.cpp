@@ -4,10 +4,12 @@
 #include "core/files/Paths.h"
 #include "core/files/SystemFile.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdio>
 #include <exception>
+#include <fcntl.h>
 #include <memory>
 #include <span>
 #include <sys/stat.h>
@@ -16,7 +18,8 @@
 namespace tracelet {
 namespace {
 
-constexpr std::size_t CopyBlock = std::size_t{1024} * 1024;
+constexpr std::int64_t CopyBlock = std::int64_t{1024} * 1024;
+constexpr std::int64_t SystemPiece = 64 * CopyBlock;
 
 // What `action` answers for the native path, False when there is none.
 template <typename Action>
@@ -35,44 +38,54 @@ bool SameFile(const SystemFile& a, const std::string& b) {
            statusA.st_dev == statusB.st_dev && statusA.st_ino == statusB.st_ino;
 }
 
-// Moves as much as the system copies by itself; the rest, often all or nothing, is left to CopyBlocks.
-void CopyInSystem(const SystemFile& source, const SystemFile& target, std::int64_t& offset) {
+void Tell(const CopyProgress& progress, std::int64_t bytes) {
+    if (progress)
+        progress(bytes);
+}
+
+// Moves as much as the system copies by itself, up to `end`; the rest, often all or nothing, is left to
+// CopyBlocks.
+void CopyInSystem(const SystemFile& source, const SystemFile& target, std::int64_t& offset, std::int64_t end,
+                  const CopyProgress& progress) {
     off_t from = 0;
     off_t to = 0;
-    const std::int64_t size = source.Size();
-    while (from < size && copy_file_range(source.Handle(), &from, target.Handle(), &to,
-                                          static_cast<std::size_t>(size - from), 0) > 0) {
+    while (from < end) {
+        const auto piece = static_cast<std::size_t>(std::min(end - from, SystemPiece));
+        const ssize_t count = copy_file_range(source.Handle(), &from, target.Handle(), &to, piece, 0);
+        if (count <= 0)
+            break;
+        Tell(progress, count);
     }
     offset = from;
 }
 
-void CopyBlocks(const SystemFile& source, SystemFile& target, std::int64_t offset) {
+void CopyBlocks(const SystemFile& source, SystemFile& target, std::int64_t offset, std::int64_t end,
+                const CopyProgress& progress) {
     const auto block = std::make_unique<std::byte[]>(CopyBlock);
-    for (;;) {
-        const std::size_t count = source.ReadAt(offset, std::span(block.get(), CopyBlock));
+    while (offset < end) {
+        const auto piece = static_cast<std::size_t>(std::min<std::int64_t>(end - offset, CopyBlock));
+        const std::size_t count = source.ReadAt(offset, std::span(block.get(), piece));
         if (count == 0)
             return;
         target.WriteAt(offset, std::span(block.get(), count));
         offset += static_cast<std::int64_t>(count);
+        Tell(progress, static_cast<std::int64_t>(count));
     }
-}
-
-void CopyContent(const SystemFile& source, SystemFile& target) {
-    std::int64_t offset = 0;
-    CopyInSystem(source, target, offset);
-    CopyBlocks(source, target, offset);
 }
 
 } // namespace
 
-void CopyWholeFile(std::string_view from, std::string_view to) {
+void CopyWholeFile(std::string_view from, std::string_view to, std::int64_t most,
+                   const CopyProgress& progress) {
     const SystemFile source(from, Disposition::OpenExisting);
     const std::string target = NativePath(to);
     if (SameFile(source, target))
         throw Fault::PermissionDenied();
     SystemFile copy(to, Disposition::CreateAlways);
     try {
-        CopyContent(source, copy);
+        std::int64_t offset = 0;
+        CopyInSystem(source, copy, offset, std::min(most, source.Size()), progress);
+        CopyBlocks(source, copy, offset, most, progress);
         copy.CloseChecked();
     } catch (...) {
         unlink(target.c_str());
@@ -83,6 +96,15 @@ void CopyWholeFile(std::string_view from, std::string_view to) {
 void RenameFile(std::string_view from, std::string_view to) {
     if (rename(NativePath(from).c_str(), NativePath(to).c_str()) != 0)
         throw Fault::FromErrno(errno);
+}
+
+bool ExchangeFolders(std::string_view a, std::string_view b) {
+    const std::string nativeA = NativePath(a);
+    if (renameat2(AT_FDCWD, nativeA.c_str(), AT_FDCWD, NativePath(b).c_str(), RENAME_EXCHANGE) == 0)
+        return true;
+    if (errno == EINVAL || errno == ENOSYS || errno == ENOTSUP)
+        return false;
+    throw Fault::FromErrno(errno);
 }
 
 bool CreateFolder(std::string_view path) noexcept {

@@ -1,7 +1,7 @@
 #include "core/files/StagedFile.h"
 
 #include "core/base/RunTimeError.h"
-#include "core/files/FileOperations.h"
+#include "core/files/DiskSync.h"
 #include "core/files/Paths.h"
 #include "core/files/SystemFile.h"
 
@@ -29,15 +29,23 @@ StagedFile::~StagedFile() {
         DeleteFile(stage);
 }
 
-void StagedFile::CopyFrom(std::string_view from, std::span<const std::byte> tail) {
+void StagedFile::CopyFrom(std::string_view from, std::int64_t most, const CopyProgress& progress) {
     RequireReplaceable(NativePath(place));
-    CopyWholeFile(from, stage);
+    CopyWholeFile(from, stage, most, progress);
     isStaged = true;
-    if (tail.empty())
-        return;
-    SystemFile copy(stage, Disposition::OpenAlways);
-    copy.Append(tail);
-    copy.CloseChecked();
+}
+
+void StagedFile::Write(std::span<const std::byte> bytes) {
+    RequireReplaceable(NativePath(place));
+    SystemFile file(stage, Disposition::CreateAlways);
+    isStaged = true;
+    file.Write(bytes);
+    file.CloseChecked();
+}
+
+void StagedFile::Sync() const {
+    if (isStaged)
+        SyncFile(stage);
 }
 
 void StagedFile::Place() {

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "core/files/FileOperations.h"
+
 #include <cstddef>
+#include <cstdint>
+#include <limits>
 #include <span>
 #include <string>
 #include <string_view>
@@ -17,10 +21,16 @@ public:
     StagedFile(const StagedFile&) = delete;
     StagedFile& operator=(const StagedFile&) = delete;
 
-    /// Copies the regular file `from`, with `tail` behind its bytes; a second call replaces the first. Raises
-    /// what makes it fail, "Permission denied" too when what stands at the place is no file or may not be
-    /// written.
-    void CopyFrom(std::string_view from, std::span<const std::byte> tail = {});
+    /// Copies the regular file `from`, or only the first `most` bytes. Raises what makes it fail, "Permission
+    /// denied" too when what stands at the place is no file or may not be written.
+    void CopyFrom(std::string_view from, std::int64_t most = std::numeric_limits<std::int64_t>::max(),
+                  const CopyProgress& progress = {});
+
+    /// Holds these bytes. Raises like CopyFrom.
+    void Write(std::span<const std::byte> bytes);
+
+    /// Waits until what it holds is on the disk; does nothing without a copy. Raises what the system says.
+    void Sync() const;
 
     /// Takes the place; does nothing without a copy. Raises what the system says.
     void Place();

@@ -5,9 +5,10 @@
 #include "core/files/FileOperations.h"
 #include "core/files/StagedFile.h"
 #include "core/recordings/RecordingReader.h"
+#include "core/recordings/SaveRecording.h"
 
 #include <algorithm>
-#include <chrono>
+#include <cmath>
 #include <iterator>
 #include <utility>
 
@@ -16,11 +17,15 @@ namespace {
 
 constexpr std::chrono::milliseconds Patience{20};
 constexpr std::size_t MostWaiting = std::size_t{256} << 20; // bytes on their way to a disk that stalls
+constexpr std::size_t MostEvents = 10000;                   // of each kind that a session's file tells
+constexpr double Tolerance = 0.001;                         // seconds that a clock of milliseconds is off
 
 } // namespace
 
-Recorder::Recorder()
-    : writer([this](int file, std::span<const std::byte> bytes) { WriteBlock(file, bytes); }, MostWaiting) {}
+Recorder::Recorder(std::chrono::milliseconds every)
+    : keepEvery(every), sync(every),
+      writer([this](int file, std::span<const std::byte> bytes) { WriteBlock(file, bytes); }, MostWaiting,
+             StopRecordInPlace) {}
 
 // ---- The session so far
 
@@ -28,14 +33,23 @@ void Recorder::ResetCounts() {
     ScanCount = OverrunCount = LostScanCount = 0;
     SoftAIWritten = FAIWritten = DIWritten = false;
     readFault.clear();
+    events = {};
 }
 
-void Recorder::CountScans(std::int32_t scans) {
+void Recorder::CountTick(std::uint32_t elapsedMs) {
+    NoteTime(elapsedMs);
+    ScanCount = SumOrHighest(ScanCount, 1);
+    KeepCurrent(PolledScanInterval(elapsedMs, ScanCount));
+}
+
+void Recorder::CountHalf(std::int32_t scans) {
     ScanCount = SumOrHighest(ScanCount, scans);
+    KeepCurrent(session.pacedScans > 0.0 ? 1.0 / session.pacedScans : 0.0);
 }
 
 bool Recorder::LoseScan(const std::string& reason) {
     LostScanCount = SumOrHighest(LostScanCount, 1);
+    NoteLoss(1, reason);
     return std::exchange(readFault, reason) != reason;
 }
 
@@ -43,10 +57,60 @@ bool Recorder::EndReadFault() {
     return !std::exchange(readFault, {}).empty();
 }
 
+void Recorder::CountOverrun() {
+    OverrunCount = SumOrHighest(OverrunCount, 1);
+    NoteLoss(SampleLoss::Unknown, "The board or its queue lost samples");
+}
+
+// Losses between the same two scans for the same reason are one.
+void Recorder::NoteLoss(std::int64_t scans, const std::string& reason) {
+    if (!events.losses.empty()) {
+        SampleLoss& newest = events.losses.back();
+        if (newest.nextScan == ScanCount && newest.reason == reason) {
+            if (newest.scans != SampleLoss::Unknown)
+                newest.scans += scans;
+            return;
+        }
+    }
+    if (events.losses.size() < MostEvents)
+        events.losses.push_back({ScanCount, scans, reason});
+}
+
+void Recorder::NoteTime(std::uint32_t elapsedMs) {
+    const double time = elapsedMs / 1000.0;
+    const double period = session.asked > 0.0 ? 1.0 / session.asked : 0.0;
+    if (!events.times.empty()) {
+        const TimeMark& mark = events.times.back();
+        const double expected = mark.seconds + (ScanCount - mark.scan) * period;
+        if (std::abs(time - expected) <= std::max(period / 2, Tolerance))
+            return;
+    }
+    if (events.times.size() < MostEvents)
+        events.times.push_back({ScanCount, time});
+}
+
+// Data go before the record that counts them.
+void Recorder::KeepCurrent(double scanInterval) {
+    const Clock::time_point now = Clock::now();
+    if (now - keptAt < keepEvery)
+        return;
+    keptAt = now;
+    if (hasHeader)
+        Put(StopRecordInPlace, StopRecord(ScanCount, scanInterval));
+    PutSession(scanInterval);
+}
+
+void Recorder::PutSession(double scanInterval) {
+    sessionText = SessionText(session, events, ScanCount, scanInterval);
+    if (!sessionFile.empty())
+        Put(SessionFile, std::as_bytes(std::span(sessionText)));
+}
+
 // ---- Files
 
-void Recorder::Open(const WorkFolder& folder) {
+void Recorder::Open(const WorkFolder& folder, const std::string& sessionFileName) {
     work = folder;
+    sessionFile = sessionFileName;
     OpenQuietly(ProjectFileNum, work.szProjectFileName);
     OpenQuietly(AIFileNum, work.szAIFileName);
     OpenQuietly(DIFileNum, work.szDIFileName);
@@ -65,8 +129,11 @@ void Recorder::OpenQuietly(int number, const std::string& path) {
 
 void Recorder::Close() {
     writer.Flush();
+    sync.Watch({});
     Files.CloseAll();
     FAIFileHandle.Close();
+    if (!sessionFile.empty())
+        DeleteFile(sessionFile);
 }
 
 // ---- The last recording
@@ -78,7 +145,9 @@ void Recorder::SetAside() {
               .FAIWritten = FAIWritten,
               .DIWritten = DIWritten,
               .isProjectOpen = Files.IsOpen(ProjectFileNum),
-              .unwrittenStopRecord = unwrittenStopRecord};
+              .headerBytes = headerBytes,
+              .stopRecord = stopRecord,
+              .sessionText = sessionText};
     for (const auto& [isWritten, file] :
          {std::pair(SoftAIWritten, &work.szAIFileName), std::pair(FAIWritten, &work.szFAIFileName),
           std::pair(DIWritten, &work.szDIFileName)})
@@ -111,18 +180,25 @@ bool Recorder::PutBack() {
     SoftAIWritten = last->SoftAIWritten;
     FAIWritten = last->FAIWritten;
     DIWritten = last->DIWritten;
-    unwrittenStopRecord = std::move(last->unwrittenStopRecord);
+    headerBytes = last->headerBytes;
+    stopRecord = std::move(last->stopRecord);
+    sessionText = std::move(last->sessionText);
+    if (!sessionFile.empty())
+        Put(SessionFile, std::as_bytes(std::span(sessionText)));
     last.reset();
     return true;
 }
 
 // ---- A recording
 
-void Recorder::Begin() {
+void Recorder::Begin(SessionFacts facts) {
     writer.Restart();
     faults = {};
-    hasNewFault = false;
-    unwrittenStopRecord.clear();
+    areFaultsNews = hasHeader = isDiskBehind = false;
+    headerBytes = 0;
+    stopRecord.clear();
+    session = std::move(facts);
+    keptAt = Clock::now();
     for (const auto& [number, path] :
          {std::pair(ProjectFileNum, &work.szProjectFileName), std::pair(AIFileNum, &work.szAIFileName),
           std::pair(DIFileNum, &work.szDIFileName)}) {
@@ -149,9 +225,21 @@ bool Recorder::RecreateFastFile() {
 }
 
 void Recorder::PutHeader(const ProjectInfo& info) {
+    const std::vector<std::byte> header = ProjectHeader(info);
     isRecorded = {info.bHisAI, info.bHisDI};
-    Put(ProjectFileNum, ProjectHeader(info));
+    headerBytes = header.size();
+    hasHeader = true;
+    Put(ProjectFileNum, header);
     Settle();
+    PutSession(0.0);
+    WatchFiles();
+}
+
+void Recorder::WatchFiles() {
+    std::vector<int> descriptors{FAIFileHandle.Handle()};
+    for (const int number : {AIFileNum, DIFileNum, ProjectFileNum})
+        descriptors.push_back(Files.File(number).Handle());
+    sync.Watch(descriptors);
 }
 
 void Recorder::PutPortHeader(std::int32_t portStart, std::int32_t portCount) {
@@ -163,55 +251,77 @@ void Recorder::PutPortHeader(std::int32_t portStart, std::int32_t portCount) {
 }
 
 void Recorder::PutScan(std::span<const float> values) {
-    Put(AIFileNum, std::as_bytes(values));
+    Put(AIFileNum, std::as_bytes(values), 1);
 }
 
 void Recorder::PutPorts(std::span<const std::uint8_t> states) {
-    Put(DIFileNum, std::as_bytes(states));
+    Put(DIFileNum, std::as_bytes(states), 1);
 }
 
-void Recorder::PutHalf(std::span<const float> values) {
-    Put(FastFile, std::as_bytes(values));
+void Recorder::PutHalf(std::span<const float> values, std::int32_t scans) {
+    Put(FastFile, std::as_bytes(values), scans);
 }
 
-void Recorder::PutHalf(std::span<const std::int32_t> rawCodes) {
-    Put(FastFile, std::as_bytes(rawCodes));
+void Recorder::PutHalf(std::span<const std::int32_t> rawCodes, std::int32_t scans) {
+    Put(FastFile, std::as_bytes(rawCodes), scans);
 }
 
-void Recorder::Put(int file, std::span<const std::byte> bytes) {
-    const bool isAtFault = file != ProjectFileNum && !Fault(file == DIFileNum ? Digital : Analog).empty();
-    if (!isAtFault && !writer.Put(file, bytes))
-        FailFile(file, "The disk does not keep up");
+// `scans` are those that are lost where there is no room left to wait in.
+void Recorder::Put(int file, std::span<const std::byte> bytes, std::int32_t scans) {
+    const bool isDescribed = scans == 0 || hasHeader;
+    if (scans > 0)
+        scanBytes[static_cast<std::size_t>(file)] = bytes.size() / static_cast<std::size_t>(scans);
+    if (isDescribed && writer.Put(file, bytes))
+        return;
+    LostScanCount = SumOrHighest(LostScanCount, scans);
+    if (scans > 0)
+        NoteLoss(scans, isDescribed ? "The disk did not keep up" : "The project could not be written");
 }
 
 void Recorder::WriteBlock(int file, std::span<const std::byte> bytes) {
-    if (file == FastFile)
+    switch (file) {
+    case FastFile:
         FAIFileHandle.Append(bytes);
-    else
+        return;
+    case StopRecordInPlace:
+        Files.PutBytesAt(ProjectFileNum, static_cast<std::int64_t>(headerBytes), bytes);
+        return;
+    case SessionFile: {
+        StagedFile staged(sessionFile);
+        staged.Write(bytes);
+        staged.Place();
+        return;
+    }
+    default:
         Files.PutBytes(file, bytes);
+    }
 }
 
 bool Recorder::Settle() {
     isDiskBehind = !writer.WaitFor(isDiskBehind ? std::chrono::milliseconds(0) : Patience);
-    TakeFailures();
-    return std::exchange(hasNewFault, false);
+    TakeNews();
+    return std::exchange(areFaultsNews, false);
 }
 
-void Recorder::TakeFailures() {
-    while (const auto failure = writer.TakeFailure())
-        FailFile(failure->file, failure->reason);
+void Recorder::TakeNews() {
+    while (const auto news = writer.TakeNews())
+        SetFault(news->file, news->reason);
     SoftAIWritten = SoftAIWritten || writer.Written(AIFileNum) > 0;
     FAIWritten = FAIWritten || writer.Written(FastFile) > 0;
     DIWritten = DIWritten || writer.Written(DIFileNum) > DigitalHeaderSize;
 }
 
-void Recorder::FailFile(int file, const std::string& reason) {
+void Recorder::SetFault(int file, const std::string& reason) {
+    if (file == StopRecordInPlace || file == SessionFile) // these come again
+        return;
+    if (file == ProjectFileNum)
+        hasHeader = reason.empty();
     for (const Input input : {Analog, Digital}) {
-        const bool holds = file == ProjectFileNum || (file == DIFileNum) == (input == Digital);
-        if (!holds || !isRecorded[input] || !faults[input].empty())
+        const bool isOfInput = file == ProjectFileNum || (file == DIFileNum) == (input == Digital);
+        if (!isOfInput || !isRecorded[input])
             continue;
         faults[input] = reason;
-        hasNewFault = true;
+        areFaultsNews = true;
     }
 }
 
@@ -222,42 +332,47 @@ void Recorder::CloseFastFile() {
 
 void Recorder::Flush() {
     writer.Flush();
-    TakeFailures();
+    TakeNews();
 }
 
 void Recorder::Complete(double scanInterval) {
     Flush();
-    const std::vector<std::byte> record = StopRecord(ScanCount, scanInterval);
-    try {
-        Files.PutBytes(ProjectFileNum, record);
-    } catch (const RunTimeError&) {
-        unwrittenStopRecord = record;
+    for (const int file : {AIFileNum, DIFileNum, FastFile}) {
+        const auto lost = static_cast<std::int32_t>(
+            writer.GivenUp(file) / std::max<std::size_t>(1, scanBytes[static_cast<std::size_t>(file)]));
+        LostScanCount = SumOrHighest(LostScanCount, lost);
+        if (lost > 0)
+            NoteLoss(lost, "The disk did not take them");
     }
+    PutSession(scanInterval);
+    Flush();
+    stopRecord = StopRecord(ScanCount, scanInterval);
+    try {
+        Files.PutBytes(ProjectFileNum, stopRecord);
+    } catch (const RunTimeError&) { // NOLINT(bugprone-empty-catch): a saved copy gets it all the same
+    }
+    sync.Finish();
 }
 
-std::string Recorder::SaveTo(const std::string& folder) {
-    StagedFile project(folder + "\\Project.tlp");
-    StagedFile analog(folder + "\\AI.tld");
-    StagedFile digital(folder + "\\DI.tld");
-    CreateFolder(folder); // it may be there already
+// The header of the project in the work folder.
+std::vector<std::byte> Recorder::Header() const {
+    const SystemFile project(work.szProjectFileName, Disposition::OpenExisting);
+    std::vector<std::byte> header(headerBytes);
+    header.resize(project.ReadAt(0, header));
+    return header;
+}
+
+std::string Recorder::SaveTo(const std::string& folder, const CopyProgress& progress) {
     Files.Close(ProjectFileNum);
-    std::vector<std::byte> tail = unwrittenStopRecord;
-    std::ranges::copy(SavedPaths(folder + "\\AI.tld", folder + "\\DI.tld"), std::back_inserter(tail));
-    project.CopyFrom(work.szProjectFileName, tail);
-    try {
-        if (SoftAIWritten)
-            analog.CopyFrom(work.szAIFileName);
-        if (FAIWritten)
-            analog.CopyFrom(work.szFAIFileName);
-        if (DIWritten)
-            digital.CopyFrom(work.szDIFileName);
-        analog.Place();
-        digital.Place();
-    } catch (const RunTimeError& error) {
-        return error.what();
-    }
-    project.Place();
-    return {};
+    RecordingParts parts{.project = Header(), .session = sessionText};
+    std::ranges::copy(stopRecord, std::back_inserter(parts.project));
+    if (SoftAIWritten)
+        parts.analog = work.szAIFileName;
+    if (FAIWritten)
+        parts.analog = work.szFAIFileName;
+    if (DIWritten)
+        parts.digital = work.szDIFileName;
+    return SaveRecording(parts, folder, progress);
 }
 
 // ---- Scan intervals

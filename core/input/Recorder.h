@@ -2,11 +2,15 @@
 
 #include "core/files/BinaryFiles.h"
 #include "core/files/BlockWriter.h"
+#include "core/files/DiskSync.h"
+#include "core/files/FileOperations.h"
 #include "core/files/SystemFile.h"
 #include "core/recordings/ProjectInfo.h"
+#include "core/recordings/SessionFile.h"
 #include "core/recordings/WorkFolder.h"
 
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -22,11 +26,14 @@ namespace tracelet {
 /// Samples go to the disk on a thread of their own, in order (BlockWriter). Settle, at the end of whatever
 /// brought them, waits until they are in their files, but no longer than some 20 ms, and not again before the
 /// disk has caught up: on a healthy disk all of them are there when it returns, and a disk that stalls does
-/// not stall whoever measures. Complete waits for all. After a write that failed an input records nothing
-/// more until the next Begin.
+/// not stall whoever measures. Complete waits for all. What cannot be written waits for the error to pass;
+/// when there is no more room to wait in, blocks are lost, which counts as a loss of samples.
+///
+/// So that a recording survives its program and its machine, the stop record behind the project's header and
+/// the session's file are kept current, once a second, and a thread brings all files to the disk as often.
 ///
 /// Order of calls: Open; then for each session Begin, RecreateFastFile, PutHeader, ResetCounts, any number of
-/// Puts and Settles, Complete. One thread makes them.
+/// Puts, Counts and Settles, Complete. One thread makes them.
 class Recorder {
 public:
     enum Input { Analog, Digital };
@@ -36,7 +43,8 @@ public:
     static constexpr int DIFileNum = 2;
     static constexpr int ProjectFileNum = 5;
 
-    Recorder();
+    /// Keeps files current, and brings them to the disk, so often.
+    explicit Recorder(std::chrono::milliseconds every = std::chrono::seconds(1));
     ~Recorder() { Close(); }
     Recorder(const Recorder&) = delete;
     Recorder& operator=(const Recorder&) = delete;
@@ -44,7 +52,7 @@ public:
     // ── The session so far ───────────────────────────────────────────────────────────────────────────
     std::int32_t ScanCount = 0;    ///< scans taken; stays at the highest number there is
     std::int32_t OverrunCount = 0; ///< losses that the board or the full queue caused
-    /// Polled scans that could not be read. Ticks that were dropped do not count.
+    /// Scans that could not be read, or not be written. Ticks that were dropped do not count.
     std::int32_t LostScanCount = 0;
     bool SoftAIWritten = false; ///< polled analog data are in their file
     bool FAIWritten = false;    ///< fast analog data are in their file
@@ -52,9 +60,15 @@ public:
 
     /// Nothing was taken, lost or written yet.
     void ResetCounts();
-    void CountScans(std::int32_t scans);
+    /// Counts a polled scan, taken so long after the start.
+    void CountTick(std::uint32_t elapsedMs);
+    /// Counts paced scans.
+    void CountHalf(std::int32_t scans);
     /// Counts a scan that could not be read for this reason. True when the reason is not that of the last.
     bool LoseScan(const std::string& reason);
+    /// The board lost samples, or the queue behind it.
+    void CountOverrun();
+    [[nodiscard]] const SessionEvents& Events() const { return events; } ///< since ResetCounts
     /// A scan was read. True when the one before was lost.
     bool EndReadFault();
     /// Why the last scan was lost, "" when it was read.
@@ -66,9 +80,10 @@ public:
     SystemFile FAIFileHandle; ///< work file of fast input, open from a start on
 
     /// Opens the project, analog and digital file of `folder` and makes the fast one. Failures are quiet: a
-    /// file that stays closed shows when something is written to it.
-    void Open(const WorkFolder& folder);
-    /// Waits for what is being written and closes every file.
+    /// file that stays closed shows when something is written to it. `sessionFileName` (composed text) is
+    /// where the session's file goes, "" for nowhere.
+    void Open(const WorkFolder& folder, const std::string& sessionFileName = {});
+    /// Waits for what is being written, closes every file and deletes the session's.
     void Close();
 
     // ── The last recording ───────────────────────────────────────────────────────────────────────────
@@ -80,24 +95,26 @@ public:
     bool PutBack();
 
     // ── A recording ──────────────────────────────────────────────────────────────────────────────────
-    /// Empties the project, analog and digital file, and forgets faults.
-    void Begin();
+    /// Empties the project, analog and digital file, and forgets faults. The session's file tells these
+    /// facts.
+    void Begin(SessionFacts facts);
     /// Makes the fast file anew; False when it cannot be made.
     [[nodiscard]] bool RecreateFastFile();
-    /// Writes the project's header. Where that fails, the inputs that it names are at fault.
+    /// Writes the project's header. Where that fails, the inputs that it names record nothing.
     void PutHeader(const ProjectInfo& info);
     /// Writes the header of the digital file.
     void PutPortHeader(std::int32_t portStart, std::int32_t portCount);
 
-    void PutScan(std::span<const float> values);          ///< a polled scan
-    void PutPorts(std::span<const std::uint8_t> states);  ///< a polled scan of ports
-    void PutHalf(std::span<const float> values);          ///< fast input, analog values
-    void PutHalf(std::span<const std::int32_t> rawCodes); ///< fast input, raw codes
-    /// Waits a while for what was put; True when an input came to be at fault since the last call.
+    void PutScan(std::span<const float> values);         ///< a polled scan
+    void PutPorts(std::span<const std::uint8_t> states); ///< a polled scan of ports
+    // Halves of fast input, analog values or raw codes:
+    void PutHalf(std::span<const float> values, std::int32_t scans);
+    void PutHalf(std::span<const std::int32_t> rawCodes, std::int32_t scans);
+    /// Waits a while for what was put; True when there is news of the inputs' faults since the last call.
     bool Settle();
     /// Waits for what was put and closes the fast file.
     void CloseFastFile();
-    /// Why an input records nothing more, "" while it does.
+    /// Why what an input gave is not in its file, "" where it is.
     [[nodiscard]] const std::string& Fault(Input input) const { return faults[input]; }
 
     /// Waits for all that was put, then writes ScanCount and the interval (seconds) behind the header.
@@ -105,10 +122,8 @@ public:
 
     [[nodiscard]] bool IsWritten() const { return SoftAIWritten || FAIWritten || DIWritten; }
 
-    /// Copies the recording into `folder` (composed text), which is made where it is not there. All or
-    /// nothing: an earlier recording there stays until each file of this one is there. Raises when the
-    /// project cannot be copied; gives the reason when its data cannot, "" when all went.
-    [[nodiscard]] std::string SaveTo(const std::string& folder);
+    /// SaveRecording of what was recorded.
+    [[nodiscard]] std::string SaveTo(const std::string& folder, const CopyProgress& progress = {});
 
 private:
     /// The last recording, set aside in the work folder.
@@ -119,25 +134,48 @@ private:
         bool FAIWritten = false;
         bool DIWritten = false;
         bool isProjectOpen = false; // under its number; saving closes it
-        std::vector<std::byte> unwrittenStopRecord;
+        std::size_t headerBytes = 0;
+        std::vector<std::byte> stopRecord;
+        std::string sessionText;
     };
 
-    static constexpr int FastFile = 0; // beside the numbers of the others
+    // Beside the numbers of the others; what comes last is written over what is there.
+    static constexpr int FastFile = 0;
+    static constexpr int StopRecordInPlace = 6;
+    static constexpr int SessionFile = 7;
 
-    void Flush();
+    using Clock = std::chrono::steady_clock;
+
     void WriteBlock(int file, std::span<const std::byte> bytes);
-    void Put(int file, std::span<const std::byte> bytes);
-    void TakeFailures();
-    void FailFile(int file, const std::string& reason);
+    void Put(int file, std::span<const std::byte> bytes, std::int32_t scans = 0);
+    void Flush();
+    void TakeNews();
+    void SetFault(int file, const std::string& reason);
+    void NoteLoss(std::int64_t scans, const std::string& reason);
+    void NoteTime(std::uint32_t elapsedMs);
+    void KeepCurrent(double scanInterval);
+    void PutSession(double scanInterval);
+    void WatchFiles();
     void OpenQuietly(int number, const std::string& path);
+    [[nodiscard]] std::vector<std::byte> Header() const;
 
+    const std::chrono::milliseconds keepEvery;
+    Clock::time_point keptAt;
     std::string readFault;
     std::array<std::string, 2> faults; // by input
-    bool hasNewFault = false;
-    std::array<bool, 2> isRecorded{};           // by input
-    bool isDiskBehind = false;                  // Settle gave up waiting for it
-    std::vector<std::byte> unwrittenStopRecord; // what a full disk did not take; a saved copy gets it
+    bool areFaultsNews = false;
+    std::array<bool, 2> isRecorded{}; // by input
+    std::array<std::size_t, BlockWriter::MostFiles> scanBytes{};
+    std::size_t headerBytes = 0;       // of the project, in front of the stop record
+    bool hasHeader = false;            // else nothing would describe what is recorded
+    bool isDiskBehind = false;         // Settle gave up waiting for it
+    std::vector<std::byte> stopRecord; // of the end, also where the disk did not take it
+    std::string sessionFile;           // "" for none
+    SessionFacts session;
+    SessionEvents events;
+    std::string sessionText; // as it was put last
     std::optional<Last> last;
+    DiskSync sync;
     BlockWriter writer; // last: its thread uses the files
 };
 

@@ -5,6 +5,8 @@
 #include <future>
 #include <gtest/gtest.h>
 #include <map>
+#include <mutex>
+#include <thread>
 
 using namespace std::chrono_literals;
 
@@ -86,52 +88,114 @@ TEST(BlockWriter, RefusesWhatHasNoRoom) {
     EXPECT_EQ(disk.files[1], "taken123456789");
 }
 
-TEST(BlockWriter, KeepsAFailureAndDropsTheRestOfThatFile) {
-    std::string second;
-    int refusals = 0;
-    BlockWriter writer(
-        [&](int file, std::span<const std::byte> bytes) {
-            if (file == 1) {
+/// A disk that refuses one file for a while.
+struct RefusingDisk {
+    BlockWriter::Write Writer() {
+        return [this](int file, std::span<const std::byte> bytes) {
+            const std::lock_guard lock(mutex);
+            if (file == refused) {
                 ++refusals;
                 throw RunTimeError("Disk full");
             }
-            second += Text(bytes);
-        },
-        Plenty);
-    for (int i = 0; i < 3; ++i) {
-        ASSERT_TRUE(writer.Put(1, Bytes("lost")));
-        ASSERT_TRUE(writer.Put(2, Bytes("kept")));
+            files[file] += Text(bytes);
+            ++writes[file];
+        };
     }
-    writer.Flush();
-    EXPECT_EQ(refusals, 1);
-    EXPECT_EQ(second, "keptkeptkept");
-    const auto failure = writer.TakeFailure();
-    ASSERT_TRUE(failure);
-    EXPECT_EQ(failure->file, 1);
-    EXPECT_EQ(failure->reason, "Disk full");
-    EXPECT_FALSE(writer.TakeFailure());
-    EXPECT_EQ(writer.Written(1), 0U);
+    void Refuse(int file) {
+        const std::lock_guard lock(mutex);
+        refused = file;
+    }
+
+    std::mutex mutex;
+    int refused = -1;
+    int refusals = 0;
+    std::map<int, std::string> files;
+    std::map<int, int> writes;
+};
+
+/// Waits for news of a writer.
+BlockWriter::News NewsOf(BlockWriter& writer) {
+    for (;;) {
+        if (auto news = writer.TakeNews())
+            return *news;
+        std::this_thread::sleep_for(1ms);
+    }
 }
 
-TEST(BlockWriter, StartsAfreshAfterAFailure) {
-    bool full = true;
-    std::string written;
-    BlockWriter writer(
-        [&](int, std::span<const std::byte> bytes) {
-            if (full)
-                throw RunTimeError("Disk full");
-            written += Text(bytes);
-        },
-        Plenty);
-    ASSERT_TRUE(writer.Put(0, Bytes("lost")));
+TEST(BlockWriter, LosesNothingByAnErrorThatPasses) {
+    RefusingDisk disk;
+    disk.Refuse(1);
+    BlockWriter writer(disk.Writer(), Plenty);
+    for (const char* text : {"a", "b", "c"}) {
+        ASSERT_TRUE(writer.Put(1, Bytes(text)));
+        ASSERT_TRUE(writer.Put(2, Bytes(text)));
+    }
+    EXPECT_TRUE(writer.WaitFor(1h)) << "what waits for an error to pass is not waited for";
+    BlockWriter::News news = NewsOf(writer);
+    EXPECT_EQ(news.file, 1);
+    EXPECT_EQ(news.reason, "Disk full");
+    EXPECT_FALSE(writer.TakeNews()) << "told once";
+    disk.Refuse(-1);
+    news = NewsOf(writer);
+    EXPECT_EQ(news.file, 1);
+    EXPECT_EQ(news.reason, "");
+    ASSERT_TRUE(writer.Put(1, Bytes("d")));
     writer.Flush();
-    full = false;
+    EXPECT_EQ(disk.files[1], "abcd");
+    EXPECT_EQ(disk.files[2], "abc");
+    EXPECT_EQ(writer.Written(1), 4U);
+    EXPECT_EQ(writer.GivenUp(1), 0U);
+}
+
+TEST(BlockWriter, TriesOnceMoreBeforeItGivesUp) {
+    RefusingDisk disk;
+    disk.Refuse(1);
+    BlockWriter writer(disk.Writer(), Plenty);
+    ASSERT_TRUE(writer.Put(1, Bytes("lost")));
+    EXPECT_EQ(NewsOf(writer).reason, "Disk full");
+    writer.Flush();
+    EXPECT_GE(disk.refusals, 2);
+    EXPECT_EQ(writer.GivenUp(1), 4U);
+    EXPECT_EQ(writer.Written(1), 0U);
+    disk.Refuse(-1);
+    ASSERT_TRUE(writer.Put(1, Bytes("kept")));
+    writer.Flush();
+    EXPECT_EQ(disk.files[1], "kept");
     writer.Restart();
-    EXPECT_FALSE(writer.TakeFailure());
-    ASSERT_TRUE(writer.Put(0, Bytes("kept")));
+    EXPECT_EQ(writer.GivenUp(1) + writer.Written(1), 0U);
+}
+
+TEST(BlockWriter, WhatWaitsForAnErrorToPassTakesRoom) {
+    RefusingDisk disk;
+    disk.Refuse(1);
+    BlockWriter writer(disk.Writer(), 8);
+    ASSERT_TRUE(writer.Put(1, Bytes("12345")));
+    EXPECT_EQ(NewsOf(writer).reason, "Disk full");
+    EXPECT_FALSE(writer.Put(2, Bytes("1234")));
+    EXPECT_TRUE(writer.Put(2, Bytes("123")));
+    disk.Refuse(-1);
     writer.Flush();
-    EXPECT_EQ(written, "kept");
-    EXPECT_EQ(writer.Written(0), 4U);
+    EXPECT_TRUE(writer.Put(2, Bytes("12345678")));
+    writer.Flush();
+    EXPECT_EQ(disk.files[1], "12345");
+    EXPECT_EQ(disk.files[2], "12312345678");
+}
+
+TEST(BlockWriter, BlocksOfAReplacingFileAreNotJoinedAndOnlyTheNewestWaits) {
+    RefusingDisk disk;
+    BlockWriter writer(disk.Writer(), Plenty, 6);
+    for (const char* text : {"a", "b"})
+        ASSERT_TRUE(writer.Put(6, Bytes(text)));
+    writer.Flush();
+    EXPECT_EQ(disk.writes[6], 2);
+    disk.Refuse(6);
+    for (const char* text : {"c", "d"}) {
+        ASSERT_TRUE(writer.Put(6, Bytes(text)));
+        EXPECT_EQ(NewsOf(writer).reason, "Disk full");
+    }
+    disk.Refuse(-1);
+    EXPECT_EQ(NewsOf(writer).reason, "");
+    EXPECT_EQ(disk.files[6], "abd");
 }
 
 TEST(BlockWriter, WritesWhatWaitsBeforeItEnds) {

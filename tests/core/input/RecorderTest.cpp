@@ -7,6 +7,9 @@
 #include "tests/support/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
+#include <thread>
+
+using namespace std::chrono_literals;
 
 namespace tracelet {
 namespace {
@@ -46,7 +49,7 @@ protected:
     }
 
     void Begin(bool analog, bool digital) {
-        recorder.Begin();
+        recorder.Begin({});
         ASSERT_TRUE(recorder.RecreateFastFile());
         recorder.PutHeader(Header(analog, digital));
         recorder.PutPortHeader(0, 1);
@@ -90,8 +93,8 @@ TEST_F(RecorderTest, FastHalvesGoToTheFastFile) {
     Begin(true, false);
     const std::int32_t codes[] = {65536, -1};
     const float values[] = {1.0F};
-    recorder.PutHalf(codes);
-    recorder.PutHalf(values);
+    recorder.PutHalf(codes, 2);
+    recorder.PutHalf(values, 1);
     recorder.Settle();
     EXPECT_EQ(BytesOf(recorder.work.szFAIFileName),
               Text(std::as_bytes(std::span(codes))) + Text(std::as_bytes(std::span(values))));
@@ -99,9 +102,9 @@ TEST_F(RecorderTest, FastHalvesGoToTheFastFile) {
     EXPECT_FALSE(recorder.SoftAIWritten);
 }
 
-TEST_F(RecorderTest, AfterAFailedWriteThatInputAloneEnds) {
+TEST_F(RecorderTest, WhatTheDiskRefusesWaitsUntilItIsTaken) {
     Begin(true, true);
-    const std::vector<float> scan(1000);
+    const std::vector<float> scan(1000, 1.5F);
     const std::uint8_t state = 7;
     {
         const FileSizeLimit limit(2000);
@@ -109,31 +112,121 @@ TEST_F(RecorderTest, AfterAFailedWriteThatInputAloneEnds) {
         recorder.PutPorts({&state, 1});
         EXPECT_TRUE(recorder.Settle());
         EXPECT_FALSE(recorder.Settle()) << "the fault is no news any more";
+        EXPECT_FALSE(recorder.Fault(Recorder::Analog).empty());
+        EXPECT_EQ(recorder.Fault(Recorder::Digital), "");
+        recorder.PutScan(scan);
+        recorder.PutPorts({&state, 1});
+        recorder.Settle();
+        EXPECT_EQ(BytesOf(recorder.work.szAIFileName), "");
+        EXPECT_EQ(BytesOf(recorder.work.szDIFileName).size(), 10U);
+        EXPECT_FALSE(recorder.SoftAIWritten);
     }
-    EXPECT_FALSE(recorder.Fault(Recorder::Analog).empty());
-    EXPECT_EQ(recorder.Fault(Recorder::Digital), "");
-    recorder.PutScan(scan);
-    recorder.PutPorts({&state, 1});
-    recorder.Settle();
-    EXPECT_EQ(BytesOf(recorder.work.szAIFileName), "");
-    EXPECT_EQ(BytesOf(recorder.work.szDIFileName).size(), 10U);
-    EXPECT_FALSE(recorder.SoftAIWritten);
-
-    Begin(true, true);
+    while (!recorder.Settle()) // the error has passed
+        std::this_thread::sleep_for(10ms);
     EXPECT_EQ(recorder.Fault(Recorder::Analog), "");
-    recorder.PutScan(scan);
-    recorder.Settle();
+    EXPECT_EQ(BytesOf(recorder.work.szAIFileName).size(), 8000U);
     EXPECT_TRUE(recorder.SoftAIWritten);
+    recorder.Complete(0.1);
+    EXPECT_EQ(recorder.LostScanCount, 0);
+}
+
+TEST_F(RecorderTest, WhatTheDiskDoesNotTakeToTheEndIsLostAndTold) {
+    Begin(true, false);
+    const std::vector<float> scan(1000);
+    const FileSizeLimit limit(2000);
+    recorder.PutScan(scan);
+    recorder.PutScan(scan);
+    recorder.Complete(0.1);
+    EXPECT_EQ(recorder.LostScanCount, 2);
+    EXPECT_NE(recorder.Fault(Recorder::Analog), "");
+    EXPECT_FALSE(recorder.IsWritten());
 }
 
 TEST_F(RecorderTest, AHeaderThatCannotBeWrittenFailsTheInputsItNames) {
     for (const auto& [analog, digital] : {std::pair(true, false), {false, true}}) {
-        recorder.Begin();
+        recorder.Begin({});
+        recorder.ResetCounts();
         const FileSizeLimit limit(1);
         recorder.PutHeader(Header(analog, digital));
         EXPECT_EQ(!recorder.Fault(Recorder::Analog).empty(), analog);
         EXPECT_EQ(!recorder.Fault(Recorder::Digital).empty(), digital);
+        const float value = 1.0F;
+        recorder.PutScan({&value, 1});
+        recorder.Complete(0.1);
+        EXPECT_EQ(BytesOf(recorder.work.szAIFileName), "") << "nothing would describe it";
+        EXPECT_EQ(recorder.LostScanCount, 1);
     }
+}
+
+TEST_F(RecorderTest, TheProjectIsWholeWhileTheSessionRuns) {
+    Recorder often(0ms);
+    often.Open(MakeWorkFolder(folder.Path()));
+    often.Begin({.isPolled = true});
+    often.PutHeader(Header(true, false));
+    often.ResetCounts();
+    const float value = 1.0F;
+    for (std::int32_t scan = 1; scan <= 3; ++scan) {
+        often.PutScan({&value, 1});
+        often.CountTick(static_cast<std::uint32_t>(scan) * 250);
+        often.Settle();
+        const ProjectInfo info = ReadProjectFile(often.work.szProjectFileName);
+        EXPECT_EQ(info.ScanCount, scan);
+        EXPECT_EQ(info.ScanInterval, 0.25);
+    }
+    often.Complete(0.5);
+    EXPECT_EQ(BytesOf(often.work.szProjectFileName),
+              Text(ProjectHeader(Header(true, false))) + Text(StopRecord(3, 0.5)));
+    often.Close();
+    RemoveWorkFolder(often.work);
+}
+
+TEST_F(RecorderTest, ThePacedIntervalIsKnownFromTheFirstHalfOn) {
+    Recorder often(0ms);
+    often.Open(MakeWorkFolder(folder.Path()));
+    often.Begin({.pacedScans = 4.0});
+    ASSERT_TRUE(often.RecreateFastFile());
+    often.PutHeader(Header(true, false));
+    often.ResetCounts();
+    const std::vector<float> half(8);
+    often.PutHalf(half, 8);
+    often.CountHalf(8);
+    often.Settle();
+    const ProjectInfo info = ReadProjectFile(often.work.szProjectFileName);
+    EXPECT_EQ(info.ScanCount, 8);
+    EXPECT_EQ(info.ScanInterval, 0.25);
+    often.Close();
+    RemoveWorkFolder(often.work);
+}
+
+TEST_F(RecorderTest, TheSessionTellsLossesAndTimesOffTheGrid) {
+    const std::string session = folder.Path() + "\\session.json";
+    Recorder often(0ms);
+    often.Open(MakeWorkFolder(folder.Path()), session);
+    often.Begin({.isPolled = true, .asked = 4.0});
+    often.PutHeader(Header(true, false));
+    often.ResetCounts();
+    for (const std::uint32_t ms : {250U, 500U, 1500U, 1750U})
+        often.CountTick(ms);
+    EXPECT_TRUE(often.LoseScan("Unplugged"));
+    EXPECT_FALSE(often.LoseScan("Unplugged"));
+    often.CountTick(2000);
+    often.CountOverrun();
+    often.Complete(0.4);
+    const std::string text = BytesOf(session);
+    const auto holds = [&](const char* part) { return text.find(part) != std::string::npos; };
+    EXPECT_TRUE(holds("\"scans\": 5")) << text;
+    EXPECT_TRUE(holds("\"reached\": 2.5")) << text;
+    EXPECT_EQ(often.Events().losses.size(), 2U);
+    EXPECT_EQ(often.Events().losses[0].nextScan, 4);
+    EXPECT_EQ(often.Events().losses[0].scans, 2);
+    EXPECT_EQ(often.Events().losses[1].nextScan, 5);
+    EXPECT_EQ(often.Events().losses[1].scans, SampleLoss::Unknown);
+    ASSERT_EQ(often.Events().times.size(), 2U) << "the first scan and the late one";
+    EXPECT_EQ(often.Events().times[1].scan, 2);
+    EXPECT_EQ(often.Events().times[1].seconds, 1.5);
+    often.Close();
+    EXPECT_FALSE(FileExists(session));
+    RemoveWorkFolder(often.work);
 }
 
 TEST_F(RecorderTest, TheLastRecordingComesBackAfterARefusedStart) {

@@ -1,0 +1,23 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace tracelet {
+
+class UniqueFd;
+
+/// The user's folder for what the program keeps between two runs, a native path: "tracelet" in
+/// XDG_STATE_HOME, by default in ~/.local/state. It is made where it is not there; "" where it cannot be.
+[[nodiscard]] std::string StateFolder();
+
+/// Holds a folder for this process, until the object goes or the process ends: nothing while another one
+/// holds it, or when it is not there.
+[[nodiscard]] std::unique_ptr<UniqueFd> HoldFolder(std::string_view path) noexcept;
+
+/// Bytes that the user may still write to the disk of this folder; -1 when it cannot be told.
+[[nodiscard]] std::int64_t FreeBytes(std::string_view folder) noexcept;
+
+} // namespace tracelet

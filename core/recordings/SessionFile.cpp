@@ -1,0 +1,92 @@
+#include "core/recordings/SessionFile.h"
+
+#include <array>
+#include <ctime>
+
+#include <nlohmann/json.hpp>
+
+namespace tracelet {
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+std::string LocalTime(const char* format) {
+    const std::time_t now = std::time(nullptr);
+    std::tm local{};
+    std::array<char, 64> text{};
+    if (localtime_r(&now, &local) == nullptr)
+        return {};
+    return {text.data(), std::strftime(text.data(), text.size(), format, &local)};
+}
+
+Json ToJson(const SessionFacts::Board& board) {
+    return {{"name", board.name}, {"simulated", board.isSimulated}};
+}
+
+Json ToJson(const SessionFacts::Channel& channel) {
+    Json json{{"channel", channel.number},      {"name", channel.name},
+              {"unit", channel.unit},           {"range", {channel.low, channel.high}},
+              {"rangeUnit", channel.rangeUnit}, {"wiring", channel.wiring}};
+    if (!channel.thermocouple.empty())
+        json["thermocouple"] = channel.thermocouple;
+    return json;
+}
+
+Json ToJson(const SessionFacts::Line& line) {
+    return {{"port", line.port}, {"line", line.line}, {"name", line.name}};
+}
+
+Json ToJson(const SampleLoss& loss) {
+    Json json{{"nextScan", loss.nextScan}, {"reason", loss.reason}};
+    if (loss.scans != SampleLoss::Unknown)
+        json["scans"] = loss.scans;
+    return json;
+}
+
+Json ToJson(const TimeMark& mark) {
+    return {{"scan", mark.scan}, {"seconds", mark.seconds}};
+}
+
+template <typename Items>
+Json Array(const Items& items) {
+    Json array = Json::array();
+    for (const auto& item : items)
+        array.push_back(ToJson(item));
+    return array;
+}
+
+} // namespace
+
+std::string WallClock() {
+    std::string text = LocalTime("%Y-%m-%dT%H:%M:%S%z");
+    if (text.size() > 2)
+        text.insert(text.size() - 2, ":"); // the offset's minutes
+    return text;
+}
+
+std::string TimeZoneName() {
+    return LocalTime("%Z");
+}
+
+std::string SessionText(const SessionFacts& facts, const SessionEvents& events, std::int32_t scanCount,
+                        double scanInterval) {
+    Json json{{"format", 1},
+              {"program", "Tracelet " TRACELET_VERSION},
+              {"started", facts.started},
+              {"timeZone", facts.timeZone},
+              {"input", facts.isPolled ? "polled" : "paced"},
+              {"scansPerSecond",
+               {{"asked", facts.asked}, {"reached", scanInterval > 0.0 ? 1.0 / scanInterval : 0.0}}},
+              {"scans", scanCount}};
+    if (!facts.analogBoard.name.empty())
+        json["analog"] = {{"board", ToJson(facts.analogBoard)}, {"channels", Array(facts.channels)}};
+    if (!facts.digitalBoard.name.empty())
+        json["digital"] = {{"board", ToJson(facts.digitalBoard)}, {"lines", Array(facts.lines)}};
+    json["losses"] = Array(events.losses);
+    if (facts.isPolled)
+        json["times"] = Array(events.times);
+    // Names come from boards and people: what is no UTF-8 in them is replaced.
+    return json.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+} // namespace tracelet

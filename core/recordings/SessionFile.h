@@ -1,0 +1,72 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace tracelet {
+
+/// What is known of a session when it starts and the files of a recording cannot hold.
+struct SessionFacts {
+    struct Board {
+        std::string name; ///< "" for none in use
+        bool isSimulated = false;
+    };
+    struct Channel {             // one a position of the scan
+        std::int32_t number = 0; ///< physical
+        std::string name;
+        std::string unit; ///< of the values; "" for converter codes
+        double low = 0.0; ///< range, in the unit of the range
+        double high = 0.0;
+        std::string rangeUnit;
+        std::string wiring;
+        std::string thermocouple; ///< its type, "" for none
+    };
+    struct Line {
+        std::int32_t port = 0;
+        std::int32_t line = 0;
+        std::string name;
+    };
+
+    std::string started{};  ///< wall clock with the offset from UTC, ISO 8601
+    std::string timeZone{}; ///< name
+    bool isPolled = false;
+    Board analogBoard{};
+    Board digitalBoard{};
+    double asked = 0.0; ///< scans a second
+    double pacedScans =
+        0.0; ///< scans a second that the board reaches; 0 for polled sessions, whose rate comes of the ticks
+    std::vector<Channel> channels{};
+    std::vector<Line> lines{};
+};
+
+/// The local time now as SessionFacts holds it, and the name of the zone.
+[[nodiscard]] std::string WallClock();
+[[nodiscard]] std::string TimeZoneName();
+
+/// Samples that were lost between two scans.
+struct SampleLoss {
+    static constexpr std::int64_t Unknown = -1;
+
+    std::int32_t nextScan = 0; ///< first scan after it, from 0
+    std::int64_t scans = 0;    ///< lost, or Unknown
+    std::string reason;
+};
+
+/// A scan of a polled session that did not come when the even grid behind the mark before it says.
+struct TimeMark {
+    std::int32_t scan = 0;
+    double seconds = 0.0; ///< since the start
+};
+
+/// What happened in a session so far.
+struct SessionEvents {
+    std::vector<SampleLoss> losses;
+    std::vector<TimeMark> times;
+};
+
+/// The text of a "Session.json"; docs/file-formats.md describes it.
+[[nodiscard]] std::string SessionText(const SessionFacts& facts, const SessionEvents& events,
+                                      std::int32_t scanCount, double scanInterval);
+
+} // namespace tracelet
