@@ -2,8 +2,8 @@
 
 #include "core/base/Convert.h"
 #include "core/base/RunTimeError.h"
+#include "core/disk/StagedFile.h"
 #include "core/files/FileOperations.h"
-#include "core/files/StagedFile.h"
 #include "core/recordings/RecordingReader.h"
 #include "core/recordings/SaveRecording.h"
 

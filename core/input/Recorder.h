@@ -1,8 +1,8 @@
 #pragma once
 
+#include "core/disk/BlockWriter.h"
+#include "core/disk/DiskSync.h"
 #include "core/files/BinaryFiles.h"
-#include "core/files/BlockWriter.h"
-#include "core/files/DiskSync.h"
 #include "core/files/FileOperations.h"
 #include "core/files/SystemFile.h"
 #include "core/recordings/ProjectInfo.h"

@@ -1,9 +1,9 @@
 #include "core/recordings/SaveRecording.h"
 
 #include "core/base/RunTimeError.h"
-#include "core/files/DiskSync.h"
+#include "core/disk/DiskSync.h"
+#include "core/disk/StagedFile.h"
 #include "core/files/Paths.h"
-#include "core/files/StagedFile.h"
 #include "core/recordings/ProjectInfo.h"
 
 #include <algorithm>

@@ -12,8 +12,8 @@ from pathlib import Path
 ROOMS = """
 core/base
 core/boards    core/files    core/layout    core/chart
-core/drivers/simulated    core/drivers/comedi    core/recordings    core/settings
-core/drivers    core/plots
+core/drivers/simulated    core/drivers/comedi    core/disk    core/settings
+core/drivers    core/recordings    core/plots
 core/input    core/playback    core/export
 window/ground
 window/widgets    window/chart    window/controls    window/folders

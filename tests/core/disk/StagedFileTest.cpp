@@ -1,4 +1,4 @@
-#include "core/files/StagedFile.h"
+#include "core/disk/StagedFile.h"
 
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/OrdinaryUser.h"

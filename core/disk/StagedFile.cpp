@@ -1,7 +1,7 @@
-#include "core/files/StagedFile.h"
+#include "core/disk/StagedFile.h"
 
 #include "core/base/RunTimeError.h"
-#include "core/files/DiskSync.h"
+#include "core/disk/DiskSync.h"
 #include "core/files/Paths.h"
 #include "core/files/SystemFile.h"
 

@@ -1,4 +1,4 @@
-#include "core/files/DiskSync.h"
+#include "core/disk/DiskSync.h"
 
 #include "core/base/RunTimeError.h"
 #include "core/base/UniqueFd.h"

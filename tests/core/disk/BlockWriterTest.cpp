@@ -1,4 +1,4 @@
-#include "core/files/BlockWriter.h"
+#include "core/disk/BlockWriter.h"
 
 #include "core/base/RunTimeError.h"
 

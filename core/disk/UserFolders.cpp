@@ -1,4 +1,4 @@
-#include "core/files/UserFolders.h"
+#include "core/disk/UserFolders.h"
 
 #include "core/base/UniqueFd.h"
 #include "core/files/Paths.h"
