@@ -4,6 +4,7 @@
 #include "core/base/RunTimeError.h"
 #include "core/disk/StagedFile.h"
 #include "core/files/FileOperations.h"
+#include "core/recordings/LeftRecording.h"
 #include "core/recordings/RecordingReader.h"
 #include "core/recordings/SaveRecording.h"
 
@@ -108,9 +109,11 @@ void Recorder::PutSession(double scanInterval) {
 
 // ---- Files
 
-void Recorder::Open(const WorkFolder& folder, const std::string& sessionFileName) {
+void Recorder::Open(const WorkFolder& folder, const std::string& stateFolder) {
     work = folder;
-    sessionFile = sessionFileName;
+    hold = HoldFolder(work.sztmpPath);
+    sessionFile = SessionFileOf(stateFolder, work.sztmpPath);
+    unsavedFolder = UnsavedFolder(stateFolder);
     OpenQuietly(ProjectFileNum, work.szProjectFileName);
     OpenQuietly(AIFileNum, work.szAIFileName);
     OpenQuietly(DIFileNum, work.szDIFileName);
@@ -132,14 +135,29 @@ void Recorder::Close() {
     sync.Watch({});
     Files.CloseAll();
     FAIFileHandle.Close();
+    if (IsUnsaved())
+        KeepUnsaved(RecordedFiles(), sessionText, unsavedFolder);
     if (!sessionFile.empty())
         DeleteFile(sessionFile);
+    hold.reset();
+    ResetCounts();
+}
+
+std::vector<std::string> Recorder::RecordedFiles() const {
+    std::vector<std::string> files{work.szProjectFileName};
+    for (const auto& [isWritten, file] :
+         {std::pair(SoftAIWritten, &work.szAIFileName), std::pair(FAIWritten, &work.szFAIFileName),
+          std::pair(DIWritten, &work.szDIFileName)}) {
+        if (isWritten)
+            files.push_back(*file);
+    }
+    return files;
 }
 
 // ---- The last recording
 
 void Recorder::SetAside() {
-    Last kept{.files = {work.szProjectFileName},
+    Last kept{.files = RecordedFiles(),
               .ScanCount = ScanCount,
               .SoftAIWritten = SoftAIWritten,
               .FAIWritten = FAIWritten,
@@ -147,17 +165,18 @@ void Recorder::SetAside() {
               .isProjectOpen = Files.IsOpen(ProjectFileNum),
               .headerBytes = headerBytes,
               .stopRecord = stopRecord,
-              .sessionText = sessionText};
-    for (const auto& [isWritten, file] :
-         {std::pair(SoftAIWritten, &work.szAIFileName), std::pair(FAIWritten, &work.szFAIFileName),
-          std::pair(DIWritten, &work.szDIFileName)})
-        if (isWritten)
-            kept.files.push_back(*file);
+              .sessionText = sessionText,
+              .isSaved = isSaved};
     if (tracelet::SetAside(kept.files))
         last = std::move(kept);
 }
 
 void Recorder::DropAside() {
+    if (last && !last->isSaved) {
+        std::vector<std::string> aside = last->files;
+        std::ranges::transform(aside, aside.begin(), AsideName);
+        KeepUnsaved(aside, last->sessionText, unsavedFolder);
+    }
     if (last)
         tracelet::DropAside(last->files);
     last.reset();
@@ -183,6 +202,7 @@ bool Recorder::PutBack() {
     headerBytes = last->headerBytes;
     stopRecord = std::move(last->stopRecord);
     sessionText = std::move(last->sessionText);
+    isSaved = last->isSaved;
     if (!sessionFile.empty())
         Put(SessionFile, std::as_bytes(std::span(sessionText)));
     last.reset();
@@ -194,7 +214,7 @@ bool Recorder::PutBack() {
 void Recorder::Begin(SessionFacts facts) {
     writer.Restart();
     faults = {};
-    areFaultsNews = hasHeader = isDiskBehind = false;
+    areFaultsNews = hasHeader = isDiskBehind = isSaved = false;
     headerBytes = 0;
     stopRecord.clear();
     session = std::move(facts);
@@ -372,7 +392,9 @@ std::string Recorder::SaveTo(const std::string& folder, const CopyProgress& prog
         parts.analog = work.szFAIFileName;
     if (DIWritten)
         parts.digital = work.szDIFileName;
-    return SaveRecording(parts, folder, progress);
+    std::string reason = SaveRecording(parts, folder, progress);
+    isSaved = isSaved || reason.empty();
+    return reason;
 }
 
 // ---- Scan intervals

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "core/base/UniqueFd.h"
 #include "core/disk/BlockWriter.h"
 #include "core/disk/DiskSync.h"
+#include "core/disk/UserFolders.h"
 #include "core/files/BinaryFiles.h"
 #include "core/files/FileOperations.h"
 #include "core/files/SystemFile.h"
@@ -13,6 +15,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 #include <string>
@@ -80,16 +83,18 @@ public:
     SystemFile FAIFileHandle; ///< work file of fast input, open from a start on
 
     /// Opens the project, analog and digital file of `folder` and makes the fast one. Failures are quiet: a
-    /// file that stays closed shows when something is written to it. `sessionFileName` (composed text) is
-    /// where the session's file goes, "" for nowhere.
-    void Open(const WorkFolder& folder, const std::string& sessionFileName = {});
-    /// Waits for what is being written, closes every file and deletes the session's.
+    /// file that stays closed shows when something is written to it. The folder is held for this process. In
+    /// `stateFolder` (native path, "" for none) the session's file lies, and the last unsaved recording.
+    void Open(const WorkFolder& folder, const std::string& stateFolder = {});
+    /// Waits for what is being written, closes every file and deletes the session's. A recording that was not
+    /// saved moves to the state folder.
     void Close();
 
     // ── The last recording ───────────────────────────────────────────────────────────────────────────
     /// Keeps the recording that the work files hold while a new one is begun; where they cannot be set aside,
     /// it is not kept. One of the next two follows.
     void SetAside();
+    /// The new one stands: one that was not saved moves to the state folder, another one goes.
     void DropAside();
     /// Puts it back as it was, counts and flags too; False when none was kept.
     bool PutBack();
@@ -121,6 +126,8 @@ public:
     void Complete(double scanInterval);
 
     [[nodiscard]] bool IsWritten() const { return SoftAIWritten || FAIWritten || DIWritten; }
+    /// Whether what was recorded was neither saved nor is being recorded still.
+    [[nodiscard]] bool IsUnsaved() const { return IsWritten() && !stopRecord.empty() && !isSaved; }
 
     /// SaveRecording of what was recorded.
     [[nodiscard]] std::string SaveTo(const std::string& folder, const CopyProgress& progress = {});
@@ -137,6 +144,7 @@ private:
         std::size_t headerBytes = 0;
         std::vector<std::byte> stopRecord;
         std::string sessionText;
+        bool isSaved = false;
     };
 
     // Beside the numbers of the others; what comes last is written over what is there.
@@ -158,6 +166,7 @@ private:
     void WatchFiles();
     void OpenQuietly(int number, const std::string& path);
     [[nodiscard]] std::vector<std::byte> Header() const;
+    [[nodiscard]] std::vector<std::string> RecordedFiles() const;
 
     const std::chrono::milliseconds keepEvery;
     Clock::time_point keptAt;
@@ -170,7 +179,10 @@ private:
     bool hasHeader = false;            // else nothing would describe what is recorded
     bool isDiskBehind = false;         // Settle gave up waiting for it
     std::vector<std::byte> stopRecord; // of the end, also where the disk did not take it
-    std::string sessionFile;           // "" for none
+    bool isSaved = false;
+    std::unique_ptr<UniqueFd> hold; // of the work folder
+    std::string unsavedFolder;      // "" for none
+    std::string sessionFile;        // "" for none
     SessionFacts session;
     SessionEvents events;
     std::string sessionText; // as it was put last

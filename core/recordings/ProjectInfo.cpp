@@ -141,7 +141,7 @@ std::vector<std::byte> SavedPaths(std::string_view AIDataPath, std::string_view 
     return bytes;
 }
 
-ProjectInfo ReadProject(ByteReader& reader) {
+ProjectInfo ReadProjectHeader(ByteReader& reader) {
     ProjectInfo info;
     ReadFlagsAndCounts(reader, info);
     if (info.bHisAI) {
@@ -152,6 +152,11 @@ ProjectInfo ReadProject(ByteReader& reader) {
         info.diPlots = ReadPlots(reader, info.nHisDIChanCount, "digital plots");
         info.HisDIPortMask = ReadCountedBytes(reader, "digital ports");
     }
+    return info;
+}
+
+ProjectInfo ReadProject(ByteReader& reader) {
+    ProjectInfo info = ReadProjectHeader(reader);
     ReadStopRecord(reader, info);
     info.AIDataPath = reader.Readsz();
     info.DIDataPath = reader.Readsz();

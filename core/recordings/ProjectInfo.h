@@ -69,6 +69,10 @@ struct ProjectInfo {
 /// The bytes that saving appends to the saved copy: the first path with a 0 behind it, the second without.
 [[nodiscard]] std::vector<std::byte> SavedPaths(std::string_view AIDataPath, std::string_view DIDataPath);
 
+/// Reads what a start of recording wrote, from the reader's position; the rest is not read. Raises as
+/// ReadProject does for that part.
+[[nodiscard]] ProjectInfo ReadProjectHeader(ByteReader& reader);
+
 /// Reads a project from the reader's position. A count is taken as 0 while its flag is false. Raises:
 /// "Subscript out of range" for a count below 1 while its flag is true; "The project file cannot hold N ..."
 /// for a count above its limit, or that what is left of the file has no room for; "Names too long in file"

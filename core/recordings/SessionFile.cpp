@@ -10,11 +10,10 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 
-std::string LocalTime(const char* format) {
-    const std::time_t now = std::time(nullptr);
+std::string LocalTime(const char* format, std::time_t time) {
     std::tm local{};
     std::array<char, 64> text{};
-    if (localtime_r(&now, &local) == nullptr)
+    if (localtime_r(&time, &local) == nullptr)
         return {};
     return {text.data(), std::strftime(text.data(), text.size(), format, &local)};
 }
@@ -57,15 +56,15 @@ Json Array(const Items& items) {
 
 } // namespace
 
-std::string WallClock() {
-    std::string text = LocalTime("%Y-%m-%dT%H:%M:%S%z");
+std::string WallClock(std::time_t time) {
+    std::string text = LocalTime("%Y-%m-%dT%H:%M:%S%z", time);
     if (text.size() > 2)
         text.insert(text.size() - 2, ":"); // the offset's minutes
     return text;
 }
 
 std::string TimeZoneName() {
-    return LocalTime("%Z");
+    return LocalTime("%Z", std::time(nullptr));
 }
 
 std::string SessionText(const SessionFacts& facts, const SessionEvents& events, std::int32_t scanCount,
@@ -87,6 +86,23 @@ std::string SessionText(const SessionFacts& facts, const SessionEvents& events, 
         json["times"] = Array(events.times);
     // Names come from boards and people: what is no UTF-8 in them is replaced.
     return json.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+SessionSummary ReadSessionSummary(const std::string& text) {
+    SessionSummary summary;
+    const Json json = Json::parse(text, nullptr, false);
+    if (!json.is_object())
+        return summary;
+    if (const auto started = json.find("started"); started != json.end() && started->is_string())
+        summary.started = *started;
+    if (const auto rate = json.find("scansPerSecond"); rate != json.end() && rate->is_object()) {
+        for (const char* name : {"reached", "asked"}) {
+            const auto value = rate->find(name);
+            if (summary.scansPerSecond <= 0.0 && value != rate->end() && value->is_number())
+                summary.scansPerSecond = *value;
+        }
+    }
+    return summary;
 }
 
 } // namespace tracelet

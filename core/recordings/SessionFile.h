@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -40,8 +41,8 @@ struct SessionFacts {
     std::vector<Line> lines{};
 };
 
-/// The local time now as SessionFacts holds it, and the name of the zone.
-[[nodiscard]] std::string WallClock();
+/// A time of the system as local time in the form of SessionFacts, and the name of the zone.
+[[nodiscard]] std::string WallClock(std::time_t time = std::time(nullptr));
 [[nodiscard]] std::string TimeZoneName();
 
 /// Samples that were lost between two scans.
@@ -68,5 +69,12 @@ struct SessionEvents {
 /// The text of a "Session.json"; docs/file-formats.md describes it.
 [[nodiscard]] std::string SessionText(const SessionFacts& facts, const SessionEvents& events,
                                       std::int32_t scanCount, double scanInterval);
+
+/// What a recovery needs of such a text; empty and 0 for what it does not tell, or is no such text.
+struct SessionSummary {
+    std::string started;
+    double scansPerSecond = 0.0; ///< reached, else asked
+};
+[[nodiscard]] SessionSummary ReadSessionSummary(const std::string& text);
 
 } // namespace tracelet

@@ -24,7 +24,9 @@ std::string MakeUniqueFolder(const std::string& parent) {
     return {};
 }
 
-WorkFolder Named(const std::string& path) {
+} // namespace
+
+WorkFolder WorkFolderAt(const std::string& path) {
     return {.sztmpPath = path,
             .szProjectFileName = path + "\\Project.tld",
             .szAIFileName = path + "\\AI.tld",
@@ -32,19 +34,13 @@ WorkFolder Named(const std::string& path) {
             .szFAIFileName = path + "\\FAI.tld"};
 }
 
-std::string AsideName(const std::string& file) {
-    return file + ".last";
-}
-
-} // namespace
-
-WorkFolder MakeWorkFolder(const std::string& programFolder) {
-    for (const std::string& parent : {programFolder, GetTempDir()}) {
-        const std::string path = MakeUniqueFolder(parent);
+WorkFolder MakeWorkFolder(const std::string& programFolder, const std::string& stateFolder) {
+    for (const std::string& parent : {programFolder, stateFolder, GetTempDir()}) {
+        const std::string path = parent.empty() ? std::string() : MakeUniqueFolder(parent);
         if (!path.empty())
-            return Named(path);
+            return WorkFolderAt(path);
     }
-    return Named(GetTempDir() + "tl0000.tmp\\none");
+    return WorkFolderAt(GetTempDir() + "tl0000.tmp\\none");
 }
 
 void RemoveWorkFolder(const WorkFolder& folder) noexcept {
@@ -54,6 +50,10 @@ void RemoveWorkFolder(const WorkFolder& folder) noexcept {
         DropAside({&file, 1});
     }
     RemoveFolder(folder.sztmpPath);
+}
+
+std::string AsideName(const std::string& file) {
+    return file + ".last";
 }
 
 bool SetAside(std::span<const std::string> files) noexcept {

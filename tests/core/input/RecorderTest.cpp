@@ -2,6 +2,7 @@
 
 #include "core/files/FileOperations.h"
 #include "core/files/Paths.h"
+#include "core/recordings/LeftRecording.h"
 #include "core/recordings/RecordingReader.h"
 #include "tests/support/FileSizeLimit.h"
 #include "tests/support/TemporaryFolder.h"
@@ -199,9 +200,9 @@ TEST_F(RecorderTest, ThePacedIntervalIsKnownFromTheFirstHalfOn) {
 }
 
 TEST_F(RecorderTest, TheSessionTellsLossesAndTimesOffTheGrid) {
-    const std::string session = folder.Path() + "\\session.json";
     Recorder often(0ms);
-    often.Open(MakeWorkFolder(folder.Path()), session);
+    often.Open(MakeWorkFolder(folder.Path()), folder.Path());
+    const std::string session = SessionFileOf(folder.Path(), often.work.sztmpPath);
     often.Begin({.isPolled = true, .asked = 4.0});
     often.PutHeader(Header(true, false));
     often.ResetCounts();

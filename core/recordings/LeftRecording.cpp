@@ -1,0 +1,242 @@
+#include "core/recordings/LeftRecording.h"
+
+#include "core/base/RunTimeError.h"
+#include "core/disk/StagedFile.h"
+#include "core/disk/UserFolders.h"
+#include "core/files/Paths.h"
+#include "core/recordings/RecordingReader.h"
+#include "core/recordings/SessionFile.h"
+
+#include <algorithm>
+#include <chrono>
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <system_error>
+#include <utility>
+
+#include <sys/stat.h>
+
+namespace tracelet {
+namespace {
+
+namespace fs = std::filesystem;
+using namespace std::chrono_literals;
+
+constexpr std::string_view AsideEnding = ".last";
+constexpr auto LongestKept = 24h * 7;
+constexpr auto YoungestSwept = 10s; // a program makes its folder first and holds it then
+
+// "tl", four hexadecimal digits and ".tmp".
+bool IsWorkFolderName(const std::string& name) {
+    return name.size() == 10 && name.starts_with("tl") && name.ends_with(".tmp") &&
+           name.find_first_not_of("0123456789abcdefABCDEF", 2) == 6;
+}
+
+std::chrono::system_clock::duration AgeOf(const std::string& folder) {
+    struct stat status {};
+    if (stat(NativePath(folder).c_str(), &status) != 0)
+        return {};
+    return std::chrono::system_clock::now() - std::chrono::system_clock::from_time_t(status.st_mtime);
+}
+
+std::int64_t SizeOf(const std::string& path) {
+    std::error_code error;
+    const std::uintmax_t size = fs::file_size(NativePath(path), error);
+    return error ? 0 : static_cast<std::int64_t>(size);
+}
+
+std::string TextOf(const std::string& path) {
+    try {
+        const SystemFile file(path, Disposition::OpenExisting);
+        std::string text(static_cast<std::size_t>(file.Size()), '\0');
+        text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
+        return text;
+    } catch (const std::exception&) {
+        return {};
+    }
+}
+
+// Scans of the analog data, and of the digital ones, that are whole.
+std::int64_t AnalogScans(LeftRecording& left) {
+    if (!left.info.bHisAI)
+        return 0;
+    left.parts.analog = left.info.bHisAISoft ? left.folder.szAIFileName : left.folder.szFAIFileName;
+    return SizeOf(left.parts.analog) / AnalogOffset(1, left.info.nHisAIChanCount);
+}
+
+std::int64_t DigitalScans(LeftRecording& left, std::int32_t& ports) {
+    if (!left.info.bHisDI || SizeOf(left.folder.szDIFileName) <= DigitalHeaderSize)
+        return 0;
+    left.parts.digital = left.folder.szDIFileName;
+    ports = ReadDigitalHeader(SystemFile(left.parts.digital, Disposition::OpenExisting)).nHisDIPortCount;
+    return (SizeOf(left.parts.digital) - DigitalHeaderSize) / ports;
+}
+
+// Cuts the recording to the scans that every input with data has.
+void CountScans(LeftRecording& left) {
+    std::int32_t ports = 1;
+    const std::int64_t analog = AnalogScans(left);
+    const std::int64_t digital = DigitalScans(left, ports);
+    const std::int64_t scans = analog == 0 ? digital : digital == 0 ? analog : std::min(analog, digital);
+    left.info.ScanCount =
+        static_cast<std::int32_t>(std::min<std::int64_t>(scans, std::numeric_limits<std::int32_t>::max()));
+    if (analog == 0)
+        left.parts.analog.clear();
+    else
+        left.parts.analogBytes = AnalogOffset(scans, left.info.nHisAIChanCount);
+    if (digital == 0)
+        left.parts.digital.clear();
+    else
+        left.parts.digitalBytes = DigitalOffset(scans, ports);
+    left.bytes = (analog == 0 ? 0 : left.parts.analogBytes) + (digital == 0 ? 0 : left.parts.digitalBytes);
+}
+
+// The project's header, and the interval where its stop record was begun. Raises for what is no project.
+void ReadHeader(LeftRecording& left) {
+    const SystemFile file(left.folder.szProjectFileName, Disposition::OpenExisting);
+    ByteReader reader(file);
+    left.info = ReadProjectHeader(reader);
+    left.parts.project.resize(static_cast<std::size_t>(file.Size() - reader.Remaining()));
+    (void)file.ReadAt(0, left.parts.project);
+    if (reader.Remaining() >= static_cast<std::int64_t>(StopRecord(0, 0.0).size())) {
+        (void)reader.Get<std::int32_t>();
+        left.info.ScanInterval = reader.Get<double>();
+    }
+}
+
+std::string ModificationTime(const std::string& path) {
+    struct stat status {};
+    return stat(NativePath(path).c_str(), &status) == 0 ? WallClock(status.st_mtime) : std::string();
+}
+
+// Nothing for a folder that holds no whole scan, or none that can be read.
+std::optional<LeftRecording> Look(const std::string& folder, const std::string& stateFolder) {
+    LeftRecording left;
+    left.folder = WorkFolderAt(folder);
+    left.sessionFile = folder + "\\Session.json";
+    if (!FileExists(left.sessionFile))
+        left.sessionFile = SessionFileOf(stateFolder, folder);
+    try {
+        ReadHeader(left);
+        CountScans(left);
+    } catch (const RunTimeError&) {
+        return std::nullopt;
+    }
+    if (left.info.ScanCount == 0)
+        return std::nullopt;
+    left.parts.session = TextOf(left.sessionFile);
+    const SessionSummary summary = ReadSessionSummary(left.parts.session);
+    left.started =
+        summary.started.empty() ? ModificationTime(left.folder.szProjectFileName) : summary.started;
+    if (left.info.ScanInterval == 0.0 && summary.scansPerSecond > 0.0)
+        left.info.ScanInterval = 1.0 / summary.scansPerSecond;
+    std::ranges::copy(StopRecord(left.info.ScanCount, left.info.ScanInterval),
+                      std::back_inserter(left.parts.project));
+    return left;
+}
+
+bool HoldsSamples(const WorkFolder& folder) {
+    return SizeOf(folder.szAIFileName) > 0 || SizeOf(folder.szFAIFileName) > 0 ||
+           SizeOf(folder.szDIFileName) > DigitalHeaderSize;
+}
+
+void LookInto(const std::string& path, const std::string& stateFolder, bool isTooOld,
+              std::vector<LeftRecording>& found) {
+    std::unique_ptr<UniqueFd> hold = HoldFolder(path);
+    if (!hold)
+        return;
+    std::optional<LeftRecording> left = Look(path, stateFolder);
+    if (left && !isTooOld) {
+        left->hold = std::move(hold);
+        found.push_back(std::move(*left));
+        return;
+    }
+    LeftRecording empty;
+    empty.folder = WorkFolderAt(path);
+    empty.sessionFile = left ? left->sessionFile : SessionFileOf(stateFolder, path);
+    if (isTooOld || (!HoldsSamples(empty.folder) && AgeOf(path) > YoungestSwept))
+        Discard(empty);
+}
+
+void MoveFile(const std::string& from, const std::string& to) {
+    try {
+        RenameFile(from, to);
+    } catch (const RunTimeError&) { // onto another disk
+        if (SizeOf(from) > FreeBytes(SiblingPath(to, ".")) / 4)
+            throw;
+        CopyWholeFile(from, to);
+        DeleteFile(from);
+    }
+}
+
+void DiscardUnsaved(const std::string& folder) {
+    RemoveWorkFolder(WorkFolderAt(folder));
+    DeleteFile(folder + "\\Session.json");
+    RemoveFolder(folder);
+}
+
+} // namespace
+
+std::string SessionFileOf(const std::string& stateFolder, const std::string& workFolder) {
+    struct stat status {};
+    if (stateFolder.empty() || stat(NativePath(workFolder).c_str(), &status) != 0)
+        return {};
+    return stateFolder + "\\Session-" + std::to_string(status.st_dev) + "-" + std::to_string(status.st_ino) +
+           ".json";
+}
+
+std::string UnsavedFolder(const std::string& stateFolder) {
+    return stateFolder.empty() ? std::string() : stateFolder + "\\unsaved";
+}
+
+std::vector<LeftRecording> FindLeftRecordings(std::span<const std::string> parents,
+                                              const std::string& stateFolder) {
+    std::vector<LeftRecording> found;
+    std::error_code error;
+    for (const std::string& parent : parents) {
+        for (const fs::directory_entry& entry : fs::directory_iterator(parent, error)) {
+            if (IsWorkFolderName(entry.path().filename().string()) && !entry.is_symlink(error))
+                LookInto(entry.path().string(), stateFolder, false, found);
+        }
+    }
+    const std::string unsaved = UnsavedFolder(stateFolder);
+    if (!unsaved.empty())
+        LookInto(unsaved, stateFolder, AgeOf(unsaved) > LongestKept, found);
+    std::ranges::sort(found, std::greater(), &LeftRecording::started);
+    return found;
+}
+
+void Discard(const LeftRecording& left) noexcept {
+    if (!left.sessionFile.empty())
+        DeleteFile(left.sessionFile);
+    RemoveWorkFolder(left.folder);
+}
+
+bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionText,
+                 const std::string& unsavedFolder) noexcept {
+    if (unsavedFolder.empty())
+        return false;
+    try {
+        const std::unique_ptr<UniqueFd> hold = HoldFolder(unsavedFolder);
+        if (!hold && !CreateFolder(unsavedFolder)) // a neighbour offers what it holds
+            return false;
+        DiscardUnsaved(unsavedFolder);
+        CreateFolder(unsavedFolder);
+        for (const std::string& file : files) {
+            std::string name = FileNameFromPath(file);
+            if (name.ends_with(AsideEnding))
+                name.resize(name.size() - AsideEnding.size());
+            MoveFile(file, unsavedFolder + "\\" + name);
+        }
+        StagedFile session(unsavedFolder + "\\Session.json");
+        session.Write(std::as_bytes(std::span(sessionText)));
+        session.Place();
+        return true;
+    } catch (const std::exception&) {
+        DiscardUnsaved(unsavedFolder);
+        return false;
+    }
+}
+
+} // namespace tracelet
