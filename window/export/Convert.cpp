@@ -71,7 +71,7 @@ Progress PartOf(ConvertProgress& progress, double start, double share) {
 
 void WriteTexts(frmMain& window, const std::string& folder) {
     const SystemFile& analogData = window.HisAIFileHandle;
-    const SystemFile& digitalData = window.Files.File(frmMain::HisFileNumB); // a closed one reads as empty
+    const SystemFile& digitalData = window.recording.digitalFile; // a closed one reads as empty
     const auto analogBytes = static_cast<double>(window.bTextSaveAI ? BytesFrom(analogData, 0) : 0);
     const auto digitalBytes = static_cast<double>(window.bTextSaveDI ? BytesFrom(digitalData, 0) : 0);
     const double analogShare = analogBytes / (analogBytes + digitalBytes + 1);

@@ -132,7 +132,7 @@ void frmMain::HistoryTick() {
 
 // Scans that a tick plays: dHisPlaySpeed, as far as the window stays usable.
 std::int32_t frmMain::ScansATick() const {
-    const auto lines = static_cast<std::int64_t>(hisLines.size());
+    const auto lines = static_cast<std::int64_t>(recording.lines.size());
     return AffordableScans(dHisPlaySpeed, nHisAIChanCount + nHisDIPortCount + lines * ValuesADigitalPoint);
 }
 
@@ -173,7 +173,7 @@ void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
 
 void frmMain::PlaySoftDIData(bool& end) {
     std::int64_t scan = HisScanIndex;
-    end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
+    end = PlayScans(hisPorts, recording.digitalFile, DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
                     ScansATick(), [&](std::span<const std::uint8_t> states, std::int32_t scans) {
                         const auto ports = static_cast<std::size_t>(nHisDIPortCount);
                         for (std::int32_t s = 0; s < scans; ++s, ++scan)
@@ -185,7 +185,7 @@ void frmMain::PlaySoftDIData(bool& end) {
 void frmMain::PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan) {
     const double time = ScanTime(scan, ScanInterval);
     int plot = nHisAIChanCount;
-    for (const std::int32_t index : hisLines) {
+    for (const std::int32_t index : recording.lines) {
         if (plot >= ZelGraph1->PlotCount())
             return;
         ZelGraph1->AddPoint(plot++, time, LineLevel(index, states, nHisDIPortStart));

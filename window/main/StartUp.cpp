@@ -187,7 +187,7 @@ void frmMain::Form_Unload() {
     if (isHisPlaying)
         QuietHandler([this] { BtnStop_Click(); });
     Files.CloseAll();
-    HisAIFileHandle.Close();
+    recording.CloseFiles();
     FAIFileHandle.Close();
     RemoveWorkFolder(work);
 }
