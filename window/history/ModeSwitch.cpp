@@ -30,10 +30,7 @@ void frmMain::EnterAcquisitionMode() {
     BtnModeSwitch->setEnabled(false);
     FrameCmd->setEnabled(true);
     BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
-    if (bHisAI)
-        HisAIFileHandle.Close();
-    if (bHisDI)
-        Files.Close(HisFileNumB);
+    recording.CloseFiles();
     if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
         ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
     isHisPlaying = false; // left in a pause; the pause itself is kept, with its place

@@ -19,8 +19,6 @@ namespace {
 const QString PlayCaption = u"4"_s;
 const QString PauseCaption = u";"_s;
 
-constexpr std::int64_t ValuesADigitalPoint = 8; // what a point of a line costs, in values
-
 constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
 
 // Values of this block for the first plots of the graph.
@@ -132,24 +130,21 @@ void frmMain::HistoryTick() {
 
 // Scans that a tick plays: dHisPlaySpeed, as far as the window stays usable.
 std::int32_t frmMain::ScansATick() const {
-    const auto lines = static_cast<std::int64_t>(hisLines.size());
-    return AffordableScans(dHisPlaySpeed, nHisAIChanCount + nHisDIPortCount + lines * ValuesADigitalPoint);
+    return AffordableScans(dHisPlaySpeed, ValuesAScan(recording));
 }
 
 // Plays the scans of one tick; True when a file ran out, or when there is none.
 bool frmMain::PlayTick() {
-    bool analogEnd = false;
+    const bool playsDI = PlaysDigital(recording);
+    bool analogEnd = !playsDI; // nothing to play, unless there are analog data
     bool digitalEnd = false;
-    if (!bHisAISoft) {
-        PlayFAIData(analogEnd);
-        return analogEnd;
-    }
-    const bool playsDI = bHisDI && nHisDIPortCount > 0; // a file that did not open counts as absent
-    if (bHisAI)
+    if (bHisAI && bHisAISoft)
         PlaySoftAIData(analogEnd);
+    else if (bHisAI)
+        PlayFAIData(analogEnd);
     if (playsDI)
         PlaySoftDIData(digitalEnd);
-    return analogEnd || digitalEnd || !(bHisAI || playsDI);
+    return analogEnd || digitalEnd;
 }
 
 void frmMain::PlayFAIData(bool& end) {
@@ -165,27 +160,27 @@ void frmMain::PlaySoftAIData(bool& end) {
 
 template <typename T>
 void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
-    end = PlayScans(block, HisAIFileHandle, AnalogOffset(HisScanIndex, nHisAIChanCount), nHisAIChanCount,
-                    ScansATick(), [this](std::span<const T> values, std::int32_t scans) {
-                        Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
-                    });
+    end = PlayAnalogScans(recording, block, HisScanIndex, ScansATick(),
+                          [this](std::span<const T> values, std::int32_t scans) {
+                              Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
+                          });
 }
 
 void frmMain::PlaySoftDIData(bool& end) {
     std::int64_t scan = HisScanIndex;
-    end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
-                    ScansATick(), [&](std::span<const std::uint8_t> states, std::int32_t scans) {
-                        const auto ports = static_cast<std::size_t>(nHisDIPortCount);
-                        for (std::int32_t s = 0; s < scans; ++s, ++scan)
-                            PlayPorts(states.subspan(static_cast<std::size_t>(s) * ports), scan);
-                    });
+    end = PlayDigitalScans(recording, hisPorts, scan, ScansATick(),
+                           [&](std::span<const std::uint8_t> states, std::int32_t scans) {
+                               const auto ports = static_cast<std::size_t>(nHisDIPortCount);
+                               for (std::int32_t s = 0; s < scans; ++s, ++scan)
+                                   PlayPorts(states.subspan(static_cast<std::size_t>(s) * ports), scan);
+                           });
 }
 
 // Appends the recorded lines of one scan; `states` starts with the bytes of its ports.
 void frmMain::PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan) {
     const double time = ScanTime(scan, ScanInterval);
     int plot = nHisAIChanCount;
-    for (const std::int32_t index : hisLines) {
+    for (const std::int32_t index : recording.lines) {
         if (plot >= ZelGraph1->PlotCount())
             return;
         ZelGraph1->AddPoint(plot++, time, LineLevel(index, states, nHisDIPortStart));

@@ -183,7 +183,7 @@ void frmMain::Form_Unload() {
     if (isHisPlaying)
         QuietHandler([this] { BtnStop_Click(); });
     recorder.Close();
-    HisAIFileHandle.Close();
+    recording.CloseFiles();
     RemoveWorkFolder(recorder.work);
 }
 

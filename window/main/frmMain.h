@@ -29,7 +29,7 @@
 #include "core/input/PollReader.h"
 #include "core/input/Recorder.h"
 #include "core/plots/PlotTables.h"
-#include "core/recordings/RecordingReader.h"
+#include "core/recordings/Recording.h"
 #include "core/settings/M1.h"
 #include "window/controls/ZelAI.h"
 #include "window/controls/ZelDIO.h"
@@ -54,7 +54,6 @@ class QMenu;
 namespace tracelet {
 
 struct ChannelNumbers;
-struct ProjectInfo;
 
 class frmMain : public QWidget, public MainWidgets {
     Q_OBJECT
@@ -120,31 +119,30 @@ public:
 
     static constexpr int AIFileNum = Recorder::AIFileNum;
     static constexpr int DIFileNum = Recorder::DIFileNum;
-    static constexpr int HisFileNumA = 3;
-    static constexpr int HisFileNumB = 4;
     static constexpr int ProjectFileNum = Recorder::ProjectFileNum;
     BinaryFiles& Files = recorder.Files; ///< the files open under these numbers
     SystemFile& FAIFileHandle = recorder.FAIFileHandle;
 
     // ── History ──────────────────────────────────────────────────────────────────────────────────────
-    bool bHistoryMode = false;  ///< the window shows a recording
-    bool bHisFileExist = false; ///< a recording was opened at least once
-    bool bHisAI = false;
-    bool bHisDI = false;
-    bool bHisAISoft = false;   ///< polled recording
-    bool bHisAIAnalog = false; ///< analog samples are floats; else converter codes
-    std::int32_t nHisAIChanCount = 0;
-    std::int32_t nHisAIMaxChanNum = 0;
-    std::int32_t nHisDIChanCount = 0;
-    std::int32_t nHisDIMaxPortCount = 0;
-    std::int32_t nHisDIPortStart = 0;
-    std::int32_t nHisDIPortCount = 0;
-    std::int32_t HisScanCount = 0; ///< scans of the recording
-    double ScanInterval = 0.0;     ///< seconds between two scans of the recording
-    std::string AIDataPath;
-    std::string DIDataPath;
-    std::string szHisProjectFileName;
-    SystemFile HisAIFileHandle;     ///< analog data of the recording
+    bool bHistoryMode = false;        ///< the window shows a recording
+    bool bHisFileExist = false;       ///< a recording was opened at least once
+    std::string szHisProjectFileName; ///< the project chosen last, whether or not it could be opened
+    Recording recording;              ///< the one that is shown; replaced whole by the next
+    const bool& bHisAI = recording.info.bHisAI;
+    const bool& bHisDI = recording.info.bHisDI;
+    const bool& bHisAISoft = recording.info.bHisAISoft;
+    const bool& bHisAIAnalog = recording.info.bHisAIAnalog;
+    const std::int32_t& nHisAIChanCount = recording.info.nHisAIChanCount;
+    const std::int32_t& nHisDIChanCount = recording.info.nHisDIChanCount;
+    [[nodiscard]] std::int32_t nHisAIMaxChanNum() const { return recording.info.nHisAIMaxChanNum(); }
+    [[nodiscard]] std::int32_t nHisDIMaxPortCount() const { return recording.info.nHisDIMaxPortCount(); }
+    const std::int32_t& nHisDIPortStart = recording.digitalHeader.nHisDIPortStart;
+    const std::int32_t& nHisDIPortCount = recording.digitalHeader.nHisDIPortCount;
+    const std::int32_t& HisScanCount = recording.info.ScanCount;
+    const double& ScanInterval = recording.info.ScanInterval;
+    const std::string& AIDataPath = recording.info.AIDataPath;
+    const std::string& DIDataPath = recording.info.DIDataPath;
+    const SystemFile& HisAIFileHandle = recording.analogFile;
     std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick, as far as the window stays usable
     std::int64_t HisScanIndex = 0;  ///< scan that the next tick reads
     bool isHisPlaying = false;
@@ -194,9 +192,10 @@ public:
     void BtnHistory_Click();
     void BtnModeSwitch_Click();
     void EnableHisControls(bool value);
+    /// Opens the chosen project and its data files, all before anything of the last recording goes.
     void ReadProjectInfo();
-    void ReadHisAIFile(const std::string& szFileName);
-    void ReadHisDIFile(const std::string& szFileName);
+    void ReadHisAIFile(); ///< says so when the analog data did not open
+    void ReadHisDIFile(); ///< says so when the digital data did not open; else shows their range
     void ChkPlay_Click();
     void BtnStop_Click();
     void BtnAccelerate_Click();
@@ -281,10 +280,9 @@ private:
     void ShowThermoSelection();
     void LoseScan();
     void ShowLosses();
-    void EndReadFault();
 
-    void OpenRecording(const std::string& path);
-    void OpenDataFiles();
+    void EnterHistoryMode(const std::string& path);
+    void ShowDataFiles();
     void ShowRecordingStart();
     void PreparePlayback();
     void EnterAcquisitionMode();
@@ -338,7 +336,6 @@ private:
     DataBlock<float> hisFloats; ///< what the last tick read
     DataBlock<std::int32_t> hisCodes;
     DataBlock<std::uint8_t> hisPorts;
-    std::vector<std::int32_t> hisLines; ///< recorded lines in plot order, port × 8 + line
 };
 
 } // namespace tracelet

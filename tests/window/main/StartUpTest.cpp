@@ -165,11 +165,12 @@ TEST_F(StartUpTest, ClosingLeavesNoFileOpen) {
     TurnOnAI();
     Click(window->BtnStart);
     ASSERT_TRUE(window->FAIFileHandle.IsOpen());
-    window->HisAIFileHandle = SystemFile(window->szAIFileName, Disposition::OpenAlways);
-    window->Files.OpenForReading(frmMain::HisFileNumB, window->szDIFileName);
+    window->recording.analogFile = SystemFile(window->szAIFileName, Disposition::OpenAlways);
+    window->recording.digitalFile = SystemFile(window->szDIFileName, Disposition::OpenExisting);
     window->close();
     EXPECT_FALSE(window->FAIFileHandle.IsOpen());
     EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
+    EXPECT_FALSE(window->recording.digitalFile.IsOpen());
     for (int number = 1; number <= 5; ++number)
         EXPECT_FALSE(window->Files.IsOpen(number)) << number;
     EXPECT_TRUE(EntriesOf(folder.path()).isEmpty());
