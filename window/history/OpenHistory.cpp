@@ -10,10 +10,7 @@
 #include "window/widgets/ZelLED.h"
 #include "window/widgets/ZelSlider.h"
 
-#include <QCheckBox>
 #include <QFileDialog>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 
 using namespace Qt::StringLiterals;
@@ -88,12 +85,8 @@ void frmMain::OpenRecording(const std::string& path) {
     LabelNotice->Show({});
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
-    BtnModeSwitch->setEnabled(true);
     BtnModeSwitch->setText(u"Acquisition"_s);
-    EnableHisControls(true);
-    FrameSet->setEnabled(false);
-    BtnStart->setEnabled(false);
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Opened);
 
     ReadProjectInfo();
     BuildPlots(bHistoryMode, true);
@@ -195,13 +188,6 @@ void frmMain::ReadHisDIFile(const std::string& szFileName) {
         ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
         BuildPlots(bHistoryMode, false); // the lines' levels are known now
     });
-}
-
-void frmMain::EnableHisControls(bool value) {
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{FrameHis, Label15, Label16, Label14, ChkPlay, BtnAccelerate, BtnStop,
-                                         Label1, Label2, Label6, BtnHisConvert})
-        widget->setEnabled(value);
 }
 
 } // namespace tracelet

@@ -7,8 +7,6 @@
 #include "window/widgets/ZelButton.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 
 #include <utility>
@@ -32,7 +30,7 @@ void ShowFault(QCheckBox* saveBox, const QString& text) {
 void frmMain::ZelButton1_Change() {
     if (!ZelButton1->Value()) {
         bAIEnabled = false;
-        CkAISave2Disk->setEnabled(false);
+        EnableControls(When::Switched);
         UpdatePlotListView();
         return;
     }
@@ -50,14 +48,14 @@ void frmMain::ZelButton1_Change() {
         return;
     }
     bAIEnabled = true;
-    CkAISave2Disk->setEnabled(true);
+    EnableControls(When::Switched);
     UpdatePlotListView();
 }
 
 void frmMain::ZelButton2_Change() {
     if (!ZelButton2->Value()) {
         bDIEnabled = false;
-        CkDISave2Disk->setEnabled(false);
+        EnableControls(When::Switched);
         UpdatePlotListView();
         return;
     }
@@ -75,7 +73,7 @@ void frmMain::ZelButton2_Change() {
         return;
     }
     bDIEnabled = true;
-    CkDISave2Disk->setEnabled(true);
+    EnableControls(When::Switched);
     UpdatePlotListView();
 }
 
@@ -111,8 +109,7 @@ void frmMain::StartSession() {
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
     BtnStart->setText(u"Stop"_s);
-    EnableSetCmdControls(false);
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Running);
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
@@ -128,7 +125,7 @@ void frmMain::StartSession() {
     const QString reason = M1.SoftMode ? pollStartFault : ZelAI1->ErrorText();
     MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;
-    EnableSetCmdControls(true);
+    EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
 }
 
@@ -145,20 +142,8 @@ void frmMain::StopSession() {
     }
     WriteStopRecord(elapsed);
     isSystemRunning = false;
-    EnableSetCmdControls(true);
+    EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
-    BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
-}
-
-void frmMain::EnableSetCmdControls(bool Enable) {
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{FrameSet, BtnSet, CkAISave2Disk, CkDISave2Disk, FrameCmd, ZelButton1,
-                                         ZelButton2, BtnHistory, LabelAI, LabelAIOn, LabelDI, LabelDIOn})
-        widget->setEnabled(Enable);
-    if (!Enable)
-        return;
-    CkAISave2Disk->setEnabled(bAIEnabled);
-    CkDISave2Disk->setEnabled(bDIEnabled);
 }
 
 void frmMain::StopRecording(bool& broken, QCheckBox* saveBox, const RunTimeError& reason) {
