@@ -28,12 +28,6 @@ void ShowFault(QCheckBox* saveBox, const QString& text) {
 } // namespace
 
 void frmMain::ZelButton1_Change() {
-    if (!ZelButton1->Value()) {
-        bAIEnabled = false;
-        EnableControls(When::Switched);
-        UpdatePlotListView();
-        return;
-    }
     QString refusal;
     if (ZelAI1->DeviceNumber() < 0)
         refusal = u"No AI device is selected"_s;
@@ -41,24 +35,10 @@ void frmMain::ZelButton1_Change() {
         refusal = u"No AI channel is selected"_s;
     else if (bDIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
-    if (!refusal.isEmpty()) {
-        MsgBox(this, refusal);
-        PutSwitch(ZelButton1, false);
-        bAIEnabled = false;
-        return;
-    }
-    bAIEnabled = true;
-    EnableControls(When::Switched);
-    UpdatePlotListView();
+    SwitchInput(ZelButton1, bAIEnabled, refusal);
 }
 
 void frmMain::ZelButton2_Change() {
-    if (!ZelButton2->Value()) {
-        bDIEnabled = false;
-        EnableControls(When::Switched);
-        UpdatePlotListView();
-        return;
-    }
     QString refusal;
     if (ZelDIO1->DeviceNumber() < 0)
         refusal = u"No DI device is selected"_s;
@@ -66,13 +46,18 @@ void frmMain::ZelButton2_Change() {
         refusal = u"No DI Port is selected"_s;
     else if (bAIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
-    if (!refusal.isEmpty()) {
+    SwitchInput(ZelButton2, bDIEnabled, refusal);
+}
+
+void frmMain::SwitchInput(ZelButton* button, bool& isInputEnabled, const QString& refusal) {
+    const bool on = button->Value();
+    if (on && !refusal.isEmpty()) {
         MsgBox(this, refusal);
-        PutSwitch(ZelButton2, false);
-        bDIEnabled = false;
+        PutSwitch(button, false);
+        isInputEnabled = false;
         return;
     }
-    bDIEnabled = true;
+    isInputEnabled = on;
     EnableControls(When::Switched);
     UpdatePlotListView();
 }

@@ -254,6 +254,8 @@ private:
     void FillThermocoupleNames();
     void MakeWorkFiles();
 
+    /// The input goes where its switch was put; a `refusal` that is not "" is shown and keeps it off.
+    void SwitchInput(ZelButton* button, bool& isInputEnabled, const QString& refusal);
     void StartSession();
     void StopSession();
     /// Marks the recording as broken for this session and shows why on its save box.
