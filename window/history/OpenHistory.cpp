@@ -10,10 +10,7 @@
 #include "window/widgets/ZelLED.h"
 #include "window/widgets/ZelSlider.h"
 
-#include <QCheckBox>
 #include <QFileDialog>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 
 #include <utility>
@@ -70,12 +67,8 @@ void frmMain::EnterHistoryMode(const std::string& path) {
     LabelNotice->Show({});
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
-    BtnModeSwitch->setEnabled(true);
     BtnModeSwitch->setText(u"Acquisition"_s);
-    EnableHisControls(true);
-    FrameSet->setEnabled(false);
-    BtnStart->setEnabled(false);
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Opened);
 
     ReadProjectInfo();
     BuildPlots(bHistoryMode, true);
@@ -153,13 +146,6 @@ void frmMain::ReadHisDIFile() {
         return;
     const AxisRange range = DigitalAxisRange(nHisDIPortStart, nHisDIPortCount);
     ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
-}
-
-void frmMain::EnableHisControls(bool value) {
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{FrameHis, Label15, Label16, Label14, ChkPlay, BtnAccelerate, BtnStop,
-                                         Label1, Label2, Label6, BtnHisConvert})
-        widget->setEnabled(value);
 }
 
 } // namespace tracelet

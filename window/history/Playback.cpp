@@ -7,8 +7,6 @@
 #include "window/widgets/ZelSlider.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -44,22 +42,20 @@ void frmMain::Play() {
         ZelSliderR->SetValue(0.0);
         SeekScan(0); // the slider may have stood at 0
     }
-    BtnModeSwitch->setEnabled(false);
-    FrameCmd->setEnabled(false);
+    EnableControls(When::Playing);
     if (!ZelHiResTimerCtl1->TimerExists(PlayTimer)) { // no recording was ever opened to the end
         BtnStop_Click();
         return;
     }
     ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, true);
     isHisPlaying = true;
-    BtnHisConvert->setEnabled(false);
 }
 
 void frmMain::Pause() {
     ChkPlay->setText(PlayCaption);
     ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
     isHisPlayPaused = true;
-    BtnModeSwitch->setEnabled(true);
+    EnableControls(When::Paused);
 }
 
 void frmMain::BtnStop_Click() {
@@ -69,9 +65,7 @@ void frmMain::BtnStop_Click() {
     isHisPlaying = false;
     isHisPlayPaused = false;
     ShowPosition(StoppedPosition);
-    BtnModeSwitch->setEnabled(true);
-    BtnHisConvert->setEnabled(true);
-    FrameCmd->setEnabled(true);
+    EnableControls(When::Ended);
 }
 
 void frmMain::BtnAccelerate_Click() {

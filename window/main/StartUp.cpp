@@ -112,10 +112,8 @@ void frmMain::Form_Load() {
     M1.SoftMode = true;
     nDIChanCount = 0;
     BuildPlots(bHistoryMode, true);
-    CkAISave2Disk->setEnabled(false);
-    CkDISave2Disk->setEnabled(false);
     SoftAIWritten = FAIWritten = DIWritten = false;
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Idle);
 }
 
 void frmMain::SizeThermoTables() {

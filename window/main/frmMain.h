@@ -5,13 +5,14 @@
 // clang-format off
 //   main/StartUp.cpp            Form_Load, Form_Unload, BtnExit_Click
 //   main/Session.cpp            ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
-//                               BtnStart_Click, EnableSetCmdControls
+//                               BtnStart_Click
+//   main/Enabled.cpp            EnableSetCmdControls, EnableHisControls; what is enabled by all that happens
 //   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
 //   main/Resize.cpp             Form_Resize
 //   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
 //   files/SaveAs.cpp            BtnSaveAs_Click
-//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
+//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
 //   history/Playback.cpp        ChkPlay_Click, BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
 //                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
@@ -170,6 +171,11 @@ public:
     void CkDISave2Disk_Click();
     void BtnStart_Click();
     void EnableSetCmdControls(bool Enable);
+    /// When controls become enabled or disabled: an input is switched, a session runs or none does, a
+    /// recording is opened, history mode is left or entered again, playback runs, pauses or has ended.
+    enum class When { Switched, Running, Idle, Opened, Left, Reentered, Playing, Paused, Ended };
+    /// Goes by the flags of switches and of what was written, which are set before.
+    void EnableControls(When when);
 
     // ── Procedures: acquisition ──────────────────────────────────────────────────────────────────────
     [[nodiscard]] bool FAIStart();
@@ -243,6 +249,8 @@ private:
     void FillThermocoupleNames();
     void MakeWorkFiles();
 
+    /// The input goes where its switch was put; a `refusal` that is not "" is shown and keeps it off.
+    void SwitchInput(ZelButton* button, bool& isInputEnabled, const QString& refusal);
     void StartSession();
     void StopSession();
     /// Lets what was put reach the disk; an input that records nothing more shows why on its save box.
