@@ -14,6 +14,7 @@ public:
         tracelet::frmMain::Surroundings surroundings;
         surroundings.boards = tracelet::SimulatedBoards();
         surroundings.programFolder = folder.path();
+        surroundings.stateFolder = folder.path().toStdString();
         surroundings.ticks = std::move(ticks);
         window = std::make_unique<tracelet::frmMain>(std::move(surroundings));
         window->show();

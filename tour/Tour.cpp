@@ -68,6 +68,7 @@ void Tour::OpenWindow() {
     window.reset();
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
+    surroundings.stateFolder = "";
     board = std::dynamic_pointer_cast<SimulatedAnalogBoard>(surroundings.boards.analog.front().board);
     surroundings.ticks = [this] {
         return window ? static_cast<std::uint32_t>(window->TickCount * window->nTimerInterval) : 0U;

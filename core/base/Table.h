@@ -14,6 +14,11 @@ class Table {
 public:
     Table() = default;
     explicit Table(std::int64_t count) { Resize(count); }
+    /// A table of these values; raises what Resize does.
+    explicit Table(const std::vector<T>& values) : Table(static_cast<std::int64_t>(values.size())) {
+        for (std::size_t i = 0; i < values.size(); ++i)
+            cells[i].value = values[i];
+    }
 
     /// Makes room for `count` elements and clears all of them. A negative count raises "Subscript out of
     /// range", a count that memory cannot hold "Out of memory"; the table is then unchanged.

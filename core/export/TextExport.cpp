@@ -3,7 +3,6 @@
 #include "core/base/Convert.h"
 #include "core/base/LittleEndian.h"
 #include "core/export/GeneralText.h"
-#include "core/plots/PlotTables.h"
 #include "core/recordings/RecordingReader.h"
 
 #include <algorithm>
@@ -130,12 +129,10 @@ void WriteAnalogText(TextFile& file, const AnalogRecording& recording, const Rea
 
 void WriteDigitalText(TextFile& file, const DigitalRecording& recording, const ReadBytes& read,
                       const Progress& progress) {
-    const std::vector<std::int32_t> selected =
-        SelectedLines(recording.portMask, recording.portStart, recording.portCount);
-    PutHeader(file, ColumnNames(selected));
+    PutHeader(file, ColumnNames(recording.lines));
     if (recording.portCount < 1)
         return; // samples without a byte: the file has ended before the first
-    const std::vector<DigitalLine> lines = Places(selected, recording.portStart);
+    const std::vector<DigitalLine> lines = Places(recording.lines, recording.portStart);
     const auto sampleBytes = static_cast<std::size_t>(recording.portCount);
     std::vector<std::byte> block(std::max<std::size_t>(DigitalBlockBytes / sampleBytes, 1) * sampleBytes);
     Clock clock{recording.scanInterval};

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "core/base/Table.h"
 #include "core/export/TextFile.h"
 
 #include <cstddef>
@@ -35,9 +34,9 @@ struct AnalogRecording {
 struct DigitalRecording {
     std::int32_t portStart = 0;
     std::int32_t portCount = 0;
-    Table<std::uint8_t> portMask; ///< by port number, bit n set when line n was selected
-    double scanInterval = 0.0;    ///< seconds
-    std::int32_t scanCount = 0;   ///< samples at most
+    std::vector<std::int32_t> lines; ///< columns: lines of these ports, port × 8 + line
+    double scanInterval = 0.0;       ///< seconds
+    std::int32_t scanCount = 0;      ///< samples at most
 };
 
 /// The samples of a data file are exported block by block.
@@ -53,8 +52,7 @@ inline constexpr std::size_t AnalogBlockBytes = 400000;
 void WriteAnalogText(TextFile& file, const AnalogRecording& recording, const ReadBytes& read,
                      const Progress& progress);
 
-/// Writes all of "DI.xlt" into `file`: `scanCount` samples, or as many as the data file holds whole. A port
-/// without a mask has no columns.
+/// Writes all of "DI.xlt" into `file`: `scanCount` samples, or as many as the data file holds whole.
 void WriteDigitalText(TextFile& file, const DigitalRecording& recording, const ReadBytes& read,
                       const Progress& progress);
 

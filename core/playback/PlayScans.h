@@ -1,8 +1,9 @@
 #pragma once
 
-#include "core/recordings/RecordingReader.h"
+#include "core/recordings/Recording.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tracelet {
 
@@ -34,6 +35,39 @@ template <FileNumber T, typename Append>
         scans -= wanted;
     }
     return false;
+}
+
+/// PlayScans from scan `scan` of the recording's analog file on; T is the type of its values.
+template <FileNumber T, typename Append>
+[[nodiscard]] bool PlayAnalogScans(const Recording& recording, DataBlock<T>& block, std::int64_t scan,
+                                   std::int64_t scans, Append&& append) {
+    const std::int32_t channels = recording.info.nHisAIChanCount;
+    return PlayScans(block, recording.analogFile, AnalogOffset(scan, channels), channels, scans,
+                     std::forward<Append>(append));
+}
+
+/// PlayScans from scan `scan` of the recording's digital file on.
+template <typename Append>
+[[nodiscard]] bool PlayDigitalScans(const Recording& recording, DataBlock<std::uint8_t>& block,
+                                    std::int64_t scan, std::int64_t scans, Append&& append) {
+    const std::int32_t ports = recording.digitalHeader.nHisDIPortCount;
+    return PlayScans(block, recording.digitalFile, DigitalOffset(scan, ports), ports, scans,
+                     std::forward<Append>(append));
+}
+
+/// Whether a tick plays the digital file: fast recordings have none that belongs to their scans, and one that
+/// did not open counts as absent.
+[[nodiscard]] inline bool PlaysDigital(const Recording& recording) {
+    return recording.info.bHisAISoft && recording.digitalHeader.nHisDIPortCount > 0;
+}
+
+/// What a point of a digital line costs to play, in values.
+constexpr std::int64_t ValuesADigitalPoint = 8;
+
+/// What a scan costs to play, in values, as AffordableScans takes it.
+[[nodiscard]] inline std::int64_t ValuesAScan(const Recording& recording) {
+    return recording.info.nHisAIChanCount + recording.digitalHeader.nHisDIPortCount +
+           static_cast<std::int64_t>(recording.lines.size()) * ValuesADigitalPoint;
 }
 
 } // namespace tracelet

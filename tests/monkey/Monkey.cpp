@@ -46,6 +46,7 @@ void Monkey::Open() {
     frmMain::Surroundings surroundings;
     surroundings.boards = boards;
     surroundings.programFolder = programFolder;
+    surroundings.stateFolder = programFolder.toStdString();
     window = std::make_unique<frmMain>(std::move(surroundings));
     window->show();
     if (random.Percent(30))

@@ -38,6 +38,7 @@ protected:
         frmMain::Surroundings surroundings;
         surroundings.boards = boards;
         surroundings.programFolder = folder.path();
+        surroundings.stateFolder = state.path().toStdString();
         surroundings.ticks = [this] { return now; };
         window = std::make_unique<frmMain>(std::move(surroundings));
         window->show();
@@ -96,6 +97,7 @@ protected:
     }
 
     QTemporaryDir folder;
+    QTemporaryDir state;
     BoardList boards;
     std::uint32_t now = 1000;
     MessageBoxes boxes;

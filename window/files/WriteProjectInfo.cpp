@@ -23,10 +23,11 @@ PlotRecord RecordOf(std::int32_t index, const Table<std::uint32_t>& colors, cons
 } // namespace
 
 void frmMain::WriteProjectInfo() {
-    recorder.Begin();
+    const ProjectInfo info = RecordingInfo();
+    recorder.Begin(FactsOfSession(info));
     if (!recorder.RecreateFastFile())
         MsgBox(this, u"CreateFile Fails "_s, u"WriteProjectInfo"_s);
-    recorder.PutHeader(RecordingInfo());
+    recorder.PutHeader(info);
     ShowRecordingFaults();
 }
 

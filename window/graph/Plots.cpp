@@ -80,7 +80,7 @@ std::vector<PlotLook> frmMain::HistoryLooks() const {
     }
     for (std::int32_t i = 0; bHisDI && i < nHisDIChanCount; ++i) {
         const auto position = static_cast<std::size_t>(i);
-        const std::int32_t line = position < hisLines.size() ? hisLines[position] : i;
+        const std::int32_t line = position < recording.lines.size() ? recording.lines[position] : i;
         looks.push_back(LookFrom(PlotKind::Digital, true, i, M1.HisDIPlotName, M1.HisDIPlotColor,
                                  M1.HisDIPlotLineStyle, LowLevel(line)));
     }

@@ -2,7 +2,6 @@
 #include "window/ground/NoticeLine.h"
 #include "window/main/frmMain.h"
 
-#include <QGroupBox>
 #include <QPushButton>
 
 #include <limits>
@@ -23,17 +22,9 @@ void frmMain::BtnModeSwitch_Click() {
 void frmMain::EnterAcquisitionMode() {
     LabelNotice->Show({});
     ZelGraph1->SetMemoryBudget(std::numeric_limits<std::int64_t>::max()); // what the machine allows
-    EnableHisControls(false);
-    FrameSet->setEnabled(true);
-    BtnStart->setEnabled(true);
+    EnableControls(When::Left);
     BtnModeSwitch->setText(u"History Mode"_s);
-    BtnModeSwitch->setEnabled(false);
-    FrameCmd->setEnabled(true);
-    BtnSaveAs->setEnabled(SoftAIWritten || FAIWritten || DIWritten);
-    if (bHisAI)
-        HisAIFileHandle.Close();
-    if (bHisDI)
-        Files.Close(HisFileNumB);
+    recording.CloseFiles();
     if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
         ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
     isHisPlaying = false; // left in a pause; the pause itself is kept, with its place
@@ -41,10 +32,8 @@ void frmMain::EnterAcquisitionMode() {
 
 // Shows the recording that was open before. Its data files stay closed: playing it ends at the first tick.
 void frmMain::ReenterHistoryMode() {
-    BtnStart->setEnabled(false);
-    EnableHisControls(true);
+    EnableControls(When::Reentered);
     BtnModeSwitch->setText(u"Acquisition"_s);
-    FrameCmd->setEnabled(false);
 }
 
 } // namespace tracelet

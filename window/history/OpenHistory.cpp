@@ -2,7 +2,7 @@
 #include "core/files/Paths.h"
 #include "core/playback/PlaybackPosition.h"
 #include "core/playback/PlaybackRate.h"
-#include "core/recordings/ProjectInfo.h"
+#include "core/recordings/Recording.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/Handler.h"
 #include "window/ground/NoticeLine.h"
@@ -10,11 +10,10 @@
 #include "window/widgets/ZelLED.h"
 #include "window/widgets/ZelSlider.h"
 
-#include <QCheckBox>
 #include <QFileDialog>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
+
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -40,13 +39,6 @@ std::string ChosenProject(QWidget* owner, const std::string& folder) {
     return dialog.selectedFiles().value(0).toStdString();
 }
 
-template <typename T>
-void Assign(Table<T>& table, const std::vector<T>& values) {
-    table.Resize(static_cast<std::int64_t>(values.size()));
-    for (std::size_t i = 0; i < values.size(); ++i)
-        table[static_cast<std::int64_t>(i)] = values[i];
-}
-
 void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& plots) {
     tables.Resize(static_cast<std::int64_t>(plots.size()));
     std::int64_t i = 0;
@@ -58,19 +50,6 @@ void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& p
     }
 }
 
-// Where a data file lies: at the path that the project tells or else, as when its folder was moved, beside
-// the project; its name is then added to `besides`. Where it is in neither place, the path stays.
-std::string DataFile(const std::string& path, const std::string& project, QStringList& besides) {
-    if (const auto there = ExistingFile(path))
-        return *there;
-    const std::string name = FileNameFromPath(path);
-    const auto beside = ExistingFile(SiblingPath(project, name));
-    if (!beside)
-        return path;
-    besides.append(QString::fromStdString(name));
-    return *beside;
-}
-
 } // namespace
 
 void frmMain::BtnHistory_Click() {
@@ -78,45 +57,36 @@ void frmMain::BtnHistory_Click() {
         const std::string lastSaved = szHisProjectFileName.empty() ? szDir : std::string();
         const std::string path = ChosenProject(this, lastSaved);
         if (FileExists(path))
-            OpenRecording(path);
+            EnterHistoryMode(path);
     });
 }
 
-void frmMain::OpenRecording(const std::string& path) {
+void frmMain::EnterHistoryMode(const std::string& path) {
     if (isHisPlaying || isHisPlayPaused)
         BtnStop_Click();
     LabelNotice->Show({});
     szHisProjectFileName = path;
     bHisFileExist = bHistoryMode = true;
-    BtnModeSwitch->setEnabled(true);
     BtnModeSwitch->setText(u"Acquisition"_s);
-    EnableHisControls(true);
-    FrameSet->setEnabled(false);
-    BtnStart->setEnabled(false);
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Opened);
 
     ReadProjectInfo();
     BuildPlots(bHistoryMode, true);
-    OpenDataFiles();
+    ShowDataFiles();
     ShowRecordingStart();
     PreparePlayback();
 }
 
-void frmMain::OpenDataFiles() {
-    HisAIFileHandle.Close();
-    Files.Close(HisFileNumB);
-    HisScanIndex = 0;
-    nHisDIPortStart = nHisDIPortCount = 0;
-    hisLines.clear();
-    QStringList besides;
-    if (bHisAI)
-        ReadHisAIFile(DataFile(AIDataPath, szHisProjectFileName, besides));
-    if (bHisDI)
-        ReadHisDIFile(DataFile(DIDataPath, szHisProjectFileName, besides));
-    if (!besides.empty())
-        LabelNotice->Show((besides.size() == 1 ? u"%1 was found beside the project"_s
-                                               : u"%1 were found beside the project"_s)
-                              .arg(besides.join(u" and "_s)));
+void frmMain::ShowDataFiles() {
+    ReadHisAIFile();
+    ReadHisDIFile();
+    QStringList names;
+    for (const std::string& name : recording.foundBeside)
+        names.append(QString::fromStdString(name));
+    if (!names.empty())
+        LabelNotice->Show(
+            (names.size() == 1 ? u"%1 was found beside the project"_s : u"%1 were found beside the project"_s)
+                .arg(names.join(u" and "_s)));
 }
 
 void frmMain::ShowRecordingStart() {
@@ -152,56 +122,30 @@ void frmMain::PreparePlayback() {
 }
 
 void frmMain::ReadProjectInfo() {
-    const ProjectInfo info = ReadProjectFile(szHisProjectFileName);
-    bHisAI = info.bHisAI;
-    bHisDI = info.bHisDI;
-    bHisAISoft = info.bHisAISoft;
-    bHisAIAnalog = info.bHisAIAnalog;
-    nHisAIChanCount = info.nHisAIChanCount;
-    nHisDIChanCount = info.nHisDIChanCount;
-    nHisAIMaxChanNum = info.nHisAIMaxChanNum();
-    nHisDIMaxPortCount = info.nHisDIMaxPortCount();
-    HisScanCount = info.ScanCount;
-    ScanInterval = info.ScanInterval;
-    AIDataPath = info.AIDataPath;
-    DIDataPath = info.DIDataPath;
-
+    // A missing analog file is created, so that there are no analog data rather than an error.
+    Recording opened = OpenRecording(szHisProjectFileName, Disposition::OpenAlways);
+    const ProjectInfo& info = opened.info;
     AssignPlots({M1.HisAIPlotLineStyle, M1.HisAIPlotColor, M1.HisAIPlotName}, info.aiPlots);
-    Assign(M1.HisAIChanIsThermo, info.HisAIChanIsThermo);
-    M1.HisAIRangeLimits.Resize(std::int64_t{nHisAIMaxChanNum} * 2);
+    M1.HisAIChanIsThermo = Table(info.HisAIChanIsThermo);
+    M1.HisAIRangeLimits.Resize(std::int64_t{info.nHisAIMaxChanNum()} * 2);
     AssignPlots({M1.HisDIPlotLineStyle, M1.HisDIPlotColor, M1.HisDIPlotName}, info.diPlots);
-    Assign(M1.HisDIPortMask, info.HisDIPortMask);
+    M1.HisDIPortMask = Table(info.HisDIPortMask);
+    recording = std::move(opened);
+    HisScanIndex = 0;
 }
 
-void frmMain::ReadHisAIFile(const std::string& szFileName) {
-    HisAIFileHandle.Close();
-    try {
-        HisAIFileHandle = SystemFile(szFileName, Disposition::OpenAlways);
-        HisScanIndex = 0;
-    } catch (const RunTimeError&) {
+void frmMain::ReadHisAIFile() {
+    if (recording.analogFault)
         MsgBox(this, u"CreateFile Fails "_s, u"ReadHisAIFile"_s);
-    }
 }
 
-void frmMain::ReadHisDIFile(const std::string& szFileName) {
-    Handler(this, u"ReadHisAIFile"_s, [&] { // the title is shared with the analog reader
-        Files.Close(HisFileNumB);
-        Files.OpenForReading(HisFileNumB, szFileName);
-        const DigitalHeader header = ReadDigitalHeader(Files.File(HisFileNumB));
-        nHisDIPortStart = header.nHisDIPortStart;
-        nHisDIPortCount = header.nHisDIPortCount;
-        hisLines = SelectedLines(M1.HisDIPortMask, nHisDIPortStart, nHisDIPortCount);
-        const AxisRange range = DigitalAxisRange(nHisDIPortStart, nHisDIPortCount);
-        ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
-        BuildPlots(bHistoryMode, false); // the lines' levels are known now
-    });
-}
-
-void frmMain::EnableHisControls(bool value) {
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{FrameHis, Label15, Label16, Label14, ChkPlay, BtnAccelerate, BtnStop,
-                                         Label1, Label2, Label6, BtnHisConvert})
-        widget->setEnabled(value);
+void frmMain::ReadHisDIFile() {
+    if (recording.digitalFault) // the title is shared with the analog reader
+        MsgBox(this, QString::fromUtf8(recording.digitalFault->what()), u"ReadHisAIFile"_s);
+    if (nHisDIPortCount < 1)
+        return;
+    const AxisRange range = DigitalAxisRange(nHisDIPortStart, nHisDIPortCount);
+    ZelGraph1->AxisSetRange(DigitalAxis, range.minimum, range.maximum);
 }
 
 } // namespace tracelet

@@ -7,8 +7,6 @@
 #include "window/widgets/ZelSlider.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QPushButton>
 
 using namespace Qt::StringLiterals;
 
@@ -18,8 +16,6 @@ namespace {
 // The two characters are a triangle and a pause sign in the button's symbol font.
 const QString PlayCaption = u"4"_s;
 const QString PauseCaption = u";"_s;
-
-constexpr std::int64_t ValuesADigitalPoint = 8; // what a point of a line costs, in values
 
 constexpr double StoppedPosition = 0.1; // percent; not 0, so that the next start moves the slider
 
@@ -46,22 +42,20 @@ void frmMain::Play() {
         ZelSliderR->SetValue(0.0);
         SeekScan(0); // the slider may have stood at 0
     }
-    BtnModeSwitch->setEnabled(false);
-    FrameCmd->setEnabled(false);
+    EnableControls(When::Playing);
     if (!ZelHiResTimerCtl1->TimerExists(PlayTimer)) { // no recording was ever opened to the end
         BtnStop_Click();
         return;
     }
     ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, true);
     isHisPlaying = true;
-    BtnHisConvert->setEnabled(false);
 }
 
 void frmMain::Pause() {
     ChkPlay->setText(PlayCaption);
     ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
     isHisPlayPaused = true;
-    BtnModeSwitch->setEnabled(true);
+    EnableControls(When::Paused);
 }
 
 void frmMain::BtnStop_Click() {
@@ -71,9 +65,7 @@ void frmMain::BtnStop_Click() {
     isHisPlaying = false;
     isHisPlayPaused = false;
     ShowPosition(StoppedPosition);
-    BtnModeSwitch->setEnabled(true);
-    BtnHisConvert->setEnabled(true);
-    FrameCmd->setEnabled(true);
+    EnableControls(When::Ended);
 }
 
 void frmMain::BtnAccelerate_Click() {
@@ -132,24 +124,21 @@ void frmMain::HistoryTick() {
 
 // Scans that a tick plays: dHisPlaySpeed, as far as the window stays usable.
 std::int32_t frmMain::ScansATick() const {
-    const auto lines = static_cast<std::int64_t>(hisLines.size());
-    return AffordableScans(dHisPlaySpeed, nHisAIChanCount + nHisDIPortCount + lines * ValuesADigitalPoint);
+    return AffordableScans(dHisPlaySpeed, ValuesAScan(recording));
 }
 
 // Plays the scans of one tick; True when a file ran out, or when there is none.
 bool frmMain::PlayTick() {
-    bool analogEnd = false;
+    const bool playsDI = PlaysDigital(recording);
+    bool analogEnd = !playsDI; // nothing to play, unless there are analog data
     bool digitalEnd = false;
-    if (!bHisAISoft) {
-        PlayFAIData(analogEnd);
-        return analogEnd;
-    }
-    const bool playsDI = bHisDI && nHisDIPortCount > 0; // a file that did not open counts as absent
-    if (bHisAI)
+    if (bHisAI && bHisAISoft)
         PlaySoftAIData(analogEnd);
+    else if (bHisAI)
+        PlayFAIData(analogEnd);
     if (playsDI)
         PlaySoftDIData(digitalEnd);
-    return analogEnd || digitalEnd || !(bHisAI || playsDI);
+    return analogEnd || digitalEnd;
 }
 
 void frmMain::PlayFAIData(bool& end) {
@@ -165,27 +154,27 @@ void frmMain::PlaySoftAIData(bool& end) {
 
 template <typename T>
 void frmMain::PlayAnalog(DataBlock<T>& block, bool& end) {
-    end = PlayScans(block, HisAIFileHandle, AnalogOffset(HisScanIndex, nHisAIChanCount), nHisAIChanCount,
-                    ScansATick(), [this](std::span<const T> values, std::int32_t scans) {
-                        Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
-                    });
+    end = PlayAnalogScans(recording, block, HisScanIndex, ScansATick(),
+                          [this](std::span<const T> values, std::int32_t scans) {
+                              Append(*ZelGraph1, ScanInterval, nHisAIChanCount, values, scans);
+                          });
 }
 
 void frmMain::PlaySoftDIData(bool& end) {
     std::int64_t scan = HisScanIndex;
-    end = PlayScans(hisPorts, Files.File(HisFileNumB), DigitalOffset(scan, nHisDIPortCount), nHisDIPortCount,
-                    ScansATick(), [&](std::span<const std::uint8_t> states, std::int32_t scans) {
-                        const auto ports = static_cast<std::size_t>(nHisDIPortCount);
-                        for (std::int32_t s = 0; s < scans; ++s, ++scan)
-                            PlayPorts(states.subspan(static_cast<std::size_t>(s) * ports), scan);
-                    });
+    end = PlayDigitalScans(recording, hisPorts, scan, ScansATick(),
+                           [&](std::span<const std::uint8_t> states, std::int32_t scans) {
+                               const auto ports = static_cast<std::size_t>(nHisDIPortCount);
+                               for (std::int32_t s = 0; s < scans; ++s, ++scan)
+                                   PlayPorts(states.subspan(static_cast<std::size_t>(s) * ports), scan);
+                           });
 }
 
 // Appends the recorded lines of one scan; `states` starts with the bytes of its ports.
 void frmMain::PlayPorts(std::span<const std::uint8_t> states, std::int64_t scan) {
     const double time = ScanTime(scan, ScanInterval);
     int plot = nHisAIChanCount;
-    for (const std::int32_t index : hisLines) {
+    for (const std::int32_t index : recording.lines) {
         if (plot >= ZelGraph1->PlotCount())
             return;
         ZelGraph1->AddPoint(plot++, time, LineLevel(index, states, nHisDIPortStart));

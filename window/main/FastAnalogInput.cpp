@@ -83,7 +83,7 @@ void frmMain::HandleHalf(std::span<const std::int16_t> RawData, std::span<const 
     default:
         MsgBox(this, u"Wrong Data Return Type"_s, u"OnFirstBufferChange"_s);
     }
-    recorder.CountScans(DataCntPerChan);
+    recorder.CountHalf(DataCntPerChan);
     SettleRecording();
 }
 
@@ -110,15 +110,15 @@ void frmMain::BufferChangeFunc(std::span<const std::int16_t> DataArray, std::int
 }
 
 void frmMain::AppendSingles(std::span<const float> Buffer, std::int32_t Count) {
-    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)));
+    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)), Count / ZelAI1->ScanChannelCount());
 }
 
 void frmMain::AppendLongs(std::span<const std::int32_t> Buffer, std::int32_t Count) {
-    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)));
+    recorder.PutHalf(Buffer.first(static_cast<std::size_t>(Count)), Count / ZelAI1->ScanChannelCount());
 }
 
 void frmMain::ZelAI1_OnOverrunNotice() {
-    ++OverrunCount;
+    recorder.CountOverrun();
 }
 
 void frmMain::ZelAI1_OnInputFailed() {

@@ -156,23 +156,22 @@ void MainWidgets::BuildDeviceGroup(QWidget& window) {
 void MainWidgets::BuildSignalGroup(QWidget& window) {
     FrameCmd = Named<QGroupBox>("FrameCmd", u"Signal"_s, &window);
     ZelButton1 = Named<ZelButton>("ZelButton1", FrameCmd);
-    ZelButton1->setText(u"AI"_s);
     ZelButton2 = Named<ZelButton>("ZelButton2", FrameCmd);
-    ZelButton2->setText(u"DI"_s);
     LabelAIOn = Named<QLabel>("LabelAIOn", u"On"_s, FrameCmd);
     LabelAI = Named<QLabel>("LabelAI", u"Analog\ninput"_s, FrameCmd);
     LabelDIOn = Named<QLabel>("LabelDIOn", u"On"_s, FrameCmd);
     LabelDI = Named<QLabel>("LabelDI", u"Digital\ninput"_s, FrameCmd);
     QGridLayout* grid = GridIn(FrameCmd);
     grid->setVerticalSpacing(0);
-    grid->addWidget(ZelButton1, 0, 0, 2, 1);
-    grid->addWidget(LabelAIOn, 0, 1);
-    grid->addWidget(LabelAI, 1, 1);
-    grid->addWidget(ZelButton2, 0, 2, 2, 1);
-    grid->addWidget(LabelDIOn, 0, 3);
-    grid->addWidget(LabelDI, 1, 3);
-    grid->setColumnStretch(1, 1);
-    grid->setColumnStretch(3, 1);
+    const auto add = [grid](int column, ZelButton* button, const QString& text, QLabel* on, QLabel* name) {
+        button->setText(text);
+        grid->addWidget(button, 0, column, 2, 1);
+        grid->addWidget(on, 0, column + 1);
+        grid->addWidget(name, 1, column + 1);
+        grid->setColumnStretch(column + 1, 1);
+    };
+    add(0, ZelButton1, u"AI"_s, LabelAIOn, LabelAI);
+    add(2, ZelButton2, u"DI"_s, LabelDIOn, LabelDI);
 }
 
 void MainWidgets::BuildGraphGroup(QWidget& window) {

@@ -7,8 +7,6 @@
 #include "window/widgets/ZelButton.h"
 
 #include <QCheckBox>
-#include <QGroupBox>
-#include <QLabel>
 #include <QPushButton>
 
 #include <utility>
@@ -30,12 +28,6 @@ void ShowFault(QCheckBox* saveBox, const QString& text) {
 } // namespace
 
 void frmMain::ZelButton1_Change() {
-    if (!ZelButton1->Value()) {
-        bAIEnabled = false;
-        CkAISave2Disk->setEnabled(false);
-        UpdatePlotListView();
-        return;
-    }
     QString refusal;
     if (ZelAI1->DeviceNumber() < 0)
         refusal = u"No AI device is selected"_s;
@@ -43,24 +35,10 @@ void frmMain::ZelButton1_Change() {
         refusal = u"No AI channel is selected"_s;
     else if (bDIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
-    if (!refusal.isEmpty()) {
-        MsgBox(this, refusal);
-        PutSwitch(ZelButton1, false);
-        bAIEnabled = false;
-        return;
-    }
-    bAIEnabled = true;
-    CkAISave2Disk->setEnabled(true);
-    UpdatePlotListView();
+    SwitchInput(ZelButton1, bAIEnabled, refusal);
 }
 
 void frmMain::ZelButton2_Change() {
-    if (!ZelButton2->Value()) {
-        bDIEnabled = false;
-        CkDISave2Disk->setEnabled(false);
-        UpdatePlotListView();
-        return;
-    }
     QString refusal;
     if (ZelDIO1->DeviceNumber() < 0)
         refusal = u"No DI device is selected"_s;
@@ -68,14 +46,19 @@ void frmMain::ZelButton2_Change() {
         refusal = u"No DI Port is selected"_s;
     else if (bAIEnabled && !M1.SoftMode)
         refusal = FastExcludesDigital;
-    if (!refusal.isEmpty()) {
+    SwitchInput(ZelButton2, bDIEnabled, refusal);
+}
+
+void frmMain::SwitchInput(ZelButton* button, bool& isInputEnabled, const QString& refusal) {
+    const bool on = button->Value();
+    if (on && !refusal.isEmpty()) {
         MsgBox(this, refusal);
-        PutSwitch(ZelButton2, false);
-        bDIEnabled = false;
+        PutSwitch(button, false);
+        isInputEnabled = false;
         return;
     }
-    bDIEnabled = true;
-    CkDISave2Disk->setEnabled(true);
+    isInputEnabled = on;
+    EnableControls(When::Switched);
     UpdatePlotListView();
 }
 
@@ -110,8 +93,7 @@ void frmMain::StartSession() {
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
     BtnStart->setText(u"Stop"_s);
-    EnableSetCmdControls(false);
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Running);
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
@@ -125,7 +107,7 @@ void frmMain::StartSession() {
     const QString reason = M1.SoftMode ? pollStartFault : ZelAI1->ErrorText();
     MsgBox(this, reason.isEmpty() ? u"Device start failed"_s : reason, u"BtnStart"_s);
     isSystemRunning = false;
-    EnableSetCmdControls(true);
+    EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
 }
 
@@ -142,20 +124,8 @@ void frmMain::StopSession() {
     }
     WriteStopRecord(elapsed);
     isSystemRunning = false;
-    EnableSetCmdControls(true);
+    EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
-    BtnSaveAs->setEnabled(recorder.IsWritten());
-}
-
-void frmMain::EnableSetCmdControls(bool Enable) {
-    for (QWidget* widget :
-         std::initializer_list<QWidget*>{FrameSet, BtnSet, CkAISave2Disk, CkDISave2Disk, FrameCmd, ZelButton1,
-                                         ZelButton2, BtnHistory, LabelAI, LabelAIOn, LabelDI, LabelDIOn})
-        widget->setEnabled(Enable);
-    if (!Enable)
-        return;
-    CkAISave2Disk->setEnabled(bAIEnabled);
-    CkDISave2Disk->setEnabled(bDIEnabled);
 }
 
 void frmMain::SettleRecording() {
@@ -166,9 +136,16 @@ void frmMain::SettleRecording() {
 void frmMain::ShowRecordingFaults() {
     for (const auto& [input, saveBox] :
          {std::pair(Recorder::Analog, CkAISave2Disk), std::pair(Recorder::Digital, CkDISave2Disk)}) {
-        if (!recorder.Fault(input).empty())
-            ShowFault(saveBox, u"Recording stopped: %1"_s.arg(QString::fromStdString(recorder.Fault(input))));
+        const std::string& fault = recorder.Fault(input);
+        ShowFault(saveBox,
+                  fault.empty() ? QString() : u"Recording stopped: %1"_s.arg(QString::fromStdString(fault)));
     }
+    if (!recorder.ReadFault().empty())
+        ShowLostScans();
+}
+
+void frmMain::ShowLostScans() {
+    ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(recorder.ReadFault())));
 }
 
 void frmMain::ClearRecordingFaults() {

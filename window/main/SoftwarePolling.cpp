@@ -152,7 +152,7 @@ void frmMain::SoftPoolTimerPorc() {
         SoftAIScan();
     if (bDIEnabled)
         SoftDIScan();
-    recorder.CountScans(1);
+    recorder.CountTick(surroundings.ticks() - StartTicks);
     SettleRecording();
 }
 
@@ -181,7 +181,7 @@ void frmMain::FinishTickAside() {
         TakeScan();
     if (bDIEnabled)
         TakePorts();
-    recorder.CountScans(1);
+    recorder.CountTick(surroundings.ticks() - StartTicks);
     SettleRecording();
 }
 
@@ -224,7 +224,7 @@ void frmMain::ShowThermoSelection() {
 // A board that fails for a while costs its scans; that it does shows until it answers again.
 void frmMain::LoseScan() {
     if (recorder.LoseScan(polled.analogFault))
-        ShowOnSaveBoxes(u"Scans are being lost: %1"_s.arg(QString::fromStdString(polled.analogFault)));
+        ShowLostScans();
     ShowLosses();
 }
 

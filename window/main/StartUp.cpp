@@ -112,10 +112,8 @@ void frmMain::Form_Load() {
     M1.SoftMode = true;
     nDIChanCount = 0;
     BuildPlots(bHistoryMode, true);
-    CkAISave2Disk->setEnabled(false);
-    CkDISave2Disk->setEnabled(false);
     SoftAIWritten = FAIWritten = DIWritten = false;
-    BtnSaveAs->setEnabled(false);
+    EnableControls(When::Idle);
 }
 
 void frmMain::SizeThermoTables() {
@@ -171,7 +169,8 @@ void frmMain::FillThermocoupleNames() {
 }
 
 void frmMain::MakeWorkFiles() {
-    recorder.Open(MakeWorkFolder(szProgramPath));
+    const std::string stateFolder = surroundings.stateFolder ? *surroundings.stateFolder : StateFolder();
+    recorder.Open(MakeWorkFolder(szProgramPath, stateFolder), stateFolder);
 }
 
 void frmMain::Form_Unload() {
@@ -183,7 +182,7 @@ void frmMain::Form_Unload() {
     if (isHisPlaying)
         QuietHandler([this] { BtnStop_Click(); });
     recorder.Close();
-    HisAIFileHandle.Close();
+    recording.CloseFiles();
     RemoveWorkFolder(recorder.work);
 }
 

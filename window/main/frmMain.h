@@ -5,13 +5,14 @@
 // clang-format off
 //   main/StartUp.cpp            Form_Load, Form_Unload, BtnExit_Click
 //   main/Session.cpp            ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
-//                               BtnStart_Click, EnableSetCmdControls
+//                               BtnStart_Click
+//   main/Enabled.cpp            EnableSetCmdControls, EnableHisControls; what is enabled by all that happens
 //   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
 //   main/Resize.cpp             Form_Resize
-//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord
+//   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; beside it SessionFacts
 //   files/SaveAs.cpp            BtnSaveAs_Click
-//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile, EnableHisControls
+//   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
 //   history/Playback.cpp        ChkPlay_Click, BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
 //                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
@@ -29,7 +30,7 @@
 #include "core/input/PollReader.h"
 #include "core/input/Recorder.h"
 #include "core/plots/PlotTables.h"
-#include "core/recordings/RecordingReader.h"
+#include "core/recordings/Recording.h"
 #include "core/settings/M1.h"
 #include "window/controls/ZelAI.h"
 #include "window/controls/ZelDIO.h"
@@ -54,7 +55,6 @@ class QMenu;
 namespace tracelet {
 
 struct ChannelNumbers;
-struct ProjectInfo;
 
 class frmMain : public QWidget, public MainWidgets {
     Q_OBJECT
@@ -65,6 +65,9 @@ public:
         BoardList boards = FindBoards();
         QString programFolder; ///< "" is the folder that the program lies in
         TickClock ticks = GetTickCount;
+        /// Where the program keeps what outlives it (a native path, "" for nowhere); unless told the user's
+        /// folder.
+        std::optional<std::string> stateFolder{};
     };
 
     frmMain();
@@ -120,31 +123,30 @@ public:
 
     static constexpr int AIFileNum = Recorder::AIFileNum;
     static constexpr int DIFileNum = Recorder::DIFileNum;
-    static constexpr int HisFileNumA = 3;
-    static constexpr int HisFileNumB = 4;
     static constexpr int ProjectFileNum = Recorder::ProjectFileNum;
     BinaryFiles& Files = recorder.Files; ///< the files open under these numbers
     SystemFile& FAIFileHandle = recorder.FAIFileHandle;
 
     // ── History ──────────────────────────────────────────────────────────────────────────────────────
-    bool bHistoryMode = false;  ///< the window shows a recording
-    bool bHisFileExist = false; ///< a recording was opened at least once
-    bool bHisAI = false;
-    bool bHisDI = false;
-    bool bHisAISoft = false;   ///< polled recording
-    bool bHisAIAnalog = false; ///< analog samples are floats; else converter codes
-    std::int32_t nHisAIChanCount = 0;
-    std::int32_t nHisAIMaxChanNum = 0;
-    std::int32_t nHisDIChanCount = 0;
-    std::int32_t nHisDIMaxPortCount = 0;
-    std::int32_t nHisDIPortStart = 0;
-    std::int32_t nHisDIPortCount = 0;
-    std::int32_t HisScanCount = 0; ///< scans of the recording
-    double ScanInterval = 0.0;     ///< seconds between two scans of the recording
-    std::string AIDataPath;
-    std::string DIDataPath;
-    std::string szHisProjectFileName;
-    SystemFile HisAIFileHandle;     ///< analog data of the recording
+    bool bHistoryMode = false;        ///< the window shows a recording
+    bool bHisFileExist = false;       ///< a recording was opened at least once
+    std::string szHisProjectFileName; ///< the project chosen last, whether or not it could be opened
+    Recording recording;              ///< the one that is shown; replaced whole by the next
+    const bool& bHisAI = recording.info.bHisAI;
+    const bool& bHisDI = recording.info.bHisDI;
+    const bool& bHisAISoft = recording.info.bHisAISoft;
+    const bool& bHisAIAnalog = recording.info.bHisAIAnalog;
+    const std::int32_t& nHisAIChanCount = recording.info.nHisAIChanCount;
+    const std::int32_t& nHisDIChanCount = recording.info.nHisDIChanCount;
+    [[nodiscard]] std::int32_t nHisAIMaxChanNum() const { return recording.info.nHisAIMaxChanNum(); }
+    [[nodiscard]] std::int32_t nHisDIMaxPortCount() const { return recording.info.nHisDIMaxPortCount(); }
+    const std::int32_t& nHisDIPortStart = recording.digitalHeader.nHisDIPortStart;
+    const std::int32_t& nHisDIPortCount = recording.digitalHeader.nHisDIPortCount;
+    const std::int32_t& HisScanCount = recording.info.ScanCount;
+    const double& ScanInterval = recording.info.ScanInterval;
+    const std::string& AIDataPath = recording.info.AIDataPath;
+    const std::string& DIDataPath = recording.info.DIDataPath;
+    const SystemFile& HisAIFileHandle = recording.analogFile;
     std::int32_t dHisPlaySpeed = 1; ///< scans read and plotted a tick, as far as the window stays usable
     std::int64_t HisScanIndex = 0;  ///< scan that the next tick reads
     bool isHisPlaying = false;
@@ -172,6 +174,11 @@ public:
     void CkDISave2Disk_Click();
     void BtnStart_Click();
     void EnableSetCmdControls(bool Enable);
+    /// When controls become enabled or disabled: an input is switched, a session runs or none does, a
+    /// recording is opened, history mode is left or entered again, playback runs, pauses or has ended.
+    enum class When { Switched, Running, Idle, Opened, Left, Reentered, Playing, Paused, Ended };
+    /// Goes by the flags of switches and of what was written, which are set before.
+    void EnableControls(When when);
 
     // ── Procedures: acquisition ──────────────────────────────────────────────────────────────────────
     [[nodiscard]] bool FAIStart();
@@ -194,9 +201,10 @@ public:
     void BtnHistory_Click();
     void BtnModeSwitch_Click();
     void EnableHisControls(bool value);
+    /// Opens the chosen project and its data files, all before anything of the last recording goes.
     void ReadProjectInfo();
-    void ReadHisAIFile(const std::string& szFileName);
-    void ReadHisDIFile(const std::string& szFileName);
+    void ReadHisAIFile(); ///< says so when the analog data did not open
+    void ReadHisDIFile(); ///< says so when the digital data did not open; else shows their range
     void ChkPlay_Click();
     void BtnStop_Click();
     void BtnAccelerate_Click();
@@ -244,11 +252,14 @@ private:
     void FillThermocoupleNames();
     void MakeWorkFiles();
 
+    /// The input goes where its switch was put; a `refusal` that is not "" is shown and keeps it off.
+    void SwitchInput(ZelButton* button, bool& isInputEnabled, const QString& refusal);
     void StartSession();
     void StopSession();
     /// Lets what was put reach the disk; an input that records nothing more shows why on its save box.
     void SettleRecording();
     void ShowRecordingFaults();
+    void ShowLostScans();
     void ClearRecordingFaults();
     /// Shows `text` on the save boxes of recordings under way that are not at fault; "" for nothing wrong.
     void ShowOnSaveBoxes(const QString& text);
@@ -262,6 +273,8 @@ private:
     void AppendLongs(std::span<const std::int32_t> Buffer, std::int32_t Count);
 
     [[nodiscard]] ProjectInfo RecordingInfo() const;
+    [[nodiscard]] SessionFacts FactsOfSession(const ProjectInfo& info) const;
+    [[nodiscard]] SessionFacts::Channel FactsOfChannel(std::int32_t position, const ProjectInfo& info) const;
     void AddAnalogSections(ProjectInfo& info) const;
     void AddDigitalSections(ProjectInfo& info) const;
 
@@ -281,10 +294,9 @@ private:
     void ShowThermoSelection();
     void LoseScan();
     void ShowLosses();
-    void EndReadFault();
 
-    void OpenRecording(const std::string& path);
-    void OpenDataFiles();
+    void EnterHistoryMode(const std::string& path);
+    void ShowDataFiles();
     void ShowRecordingStart();
     void PreparePlayback();
     void EnterAcquisitionMode();
@@ -338,7 +350,6 @@ private:
     DataBlock<float> hisFloats; ///< what the last tick read
     DataBlock<std::int32_t> hisCodes;
     DataBlock<std::uint8_t> hisPorts;
-    std::vector<std::int32_t> hisLines; ///< recorded lines in plot order, port × 8 + line
 };
 
 } // namespace tracelet

@@ -112,9 +112,4 @@ void OnChosen(QAbstractButton* option, const std::function<void()>& handler) {
     });
 }
 
-void EnableAll(std::initializer_list<QWidget*> widgets, bool enable) {
-    for (QWidget* widget : widgets)
-        widget->setEnabled(enable);
-}
-
 } // namespace tracelet

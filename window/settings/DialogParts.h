@@ -1,5 +1,6 @@
 #pragma once
 
+#include "window/ground/EnableAll.h"
 #include "window/ground/Named.h"
 
 #include <QString>
@@ -7,14 +8,12 @@
 
 #include <cstdint>
 #include <functional>
-#include <initializer_list>
 
 class QAbstractButton;
 class QComboBox;
 class QGridLayout;
 class QLabel;
 class QLineEdit;
-class QWidget;
 
 namespace tracelet {
 
@@ -56,7 +55,5 @@ void OnChosen(QComboBox* list, const std::function<void()>& handler);
 
 /// Runs `handler` once each time the option is chosen, by a click on the selected option too.
 void OnChosen(QAbstractButton* option, const std::function<void()>& handler);
-
-void EnableAll(std::initializer_list<QWidget*> widgets, bool enable);
 
 } // namespace tracelet

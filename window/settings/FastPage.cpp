@@ -204,8 +204,8 @@ void frmSetting::cmdFAIOK_Click() {
         main.ZelGraph1->SetXAxisMax(10.0);
         main.ShowDIVValue(1.0);
         PutSwitch(main.ZelButton1, true);
-        main.CkAISave2Disk->setEnabled(true);
         main.bAIEnabled = true;
+        main.EnableControls(frmMain::When::Switched);
         if (main.bFAICyclic)
             main.nAISampleCnt = CyclicSampleCount(ZelAI1.SampleRate());
         main.M1.SoftMode = false;

@@ -146,7 +146,7 @@ void frmSetting::DISelectDevice_Click() {
 void frmSetting::SwitchDigitalOff() {
     PutSwitch(main.ZelButton2, false);
     main.bDIEnabled = false;
-    main.CkDISave2Disk->setEnabled(false);
+    main.EnableControls(frmMain::When::Switched);
 }
 
 void frmSetting::SetDIProperties() {

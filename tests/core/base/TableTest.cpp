@@ -26,6 +26,13 @@ TEST(Table, ResizeClears) {
     EXPECT_FALSE(table[0]);
 }
 
+TEST(Table, TakesValues) {
+    const Table<std::int32_t> table(std::vector<std::int32_t>{3, 5});
+    EXPECT_EQ(table.Count(), 2);
+    EXPECT_EQ(table[0], 3);
+    EXPECT_EQ(table[1], 5);
+}
+
 TEST(Table, RefusesCountsThatCannotBe) {
     Table<double> table(2);
     EXPECT_THAT([&] { table.Resize(-1); }, OutOfRange);

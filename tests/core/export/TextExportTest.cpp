@@ -2,6 +2,7 @@
 
 #include "core/base/LittleEndian.h"
 #include "core/base/RunTimeError.h"
+#include "core/plots/PlotTables.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <algorithm>
@@ -314,11 +315,7 @@ Bytes DigitalData(std::int32_t portStart, std::int32_t portCount, const std::vec
 
 DigitalRecording Ports(std::int32_t start, const std::vector<std::uint8_t>& masks, std::int32_t count,
                        std::int32_t scanCount) {
-    DigitalRecording recording{start, count, Table<std::uint8_t>(static_cast<std::int64_t>(masks.size())),
-                               0.25, scanCount};
-    for (std::size_t i = 0; i < masks.size(); ++i)
-        recording.portMask[static_cast<std::int64_t>(i)] = masks[i];
-    return recording;
+    return {start, count, SelectedLines(Table<std::uint8_t>(masks), start, count), 0.25, scanCount};
 }
 
 TEST(DigitalText, ExactBytes) {

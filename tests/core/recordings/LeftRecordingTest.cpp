@@ -2,6 +2,7 @@
 
 #include "core/base/LittleEndian.h"
 #include "core/disk/UserFolders.h"
+#include "core/files/Paths.h"
 #include "core/recordings/SessionFile.h"
 #include "tests/support/TemporaryFolder.h"
 

@@ -249,13 +249,13 @@ TEST_F(ConvertWindowTest, ATextWhoseDataCannotBeReadDoesNotStay) {
     EXPECT_EQ(Text("digital/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.1\t0\t0\t1\r\n0.2\t1\t0\t1\r\n0.3\t0\t0\t1");
     EXPECT_EQ(Notice(), "AI.xlt" + reason);
 
-    MakeUnreadable(window->Files.File(frmMain::HisFileNumB));
+    MakeUnreadable(window->recording.digitalFile);
     ConvertInto(u"none"_s);
     EXPECT_THAT(Made(), ElementsAre("digital"));
     EXPECT_EQ(Notice(), "AI.xlt" + reason + "; DI.xlt" + reason);
 
     OpenProject(project);
-    MakeUnreadable(window->Files.File(frmMain::HisFileNumB));
+    MakeUnreadable(window->recording.digitalFile);
     ConvertInto(u"analog"_s);
     EXPECT_EQ(Text("analog/AI.xlt"), "Time\tLeft\tµ\r\n0.1\t0\t1\r\n0.2\t10\t11");
     EXPECT_FALSE(Exists("analog/DI.xlt"));

@@ -186,9 +186,9 @@ TEST_F(GraphSetTest, CoversColoursOfLinesAndOfARecording) {
     EXPECT_EQ(window->M1.DIPlotColor[14], 0x030201U);
     EXPECT_EQ(window->M1.AIPlotColor[0], 0x0000FFU);
 
-    window->bHistoryMode = window->bHisAI = window->bHisDI = true;
-    window->ScanInterval = 0.1;
-    window->nHisAIChanCount = window->nHisDIChanCount = 1;
+    window->bHistoryMode = window->recording.info.bHisAI = window->recording.info.bHisDI = true;
+    window->recording.info.ScanInterval = 0.1;
+    window->recording.info.nHisAIChanCount = window->recording.info.nHisDIChanCount = 1;
     for (auto* table : {&window->M1.HisAIPlotLineStyle, &window->M1.HisDIPlotLineStyle})
         table->Resize(1);
     for (auto* table : {&window->M1.HisAIPlotColor, &window->M1.HisDIPlotColor})
@@ -274,10 +274,10 @@ TEST_F(GraphSetTest, FastInputWithoutLinePlotsEndsTheWriteBack) {
 }
 
 TEST_F(GraphSetTest, HistoryModeWritesTheHistoryTables) {
-    window->bHistoryMode = window->bHisAI = window->bHisDI = true;
-    window->ScanInterval = 0.1;
-    window->nHisAIChanCount = 2;
-    window->nHisDIChanCount = 1;
+    window->bHistoryMode = window->recording.info.bHisAI = window->recording.info.bHisDI = true;
+    window->recording.info.ScanInterval = 0.1;
+    window->recording.info.nHisAIChanCount = 2;
+    window->recording.info.nHisDIChanCount = 1;
     for (auto* table : {&window->M1.HisAIPlotLineStyle, &window->M1.HisDIPlotLineStyle})
         table->Resize(2);
     for (auto* table : {&window->M1.HisAIPlotColor, &window->M1.HisDIPlotColor})

@@ -280,11 +280,11 @@ TEST_F(PlotsTest, ChartLengthStaysWithoutAnalogChannels) {
 
 TEST_F(PlotsTest, StepInHistoryModeCountsTheRecordingsScans) {
     window->bHistoryMode = true;
-    window->ScanInterval = 0.004;
+    window->recording.info.ScanInterval = 0.004;
     window->ZelLED1->Step(false);
     EXPECT_EQ(window->dDIVValue, 0.2);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 500);
-    window->ScanInterval = 0.0; // an error ends the step
+    window->recording.info.ScanInterval = 0.0; // an error ends the step
     window->ZelLED1->Step(true);
     EXPECT_EQ(window->dDIVValue, 1.0);
     EXPECT_EQ(window->ZelGraph1->ChartLength(), 500);
@@ -293,8 +293,8 @@ TEST_F(PlotsTest, StepInHistoryModeCountsTheRecordingsScans) {
 
 TEST_F(PlotsTest, ListOfARecordingIgnoresTheSwitches) {
     window->bHistoryMode = true;
-    window->nHisAIChanCount = 2;
-    window->nHisDIChanCount = 1;
+    window->recording.info.nHisAIChanCount = 2;
+    window->recording.info.nHisDIChanCount = 1;
     window->M1.HisAIPlotName.Resize(2);
     window->M1.HisAIPlotColor.Resize(2);
     window->M1.HisAIPlotLineStyle.Resize(2);
@@ -315,13 +315,13 @@ TEST_F(PlotsTest, ListOfARecordingIgnoresTheSwitches) {
     } cases[] = {
         {true, true, {"A", "B", "D"}}, {true, false, {"A", "B"}}, {false, true, {"D"}}, {false, false, {}}};
     for (const auto& c : cases) {
-        window->bHisAI = c.analog;
-        window->bHisDI = c.digital;
+        window->recording.info.bHisAI = c.analog;
+        window->recording.info.bHisDI = c.digital;
         window->BuildPlots(true, true);
         EXPECT_EQ(PlotNames(), c.names);
         EXPECT_EQ(ListedNames(), c.names);
     }
-    window->bHisAI = window->bHisDI = true;
+    window->recording.info.bHisAI = window->recording.info.bHisDI = true;
     window->bHistoryMode = false; // the view is the caller's choice
     window->BuildPlots(true, false);
     EXPECT_THAT(PlotNames(), ElementsAre("A", "B", "D"));

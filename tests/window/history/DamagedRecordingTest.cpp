@@ -112,11 +112,29 @@ TEST_F(DamagedRecordingTest, DigitalPathsThatCannotBeOpened) {
         EXPECT_THAT(boxes.Take(), ElementsAre(AllOf(Field(&Box::title, "ReadHisAIFile"),
                                                     Field(&Box::text, Not(IsEmpty())))))
             << path;
-        EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB)) << path;
+        EXPECT_FALSE(window->recording.digitalFile.IsOpen()) << path;
         Click(window->ChkPlay);
         PlayTicks(1);
         EXPECT_FALSE(window->isHisPlaying) << path;
     }
+}
+
+TEST_F(DamagedRecordingTest, FaultIsToldOfARecordingThatIsOpenWhole) {
+    SavedRecording recording = Polled(3);
+    AddDigital(recording, 3);
+    Save(recording);
+    recording.info.AIDataPath = saved.Path();
+    recording.info.DIDataPath = saved / "Saved\\DI.tld";
+    double level = 0.0;
+    bool isDigitalOpen = false;
+    boxes.WhenNextOpens([&] {
+        level = window->ZelGraph1->Plot(4).level;
+        isDigitalOpen = window->recording.digitalFile.IsOpen() && window->nHisDIPortCount == 2;
+    });
+    OpenProject(saved.Write("Alone.tlp", ProjectBytes(recording.info)));
+    EXPECT_THAT(boxes.Take(), ElementsAre(Box{"CreateFile Fails ", "ReadHisAIFile"}));
+    EXPECT_EQ(level, 36.0);
+    EXPECT_TRUE(isDigitalOpen);
 }
 
 TEST_F(DamagedRecordingTest, DigitalHeaderThatIsCutOrAbsurd) {
@@ -135,6 +153,7 @@ TEST_F(DamagedRecordingTest, DigitalHeaderThatIsCutOrAbsurd) {
                                                     Field(&Box::text, Not(IsEmpty())))))
             << start << ", " << count;
         EXPECT_EQ(window->nHisDIPortCount, 0);
+        EXPECT_FALSE(window->recording.digitalFile.IsOpen());
         Click(window->ChkPlay);
         PlayTicks(1);
         EXPECT_FALSE(window->isHisPlaying);

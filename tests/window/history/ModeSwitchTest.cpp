@@ -55,7 +55,7 @@ TEST_F(ModeSwitchTest, BackToAcquisition) {
     EXPECT_FALSE(window->BtnModeSwitch->isEnabled());
     EXPECT_FALSE(window->BtnSaveAs->isEnabled());
     EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
-    EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB));
+    EXPECT_FALSE(window->recording.digitalFile.IsOpen());
     EXPECT_FALSE(TimerRuns());
     ASSERT_EQ(window->ZelGraph1->PlotCount(), 1); // the live plots again
     EXPECT_EQ(window->ZelGraph1->Plot(0).name, u"AI 0");
@@ -167,9 +167,9 @@ TEST_F(ModeSwitchTest, LeftInAPauseNothingPlaysAndThePlaceIsKept) {
 
 TEST_F(ModeSwitchTest, ClosesTheFileOfARecordingWithoutAnalogData) {
     OpenSaved(Digital(4));
-    EXPECT_TRUE(window->Files.IsOpen(frmMain::HisFileNumB));
+    EXPECT_TRUE(window->recording.digitalFile.IsOpen());
     Click(window->BtnModeSwitch);
-    EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB));
+    EXPECT_FALSE(window->recording.digitalFile.IsOpen());
 }
 
 TEST_F(ModeSwitchTest, WithoutARecordingOnlyTheModeChanges) {

@@ -151,9 +151,9 @@ TEST_F(OpenHistoryTest, ReadsTheProject) {
     EXPECT_TRUE(window->bHisAISoft);
     EXPECT_TRUE(window->bHisAIAnalog);
     EXPECT_EQ(window->nHisAIChanCount, 2);
-    EXPECT_EQ(window->nHisAIMaxChanNum, 4);
+    EXPECT_EQ(window->nHisAIMaxChanNum(), 4);
     EXPECT_EQ(window->nHisDIChanCount, 3);
-    EXPECT_EQ(window->nHisDIMaxPortCount, 3);
+    EXPECT_EQ(window->nHisDIMaxPortCount(), 3);
     EXPECT_EQ(window->HisScanCount, 3);
     EXPECT_EQ(window->ScanInterval, 0.25);
     EXPECT_EQ(window->AIDataPath, saved / "Saved\\AI.tld");
@@ -317,7 +317,7 @@ TEST_F(OpenHistoryTest, SecondRecordingReplacesTheFirst) {
     EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
     EXPECT_EQ(window->ZelGraph1->PlotCount(), 3);
     OpenProject(Save(Polled(2), "Third"));
-    EXPECT_FALSE(window->Files.IsOpen(frmMain::HisFileNumB));
+    EXPECT_FALSE(window->recording.digitalFile.IsOpen());
     EXPECT_EQ(window->ZelGraph1->PlotCount(), 2);
 }
 

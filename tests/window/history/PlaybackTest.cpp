@@ -250,7 +250,7 @@ TEST_F(PlaybackTest, WhatCannotBeReadEndsItAndIsTold) {
         PlayTicks(2);
         EXPECT_TRUE(window->isHisPlaying);
         EXPECT_EQ(Notice(), "");
-        MakeUnreadable(analog ? window->HisAIFileHandle : window->Files.File(frmMain::HisFileNumB));
+        MakeUnreadable(analog ? window->HisAIFileHandle : window->recording.digitalFile);
         PlayTicks(1);
         ExpectStopped();
         EXPECT_EQ(Notice(), told);

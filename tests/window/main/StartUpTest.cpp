@@ -129,6 +129,7 @@ TEST_F(StartUpTest, TwoWindowsHaveTwoWorkFolders) {
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
     surroundings.programFolder = folder.path();
+    surroundings.stateFolder = "";
     const frmMain second(std::move(surroundings));
     EXPECT_NE(second.sztmpPath, window->sztmpPath);
     EXPECT_EQ(EntriesOf(folder.path()).size(), 2);
@@ -138,6 +139,7 @@ TEST_F(StartUpTest, TemporaryFolderServesWhereTheProgramsCannotBeWritten) {
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
     surroundings.programFolder = folder.path() + u"/missing"_s;
+    surroundings.stateFolder = "";
     const frmMain second(std::move(surroundings));
     EXPECT_THAT(second.sztmpPath, StartsWith(GetTempDir()));
     EXPECT_TRUE(second.Files.IsOpen(frmMain::ProjectFileNum));
@@ -165,11 +167,12 @@ TEST_F(StartUpTest, ClosingLeavesNoFileOpen) {
     TurnOnAI();
     Click(window->BtnStart);
     ASSERT_TRUE(window->FAIFileHandle.IsOpen());
-    window->HisAIFileHandle = SystemFile(window->szAIFileName, Disposition::OpenAlways);
-    window->Files.OpenForReading(frmMain::HisFileNumB, window->szDIFileName);
+    window->recording.analogFile = SystemFile(window->szAIFileName, Disposition::OpenAlways);
+    window->recording.digitalFile = SystemFile(window->szDIFileName, Disposition::OpenExisting);
     window->close();
     EXPECT_FALSE(window->FAIFileHandle.IsOpen());
     EXPECT_FALSE(window->HisAIFileHandle.IsOpen());
+    EXPECT_FALSE(window->recording.digitalFile.IsOpen());
     for (int number = 1; number <= 5; ++number)
         EXPECT_FALSE(window->Files.IsOpen(number)) << number;
     EXPECT_TRUE(EntriesOf(folder.path()).isEmpty());

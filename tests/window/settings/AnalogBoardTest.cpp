@@ -204,8 +204,8 @@ TEST_F(AnalogBoardChoice, ClosingDropsWhatWasDrawn) {
 }
 
 TEST_F(AnalogBoardChoice, ClosingShowsTheRecordingInHistoryMode) {
-    window->bHistoryMode = window->bHisAI = true;
-    window->nHisAIChanCount = 2;
+    window->bHistoryMode = window->recording.info.bHisAI = true;
+    window->recording.info.nHisAIChanCount = 2;
     M1& shared = window->M1;
     shared.HisAIChanIsThermo.Resize(2);
     shared.HisAIPlotName.Resize(2);

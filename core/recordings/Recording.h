@@ -1,0 +1,34 @@
+#pragma once
+
+#include "core/recordings/ProjectInfo.h"
+#include "core/recordings/RecordingReader.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace tracelet {
+
+/// A recording that is open. A data file that it has not, or that did not open, counts as absent: it is
+/// closed and reads as empty.
+struct Recording {
+    ProjectInfo info{};
+    SystemFile analogFile{};
+    SystemFile digitalFile{};
+    DigitalHeader digitalHeader{};             ///< no ports without the file
+    std::vector<std::int32_t> lines{};         ///< recorded lines in plot order, port × 8 + line
+    std::vector<std::string> foundBeside{};    ///< names of data files that lay beside the project instead
+    std::optional<RunTimeError> analogFault{}; ///< why the file of an input that was recorded did not open
+    std::optional<RunTimeError> digitalFault{};
+
+    void CloseFiles() noexcept; ///< all that was read of them stays
+};
+
+/// Opens the project at the path `project` and the data files that its flags name: each at its path or
+/// else, as when the folder was moved, under its name beside the project. `analog` is what happens with an
+/// analog file that is in neither place. Raises what ReadProjectFile does; a data file that does not open is
+/// told by its fault instead.
+[[nodiscard]] Recording OpenRecording(const std::string& project, Disposition analog);
+
+} // namespace tracelet
