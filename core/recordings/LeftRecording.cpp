@@ -110,21 +110,15 @@ std::string ModificationTime(const std::string& path) {
     return stat(NativePath(path).c_str(), &status) == 0 ? WallClock(status.st_mtime) : std::string();
 }
 
-// Nothing for a folder that holds no whole scan, or none that can be read.
-std::optional<LeftRecording> Look(const std::string& folder, const std::string& stateFolder) {
+// What a work folder holds. Raises where nobody can tell.
+LeftRecording Look(const std::string& folder, const std::string& stateFolder) {
     LeftRecording left;
     left.folder = WorkFolderAt(folder);
     left.sessionFile = folder + "\\Session.json";
     if (!FileExists(left.sessionFile))
         left.sessionFile = SessionFileOf(stateFolder, folder);
-    try {
-        ReadHeader(left);
-        CountScans(left);
-    } catch (const RunTimeError&) {
-        return std::nullopt;
-    }
-    if (left.info.ScanCount == 0)
-        return std::nullopt;
+    ReadHeader(left);
+    CountScans(left);
     left.parts.session = TextOf(left.sessionFile);
     const SessionSummary summary = ReadSessionSummary(left.parts.session);
     left.started =
@@ -143,20 +137,26 @@ bool HoldsSamples(const WorkFolder& folder) {
 
 void LookInto(const std::string& path, const std::string& stateFolder, bool isTooOld,
               std::vector<LeftRecording>& found) {
-    std::unique_ptr<UniqueFd> hold = HoldFolder(path);
-    if (!hold)
+    LeftRecording left;
+    left.hold = HoldFolder(path);
+    if (!left.hold)
         return;
-    std::optional<LeftRecording> left = Look(path, stateFolder);
-    if (left && !isTooOld) {
-        left->hold = std::move(hold);
-        found.push_back(std::move(*left));
-        return;
+    bool isEmpty = true;
+    try {
+        std::unique_ptr<UniqueFd> hold = std::move(left.hold);
+        left = Look(path, stateFolder);
+        left.hold = std::move(hold);
+        isEmpty = left.info.ScanCount == 0;
+    } catch (const RunTimeError&) {
+        left.folder = WorkFolderAt(path);
+        left.sessionFile = SessionFileOf(stateFolder, path);
+        if (HoldsSamples(left.folder) && !isTooOld)
+            return;
     }
-    LeftRecording empty;
-    empty.folder = WorkFolderAt(path);
-    empty.sessionFile = left ? left->sessionFile : SessionFileOf(stateFolder, path);
-    if (isTooOld || (!HoldsSamples(empty.folder) && AgeOf(path) > YoungestSwept))
-        Discard(empty);
+    if (!isEmpty && !isTooOld)
+        found.push_back(std::move(left));
+    else if (isTooOld || AgeOf(path) > YoungestSwept)
+        Discard(left);
 }
 
 void MoveFile(const std::string& from, const std::string& to) {

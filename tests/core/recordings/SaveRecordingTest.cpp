@@ -84,9 +84,9 @@ TEST_F(SaveRecordingTest, GoesFileByFileWhereTheFolderHoldsFolders) {
 
 TEST_F(SaveRecordingTest, KeepsTheOldOneWhenItFails) {
     WriteOld();
+    parts.analog = source.Write("AI", std::string(Project().size() + 1, 'x'));
     {
         const FileSizeLimit full(static_cast<rlim_t>(Project().size()));
-        parts.analog = source.Write("AI", std::string(Project().size() + 1, 'x'));
         EXPECT_EQ(SaveRecording(parts, home), "File too large");
     }
     ExpectOld();

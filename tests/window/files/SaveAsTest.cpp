@@ -74,7 +74,8 @@ TEST_F(SaveAsTest, CopiesProjectAndDataAndAppendsThePaths) {
     Record(3);
     const std::vector<std::uint8_t> work = Bytes(window->szProjectFileName);
     SaveAs(u"run 1"_s);
-    EXPECT_THAT(Saved(u"run 1"_s), UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(Saved(u"run 1"_s),
+                UnorderedElementsAre(u"AI.tld"_s, u"DI.tld"_s, u"Project.tlp"_s, u"Session.json"_s));
     EXPECT_EQ(SavedBytes(u"run 1/AI.tld"_s), Bytes(window->szAIFileName));
     EXPECT_EQ(SavedBytes(u"run 1/DI.tld"_s), Bytes(window->szDIFileName));
     const std::string folderText = target.path().toStdString() + "\\run 1";
@@ -91,7 +92,7 @@ TEST_F(SaveAsTest, CopiesProjectAndDataAndAppendsThePaths) {
 TEST_F(SaveAsTest, AnalogAloneStillNamesTheDigitalPath) {
     Record(1);
     SaveAs(u"a"_s);
-    EXPECT_THAT(Saved(u"a"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(Saved(u"a"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"Session.json"_s));
     const ProjectInfo info = ReadProjectFile(target.filePath(u"a/Project.tlp"_s).toStdString());
     EXPECT_THAT(info.DIDataPath, EndsWith("\\a\\DI.tld"));
 }
@@ -274,7 +275,7 @@ TEST_F(SaveAsTest, FilesThatWereNotWrittenAreNotCopied) {
     Click(window->BtnStart);
     EXPECT_TRUE(window->BtnSaveAs->isEnabled());
     SaveAs(u"digital"_s);
-    EXPECT_THAT(Saved(u"digital"_s), UnorderedElementsAre(u"DI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(Saved(u"digital"_s), UnorderedElementsAre(u"DI.tld"_s, u"Project.tlp"_s, u"Session.json"_s));
     EXPECT_THAT(ReadProjectFile(target.filePath(u"digital/Project.tlp"_s).toStdString()).AIDataPath,
                 EndsWith("\\digital\\AI.tld"));
 }
@@ -303,16 +304,16 @@ TEST_F(SaveAsTest, FolderWhoseParentIsMissingIsToldAndNothingIsMade) {
     EXPECT_THAT(boxes.Take(), ElementsAre(Box{"Path not found", "BtnSaveAs"}));
     EXPECT_THAT(Saved(), IsEmpty());
     SaveAs(u"good"_s);
-    EXPECT_THAT(Saved(u"good"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(Saved(u"good"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"Session.json"_s));
 }
 
 TEST_F(SaveAsTest, NameMayGoThroughFoldersThatExist) {
     ASSERT_TRUE(QDir(target.path()).mkdir(u"day"_s));
     Record(1);
     SaveAs(u"day/run"_s);
-    EXPECT_THAT(Saved(u"day/run"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s));
+    EXPECT_THAT(Saved(u"day/run"_s), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"Session.json"_s));
     SaveAs(u"day/.."_s);
-    EXPECT_THAT(Saved(), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"day"_s));
+    EXPECT_THAT(Saved(), UnorderedElementsAre(u"AI.tld"_s, u"Project.tlp"_s, u"Session.json"_s, u"day"_s));
 }
 
 TEST_F(SaveAsTest, TargetThatIsAFileIsTold) {

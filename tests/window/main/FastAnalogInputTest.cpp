@@ -1,3 +1,4 @@
+#include "tests/support/FileSizeLimit.h"
 #include "tests/support/MainWindowTest.h"
 
 #include "core/base/LittleEndian.h"
@@ -336,22 +337,26 @@ TEST_F(FastAnalogInputTest, OnlyTheScannedPlotsShow) {
     EXPECT_FALSE(window->ZelGraph1->PlotVisible(3));
 }
 
-TEST_F(FastAnalogInputTest, BlocksThatCannotBeWrittenShowOnTheSaveBox) {
+TEST_F(FastAnalogInputTest, BlocksThatCannotBeWrittenShowOnTheSaveBoxAndWait) {
     window->bFAICyclic = true;
     TurnOnAI();
     Click(window->CkAISave2Disk);
     Click(window->BtnStart);
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= 2048; }, 20000));
-    window->FAIFileHandle.Close();
-    const std::int32_t scans = window->ScanCount;
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= scans + 4096; }, 20000));
-    window->FAIFileHandle = SystemFile(window->szFAIFileName, Disposition::OpenAlways);
-    const std::int32_t later = window->ScanCount; // nothing goes behind the gap
-    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= later + 4096; }, 20000));
-    EXPECT_TRUE(window->isSystemRunning);
-    EXPECT_THAT(window->CkAISave2Disk->toolTip().toStdString(), testing::StartsWith("Recording stopped: "));
+    {
+        const FileSizeLimit full(static_cast<rlim_t>(window->FAIFileHandle.Size()));
+        const std::int32_t scans = window->ScanCount;
+        ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount >= scans + 4096; }, 20000));
+        EXPECT_TRUE(window->isSystemRunning);
+        EXPECT_THAT(window->CkAISave2Disk->toolTip().toStdString(),
+                    testing::StartsWith("Recording stopped: "));
+        EXPECT_LE(Recorded().size(), static_cast<std::size_t>(scans));
+    }
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->CkAISave2Disk->toolTip().isEmpty(); }, 20000));
+    EXPECT_EQ(window->CkAISave2Disk->styleSheet(), QString());
     Click(window->BtnStart);
-    EXPECT_THAT(Recorded(), SizeIs(static_cast<std::size_t>(scans)));
+    EXPECT_THAT(Recorded(), SizeIs(static_cast<std::size_t>(window->ScanCount))) << "nothing is lost";
+    EXPECT_EQ(window->LostScanCount, 0);
 }
 
 TEST_F(FastAnalogInputTest, UnpluggedBoardEndsTheSessionWithItsText) {
