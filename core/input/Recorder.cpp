@@ -364,13 +364,11 @@ void Recorder::Complete(double scanInterval) {
         if (lost > 0)
             NoteLoss(lost, "The disk did not take them");
     }
+    stopRecord = StopRecord(ScanCount, scanInterval);
+    if (hasHeader) // a saved copy gets it, whether or not the disk takes it here
+        Put(StopRecordInPlace, stopRecord);
     PutSession(scanInterval);
     Flush();
-    stopRecord = StopRecord(ScanCount, scanInterval);
-    try {
-        Files.PutBytes(ProjectFileNum, stopRecord);
-    } catch (const RunTimeError&) { // NOLINT(bugprone-empty-catch): a saved copy gets it all the same
-    }
     sync.Finish();
 }
 
