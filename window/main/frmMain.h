@@ -5,16 +5,16 @@
 // clang-format off
 //   main/StartUp.cpp            Form_Load, Form_Unload, BtnExit_Click
 //   main/Session.cpp            ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
-//                               BtnStart_Click
+//                               BtnStart_Click (StartSession, StopSession)
 //   main/Enabled.cpp            EnableSetCmdControls, EnableHisControls; what is enabled by all that happens
-//   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
+//   main/FastAnalogInput.cpp    FAIStart, StopFastInput, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
 //   main/Resize.cpp             Form_Resize
 //   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; beside it SessionFacts
 //   files/SaveAs.cpp            BtnSaveAs_Click
 //   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
-//   history/Playback.cpp        ChkPlay_Click, BtnStop_Click, BtnAccelerate_Click, the sliders, HistoryTick,
+//   history/Playback.cpp        ChkPlay_Click, BtnStop_Click (of playback), BtnAccelerate_Click, the sliders, HistoryTick,
 //                               PlayFAIData, PlaySoftAIData, PlaySoftDIData
 //   export/Convert.cpp          BtnHisConvert_Click
 //   settings/BtnSet.cpp         BtnSet_Click, PhysToLogicalChan, LogicalToPhysChan, LogicalChanCount
