@@ -131,12 +131,13 @@ void Recorder::OpenQuietly(int number, const std::string& path) {
 }
 
 void Recorder::Close() {
+    WaitForKeeping();
     writer.Flush();
     sync.Watch({});
     Files.CloseAll();
     FAIFileHandle.Close();
     if (IsUnsaved())
-        KeepUnsaved(RecordedFiles(), sessionText, unsavedFolder);
+        KeepUnsaved(RecordedFiles(), sessionText, unsavedFolder, true);
     if (!sessionFile.empty())
         DeleteFile(sessionFile);
     hold.reset();
@@ -157,6 +158,7 @@ std::vector<std::string> Recorder::RecordedFiles() const {
 // ---- The last recording
 
 void Recorder::SetAside() {
+    WaitForKeeping();
     Last kept{.files = RecordedFiles(),
               .ScanCount = ScanCount,
               .SoftAIWritten = SoftAIWritten,
@@ -172,14 +174,25 @@ void Recorder::SetAside() {
 }
 
 void Recorder::DropAside() {
-    if (last && !last->isSaved) {
-        std::vector<std::string> aside = last->files;
-        std::ranges::transform(aside, aside.begin(), AsideName);
-        KeepUnsaved(aside, last->sessionText, unsavedFolder);
-    }
-    if (last)
+    if (!last)
+        return;
+    std::vector<std::string> aside = last->files;
+    std::ranges::transform(aside, aside.begin(), AsideName);
+    if (last->isSaved || KeepUnsaved(aside, last->sessionText, unsavedFolder, false)) {
         tracelet::DropAside(last->files);
+    } else { // a session waits for nothing: onto another disk they go beside it
+        keeping = std::async(std::launch::async, [files = last->files, aside = std::move(aside),
+                                                  text = last->sessionText, folder = unsavedFolder] {
+            KeepUnsaved(aside, text, folder, true);
+            tracelet::DropAside(files);
+        });
+    }
     last.reset();
+}
+
+void Recorder::WaitForKeeping() {
+    if (keeping.valid())
+        keeping.get();
 }
 
 bool Recorder::PutBack() {

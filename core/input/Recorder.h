@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <future>
 #include <memory>
 #include <optional>
 #include <span>
@@ -164,6 +165,7 @@ private:
     void KeepCurrent(double scanInterval);
     void PutSession(double scanInterval);
     void WatchFiles();
+    void WaitForKeeping();
     void OpenQuietly(int number, const std::string& path);
     [[nodiscard]] std::vector<std::byte> Header() const;
     [[nodiscard]] std::vector<std::string> RecordedFiles() const;
@@ -187,6 +189,7 @@ private:
     SessionEvents events;
     std::string sessionText; // as it was put last
     std::optional<Last> last;
+    std::future<void> keeping; // of the last unsaved recording, onto another disk
     DiskSync sync;
     BlockWriter writer; // last: its thread uses the files
 };

@@ -159,11 +159,11 @@ void LookInto(const std::string& path, const std::string& stateFolder, bool isTo
         Discard(left);
 }
 
-void MoveFile(const std::string& from, const std::string& to) {
+void MoveFile(const std::string& from, const std::string& to, bool mayCopy) {
     try {
         RenameFile(from, to);
     } catch (const RunTimeError&) { // onto another disk
-        if (SizeOf(from) > FreeBytes(SiblingPath(to, ".")) / 4)
+        if (!mayCopy || SizeOf(from) > FreeBytes(SiblingPath(to, ".")) / 4)
             throw;
         CopyWholeFile(from, to);
         DeleteFile(from);
@@ -214,7 +214,7 @@ void Discard(const LeftRecording& left) noexcept {
 }
 
 bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionText,
-                 const std::string& unsavedFolder) noexcept {
+                 const std::string& unsavedFolder, bool mayCopy) noexcept {
     if (unsavedFolder.empty())
         return false;
     try {
@@ -227,7 +227,7 @@ bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionT
             std::string name = FileNameFromPath(file);
             if (name.ends_with(AsideEnding))
                 name.resize(name.size() - AsideEnding.size());
-            MoveFile(file, unsavedFolder + "\\" + name);
+            MoveFile(file, unsavedFolder + "\\" + name, mayCopy);
         }
         StagedFile session(unsavedFolder + "\\Session.json");
         session.Write(std::as_bytes(std::span(sessionText)));

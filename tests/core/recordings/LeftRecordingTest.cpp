@@ -8,6 +8,8 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #include <utime.h>
 
 namespace tracelet {
@@ -184,17 +186,17 @@ TEST_F(LeftRecordingTest, TheLastUnsavedOneIsKeptForAWeek) {
     const std::string unsaved = UnsavedFolder(state.Path());
     const std::string files[] = {work.szProjectFileName, aside};
     for (int times = 0; times < 2; ++times) { // one takes the place of the other
-        ASSERT_TRUE(KeepUnsaved(files, "{\"started\": \"then\"}", unsaved));
+        ASSERT_TRUE(KeepUnsaved(files, "{\"started\": \"then\"}", unsaved, true));
         EXPECT_FALSE(fs::exists(NativePath(work.szProjectFileName)));
         const std::vector<LeftRecording> found = Find();
         ASSERT_THAT(found, SizeIs(1));
         EXPECT_EQ(found[0].info.ScanCount, 2);
         EXPECT_EQ(found[0].started, "then");
-        EXPECT_FALSE(KeepUnsaved(files, "", unsaved)) << "held while it is offered";
+        EXPECT_FALSE(KeepUnsaved(files, "", unsaved, true)) << "held while it is offered";
         Leave("tl0001.tmp", project, "");
         std::ofstream(NativePath(aside)) << std::string(16, 'b');
     }
-    ASSERT_TRUE(KeepUnsaved(files, "", unsaved));
+    ASSERT_TRUE(KeepUnsaved(files, "", unsaved, true));
     Age(NativePath(unsaved), 6 * 24 * 3600);
     EXPECT_THAT(Find(), SizeIs(1));
     Age(NativePath(unsaved), 8 * 24 * 3600);
@@ -202,12 +204,32 @@ TEST_F(LeftRecordingTest, TheLastUnsavedOneIsKeptForAWeek) {
     EXPECT_THAT(state.Names(), IsEmpty());
 }
 
+TEST_F(LeftRecordingTest, OntoAnotherDiskItIsCopiedOnlyIfThatMayTakeTime) {
+    struct stat here {};
+    struct stat there {};
+    if (stat(state.Path().c_str(), &here) != 0 || stat("/dev/shm", &there) != 0 ||
+        here.st_dev == there.st_dev)
+        GTEST_SKIP() << "there is no other disk";
+    const std::string other = "/dev/shm/tracelet-test-" + std::to_string(getpid());
+    fs::create_directory(other);
+    const std::string project = Text(ProjectHeader(Header(true, false, true)));
+    const WorkFolder work = Leave("tl0001.tmp", project, std::string(16, 'a'));
+    const std::string files[] = {work.szProjectFileName, work.szAIFileName};
+    EXPECT_FALSE(KeepUnsaved(files, "", other + "/unsaved", false));
+    EXPECT_FALSE(fs::exists(other + "/unsaved"));
+    EXPECT_EQ(ContentOf(NativePath(work.szAIFileName)), std::string(16, 'a'));
+    EXPECT_TRUE(KeepUnsaved(files, "", other + "/unsaved", true));
+    EXPECT_EQ(ContentOf(other + "/unsaved/AI.tld"), std::string(16, 'a'));
+    EXPECT_FALSE(fs::exists(NativePath(work.szAIFileName)));
+    fs::remove_all(other);
+}
+
 TEST_F(LeftRecordingTest, WhatCannotBeKeptWholeIsNotKept) {
     const WorkFolder work = Leave("tl0001.tmp", "project", std::string(16, 'a'));
     const std::string files[] = {work.szProjectFileName, work.sztmpPath + "\\none"};
-    EXPECT_FALSE(KeepUnsaved(files, "", UnsavedFolder(state.Path())));
+    EXPECT_FALSE(KeepUnsaved(files, "", UnsavedFolder(state.Path()), true));
     EXPECT_THAT(state.Names(), IsEmpty());
-    EXPECT_FALSE(KeepUnsaved(files, "", ""));
+    EXPECT_FALSE(KeepUnsaved(files, "", "", true));
 }
 
 TEST_F(LeftRecordingTest, TheNewestComesFirst) {
