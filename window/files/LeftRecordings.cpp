@@ -26,8 +26,8 @@ std::string Save(frmMain& window, const LeftRecording& left, const std::string& 
 void frmMain::FindUnsaved() {
     if (!isLoaded)
         return;
-    const bool isProgram = surroundings.programFolder.isEmpty();
-    const std::string parents[] = {szProgramPath, stateFolder, isProgram ? GetTempDir() : std::string()};
+    const std::string parents[] = {szProgramPath, stateFolder,
+                                   surroundings.stateFolder ? std::string() : GetTempDir()};
     leftRecordings = FindLeftRecordings(parents, stateFolder);
     OfferUnsaved();
 }

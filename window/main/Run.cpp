@@ -29,8 +29,9 @@ void WakeUp(int) {
     errno = before;
 }
 
-/// Ends the event loops, also those of dialogs, on signals that ask for it; the window then goes as when it
-/// is closed. Signals that the program was told to ignore (nohup) stay ignored.
+/// Ends the event loops on signals that ask for it, those of dialogs and of a stop too, now and from then on,
+/// as nobody reads the event; the window then goes as when it is closed. Signals that the program was told to
+/// ignore (nohup) stay ignored.
 class EndSignals {
 public:
     EndSignals()

@@ -32,7 +32,10 @@ protected:
     UnsavedTest() { Settle(); }
 
     /// Lets the window come up and look for what was left behind.
-    static void Settle() { QTest::qWait(20); }
+    static void Settle() {
+        for (int turn = 0; turn < 10; ++turn)
+            QTest::qWait(2);
+    }
 
     void Reopen() {
         Open(SimulatedBoards());
@@ -318,9 +321,8 @@ TEST_F(UnsavedTest, TheSavingOfAnOfferCanBeCancelledToo) {
 TEST_F(UnsavedTest, TheBarTellsHowFarItIsAndGoesAtTheEnd) {
     Gate gate;
     gate.Close();
-    QTimer::singleShot(300, window.get(), [&] {
-        const auto* bar = window->findChild<QProgressBar*>(u"ProgressBar"_s);
-        ASSERT_NE(bar, nullptr);
+    OnModalDialog<QProgressDialog>([&](QProgressDialog& dialog) {
+        const auto* bar = dialog.findChild<QProgressBar*>(u"ProgressBar"_s);
         EXPECT_EQ(bar->value(), bar->maximum() / 4);
         gate.Open();
     });
@@ -374,6 +376,26 @@ TEST_F(UnsavedTest, AStopOnADiskThatStallsLeavesTheWindowAlive) {
     EXPECT_TRUE(window->isVisible());
     EXPECT_EQ(Bytes(window->szAIFileName).size(), 5U * 4U);
     EXPECT_EQ(ReadProjectFile(window->szProjectFileName).ScanCount, 5);
+}
+
+TEST_F(UnsavedTest, SoDoesTheStopOfFastInput) {
+    window->M1.SoftMode = false;
+    window->bFAICyclic = true;
+    TurnOnAI();
+    Click(window->CkAISave2Disk);
+    Click(window->BtnStart);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->ScanCount > 0; }, 20000));
+    bool isAlive = false;
+    const Stall stall(WriteGate());
+    QTimer::singleShot(200, window.get(), [&] {
+        isAlive = window->isSystemRunning;
+        WriteGate().Open();
+    });
+    Click(window->BtnStart);
+    EXPECT_TRUE(isAlive);
+    EXPECT_FALSE(window->isSystemRunning);
+    EXPECT_EQ(Bytes(window->szFAIFileName).size(), static_cast<std::size_t>(window->ScanCount) * 4U);
+    EXPECT_EQ(window->FAIFileHandle.Handle(), SystemFile::ClosedHandle);
 }
 
 // ---- A disk that is soon full
