@@ -97,4 +97,23 @@ std::string DisplayText(double value) {
     return text;
 }
 
+std::string TimeSpanText(double seconds) {
+    if (seconds < 10.0)
+        return NumberText(Reread(Fixed(seconds, 1))) + " s";
+    if (seconds < 120.0)
+        return Fixed(seconds, 0) + " s";
+    return seconds < 7200.0 ? Fixed(seconds / 60.0, 0) + " min" : Fixed(seconds / 3600.0, 0) + " h";
+}
+
+std::string SizeText(std::int64_t bytes) {
+    constexpr std::array Units{" kB", " MB", " GB", " TB"};
+    if (bytes < 1000)
+        return std::to_string(bytes) + " bytes";
+    std::size_t unit = 0;
+    double size = static_cast<double>(bytes) / 1000.0;
+    for (; size >= 999.95 && unit + 1 < Units.size(); ++unit)
+        size /= 1000.0;
+    return Fixed(size, 1) + Units[unit];
+}
+
 } // namespace tracelet

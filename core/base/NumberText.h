@@ -30,4 +30,10 @@ namespace tracelet {
 /// them has three digits and a power of ten: "2.5e-7".
 [[nodiscard]] std::string DisplayText(double value);
 
+/// A time for people: "0.4 s", "12 s", from two minutes on "35 min", from two hours on "30 h".
+[[nodiscard]] std::string TimeSpanText(double seconds);
+
+/// A size for people, in powers of 1000: "812 bytes", "2.1 MB".
+[[nodiscard]] std::string SizeText(std::int64_t bytes);
+
 } // namespace tracelet

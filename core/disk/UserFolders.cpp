@@ -10,6 +10,7 @@
 
 #include <fcntl.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -51,6 +52,17 @@ std::int64_t FreeBytes(std::string_view folder) noexcept {
         return -1;
     }
     return static_cast<std::int64_t>(disk.f_bavail) * static_cast<std::int64_t>(disk.f_frsize);
+}
+
+bool AreOnOneDisk(std::string_view a, std::string_view b) noexcept {
+    struct stat statusA {};
+    struct stat statusB {};
+    try {
+        return stat(NativePath(a).c_str(), &statusA) == 0 && stat(NativePath(b).c_str(), &statusB) == 0 &&
+               statusA.st_dev == statusB.st_dev;
+    } catch (const std::exception&) {
+        return false;
+    }
 }
 
 } // namespace tracelet

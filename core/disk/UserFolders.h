@@ -20,4 +20,7 @@ class UniqueFd;
 /// Bytes that the user may still write to the disk of this folder; -1 when it cannot be told.
 [[nodiscard]] std::int64_t FreeBytes(std::string_view folder) noexcept;
 
+/// Whether both are there and on the same disk.
+[[nodiscard]] bool AreOnOneDisk(std::string_view a, std::string_view b) noexcept;
+
 } // namespace tracelet

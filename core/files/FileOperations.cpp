@@ -107,6 +107,12 @@ bool ExchangeFolders(std::string_view a, std::string_view b) {
     throw Fault::FromErrno(errno);
 }
 
+std::int64_t FileSize(std::string_view path) noexcept {
+    struct stat status {};
+    const bool isThere = OnNativePath(path, [&](const char* native) { return stat(native, &status) == 0; });
+    return isThere ? status.st_size : 0;
+}
+
 bool CreateFolder(std::string_view path) noexcept {
     return OnNativePath(path, [](const char* native) { return mkdir(native, 0777) == 0; });
 }

@@ -30,6 +30,9 @@ void RenameFile(std::string_view from, std::string_view to);
 /// call. Raises what made it fail.
 [[nodiscard]] bool ExchangeFolders(std::string_view a, std::string_view b);
 
+/// Bytes of a file; 0 when that cannot be told.
+[[nodiscard]] std::int64_t FileSize(std::string_view path) noexcept;
+
 /// Makes one folder; False also when something of that name exists already.
 bool CreateFolder(std::string_view path) noexcept;
 

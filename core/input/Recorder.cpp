@@ -385,6 +385,13 @@ void Recorder::Complete(double scanInterval) {
     sync.Finish();
 }
 
+std::int64_t Recorder::SampleBytes() const {
+    std::int64_t bytes = 0;
+    for (const std::string& file : RecordedFiles())
+        bytes += file == work.szProjectFileName ? 0 : FileSize(file);
+    return bytes;
+}
+
 // The header of the project in the work folder.
 std::vector<std::byte> Recorder::Header() const {
     const SystemFile project(work.szProjectFileName, Disposition::OpenExisting);

@@ -97,6 +97,8 @@ public:
     void SetAside();
     /// The new one stands: one that was not saved moves to the state folder, another one goes.
     void DropAside();
+    /// Whether the next DropAside keeps it in the state folder.
+    [[nodiscard]] bool IsAsideUnsaved() const { return last && !last->isSaved; }
     /// Puts it back as it was, counts and flags too; False when none was kept.
     bool PutBack();
 
@@ -118,6 +120,8 @@ public:
     void PutHalf(std::span<const std::int32_t> rawCodes, std::int32_t scans);
     /// Waits a while for what was put; True when there is news of the inputs' faults since the last call.
     bool Settle();
+    /// Whether the disk was still writing when the last Settle returned.
+    [[nodiscard]] bool IsBehind() const { return isDiskBehind; }
     /// Waits for what was put and closes the fast file.
     void CloseFastFile();
     /// Why what an input gave is not in its file, "" where it is.
@@ -126,6 +130,8 @@ public:
     /// Waits for all that was put, then writes ScanCount and the interval (seconds) behind the header.
     void Complete(double scanInterval);
 
+    /// Bytes of the recording's samples that are in their files.
+    [[nodiscard]] std::int64_t SampleBytes() const;
     [[nodiscard]] bool IsWritten() const { return SoftAIWritten || FAIWritten || DIWritten; }
     /// Whether what was recorded was neither saved nor is being recorded still.
     [[nodiscard]] bool IsUnsaved() const { return IsWritten() && !stopRecord.empty() && !isSaved; }

@@ -1,5 +1,6 @@
 #include "core/recordings/LeftRecording.h"
 
+#include "core/base/NumberText.h"
 #include "core/base/RunTimeError.h"
 #include "core/disk/StagedFile.h"
 #include "core/disk/UserFolders.h"
@@ -8,7 +9,9 @@
 #include "core/recordings/SessionFile.h"
 
 #include <algorithm>
+#include <array>
 #include <chrono>
+#include <cstdio>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -24,6 +27,8 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 
 constexpr std::string_view AsideEnding = ".last";
+constexpr std::array Months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
+                            "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"};
 constexpr auto LongestKept = 24h * 7;
 constexpr auto YoungestSwept = 10s; // a program makes its folder first and holds it then
 
@@ -38,12 +43,6 @@ std::chrono::system_clock::duration AgeOf(const std::string& folder) {
     if (stat(NativePath(folder).c_str(), &status) != 0)
         return {};
     return std::chrono::system_clock::now() - std::chrono::system_clock::from_time_t(status.st_mtime);
-}
-
-std::int64_t SizeOf(const std::string& path) {
-    std::error_code error;
-    const std::uintmax_t size = fs::file_size(NativePath(path), error);
-    return error ? 0 : static_cast<std::int64_t>(size);
 }
 
 std::string TextOf(const std::string& path) {
@@ -62,15 +61,15 @@ std::int64_t AnalogScans(LeftRecording& left) {
     if (!left.info.bHisAI)
         return 0;
     left.parts.analog = left.info.bHisAISoft ? left.folder.szAIFileName : left.folder.szFAIFileName;
-    return SizeOf(left.parts.analog) / AnalogOffset(1, left.info.nHisAIChanCount);
+    return FileSize(left.parts.analog) / AnalogOffset(1, left.info.nHisAIChanCount);
 }
 
 std::int64_t DigitalScans(LeftRecording& left, std::int32_t& ports) {
-    if (!left.info.bHisDI || SizeOf(left.folder.szDIFileName) <= DigitalHeaderSize)
+    if (!left.info.bHisDI || FileSize(left.folder.szDIFileName) <= DigitalHeaderSize)
         return 0;
     left.parts.digital = left.folder.szDIFileName;
     ports = ReadDigitalHeader(SystemFile(left.parts.digital, Disposition::OpenExisting)).nHisDIPortCount;
-    return (SizeOf(left.parts.digital) - DigitalHeaderSize) / ports;
+    return (FileSize(left.parts.digital) - DigitalHeaderSize) / ports;
 }
 
 // Cuts the recording to the scans that every input with data has.
@@ -131,8 +130,8 @@ LeftRecording Look(const std::string& folder, const std::string& stateFolder) {
 }
 
 bool HoldsSamples(const WorkFolder& folder) {
-    return SizeOf(folder.szAIFileName) > 0 || SizeOf(folder.szFAIFileName) > 0 ||
-           SizeOf(folder.szDIFileName) > DigitalHeaderSize;
+    return FileSize(folder.szAIFileName) > 0 || FileSize(folder.szFAIFileName) > 0 ||
+           FileSize(folder.szDIFileName) > DigitalHeaderSize;
 }
 
 void LookInto(const std::string& path, const std::string& stateFolder, bool isTooOld,
@@ -163,7 +162,7 @@ void MoveFile(const std::string& from, const std::string& to, bool mayCopy) {
     try {
         RenameFile(from, to);
     } catch (const RunTimeError&) { // onto another disk
-        if (!mayCopy || SizeOf(from) > FreeBytes(SiblingPath(to, ".")) / 4)
+        if (!mayCopy || FileSize(from) > FreeBytes(SiblingPath(to, ".")) / 4)
             throw;
         CopyWholeFile(from, to);
         DeleteFile(from);
@@ -205,6 +204,27 @@ std::vector<LeftRecording> FindLeftRecordings(std::span<const std::string> paren
         LookInto(unsaved, stateFolder, AgeOf(unsaved) > LongestKept, found);
     std::ranges::sort(found, std::greater(), &LeftRecording::started);
     return found;
+}
+
+bool GiveUpUnsaved(const std::string& unsavedFolder) noexcept {
+    const std::unique_ptr<UniqueFd> hold = HoldFolder(unsavedFolder);
+    if (hold)
+        DiscardUnsaved(unsavedFolder);
+    return hold != nullptr;
+}
+
+std::string Describe(const LeftRecording& left) {
+    std::string text = "Unsaved recording";
+    int year = 0, day = 0, hour = 0, minute = 0;
+    std::size_t month = 0;
+    if (std::sscanf(left.started.c_str(), "%4d-%2zu-%2dT%2d:%2d", &year, &month, &day, &hour, &minute) == 5 &&
+        month >= 1 && month <= Months.size())
+        text += " of " + NumberText(day) + ' ' + Months[month - 1] + ' ' + NumberText(year) + ' ' +
+                TwoDigitText(hour) + ':' + TwoDigitText(minute);
+    const std::int32_t signals = (left.parts.analog.empty() ? 0 : left.info.nHisAIChanCount) +
+                                 (left.parts.digital.empty() ? 0 : left.info.nHisDIChanCount);
+    return text + " (" + TimeSpanText(left.info.ScanCount * left.info.ScanInterval) + ", " +
+           NumberText(signals) + (signals == 1 ? " signal, " : " signals, ") + SizeText(left.bytes) + ')';
 }
 
 void Discard(const LeftRecording& left) noexcept {

@@ -38,8 +38,15 @@ struct LeftRecording {
 [[nodiscard]] std::vector<LeftRecording> FindLeftRecordings(std::span<const std::string> parents,
                                                             const std::string& stateFolder);
 
+/// What a user is told of it: "Unsaved recording of 21 Nov 2026 14:03 (12 s, 3 signals, 2.1 MB)". The time is
+/// that of the clock where it was recorded.
+[[nodiscard]] std::string Describe(const LeftRecording& left);
+
 /// Deletes the files of a recording that was left behind.
 void Discard(const LeftRecording& left) noexcept;
+
+/// Deletes the last unsaved recording, where no program holds it; True when there was one.
+bool GiveUpUnsaved(const std::string& unsavedFolder) noexcept;
 
 /// Moves files of a recording (composed texts; names "X.last" become "X") into the folder of the last unsaved
 /// one, in place of what it holds, with the text of the session's file. Onto another disk they can only be

@@ -99,6 +99,22 @@ private:
     const bool isMade;
 };
 
+/// Makes a folder, which may be there already; one that is still empty in the end goes with the object.
+class FolderMade {
+public:
+    explicit FolderMade(const std::string& folder) : path(folder), isMade(CreateFolder(folder)) {}
+    ~FolderMade() {
+        if (isMade)
+            RemoveFolder(path);
+    }
+    FolderMade(const FolderMade&) = delete;
+    FolderMade& operator=(const FolderMade&) = delete;
+
+private:
+    const std::string& path;
+    const bool isMade;
+};
+
 // Exchanges the recording in `folder` for this one: the reason why it could not be saved, or "". Nothing
 // where folders cannot be exchanged here.
 std::optional<std::string> Exchange(const RecordingParts& parts, const std::string& folder,
@@ -116,7 +132,7 @@ std::optional<std::string> Exchange(const RecordingParts& parts, const std::stri
 
 std::string SaveRecording(const RecordingParts& parts, const std::string& folder,
                           const CopyProgress& progress) {
-    CreateFolder(folder); // it may be there already
+    const FolderMade made(folder);
     std::optional<std::string> reason;
     if (FileExists(In(folder, ProjectName)))
         reason = Exchange(parts, folder, progress);

@@ -26,7 +26,7 @@ struct RecordingParts {
 /// "AI.tld", "DI.tld" and "Session.json". All or nothing, at every instant: what stands there stays until all
 /// of this is on the disk, and then gives way to it at once, where the system can exchange folders, else file
 /// after file, the project last. All is on the disk when this returns. `progress` is told of the data's
-/// bytes; what it raises ends the saving.
+/// bytes; what it raises ends the saving. A folder that was made for nothing goes again.
 ///
 /// Raises when the project cannot be written; gives the reason when something else cannot, "" when all went.
 [[nodiscard]] std::string SaveRecording(const RecordingParts& parts, const std::string& folder,

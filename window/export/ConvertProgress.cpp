@@ -2,9 +2,8 @@
 
 #include "core/base/Convert.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDialog>
-#include <QEvent>
 #include <QLabel>
 #include <QProgressBar>
 #include <QVBoxLayout>
@@ -18,41 +17,11 @@ constexpr qint64 UpdateInterval = 40; // milliseconds
 constexpr int Steps = 1000;
 constexpr int BarWidth = 320;
 
-bool IsInput(QEvent::Type type) {
-    switch (type) {
-    case QEvent::MouseButtonPress:
-    case QEvent::MouseButtonRelease:
-    case QEvent::MouseButtonDblClick:
-    case QEvent::MouseMove:
-    case QEvent::Wheel:
-    case QEvent::KeyPress:
-    case QEvent::KeyRelease:
-    case QEvent::ShortcutOverride:
-    case QEvent::Shortcut:
-    case QEvent::InputMethod:
-    case QEvent::ContextMenu:
-    case QEvent::TouchBegin:
-    case QEvent::TouchUpdate:
-    case QEvent::TouchEnd:
-    case QEvent::TabletPress:
-    case QEvent::TabletMove:
-    case QEvent::TabletRelease:
-    case QEvent::NativeGesture:
-    case QEvent::DragEnter:
-    case QEvent::Drop:
-    case QEvent::Close:
-        return true;
-    default:
-        return false;
-    }
-}
-
 } // namespace
 
 ConvertProgress::ConvertProgress(QWidget* window, std::chrono::milliseconds delay)
     : owner(window), patience(delay) {
     sinceStart.start();
-    qApp->installEventFilter(this);
 }
 
 ConvertProgress::~ConvertProgress() {
@@ -89,13 +58,6 @@ void ConvertProgress::Build() {
     layout->addWidget(new QLabel(u"Writing the text files"_s, dialog.get()));
     layout->addWidget(bar);
     dialog->show();
-}
-
-bool ConvertProgress::eventFilter(QObject*, QEvent* event) {
-    if (!IsInput(event->type()))
-        return false;
-    event->ignore(); // a window asked to close stays open
-    return true;
 }
 
 } // namespace tracelet

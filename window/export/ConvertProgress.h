@@ -1,7 +1,8 @@
 #pragma once
 
+#include "window/ground/NoInput.h"
+
 #include <QElapsedTimer>
-#include <QObject>
 
 #include <chrono>
 #include <memory>
@@ -13,25 +14,22 @@ class QWidget;
 namespace tracelet {
 
 /// Shows how far a conversion is while it runs inside an event handler. A modal bar appears once it has taken
-/// longer than `patience`, and goes with the object. Mouse, keys and requests to close a window do nothing
-/// as long as the object lives; windows are painted and timers go on.
-class ConvertProgress : public QObject {
-    Q_OBJECT
-
+/// longer than `patience`, and goes with the object. There is no input as long as the object lives.
+class ConvertProgress {
 public:
     explicit ConvertProgress(QWidget* owner,
                              std::chrono::milliseconds patience = std::chrono::milliseconds(500));
-    ~ConvertProgress() override;
+    ~ConvertProgress();
+    ConvertProgress(const ConvertProgress&) = delete;
+    ConvertProgress& operator=(const ConvertProgress&) = delete;
 
     /// To be called often with the fraction that is done, 0 to 1.
     void Show(double fraction);
 
-protected:
-    bool eventFilter(QObject* watched, QEvent* event) override;
-
 private:
     void Build();
 
+    const NoInput noInput;
     QWidget* owner;
     std::chrono::milliseconds patience;
     QElapsedTimer sinceStart;

@@ -1,4 +1,5 @@
 #include "window/files/Dialog.h"
+#include "window/files/SaveProgress.h"
 #include "window/ground/Handler.h"
 #include "window/ground/NoticeLine.h"
 #include "window/main/frmMain.h"
@@ -14,9 +15,12 @@ void frmMain::BtnSaveAs_Click() {
         if (szNewFolder.empty())
             return;
         ShowLosses(); // in place of what an earlier attempt left
-        const std::string reason = recorder.SaveTo(szDir + "\\" + szNewFolder);
+        const std::string reason =
+            SaveWithProgress(this, recorder.SampleBytes(), [this](const CopyProgress& progress) {
+                return recorder.SaveTo(szDir + "\\" + szNewFolder, progress);
+            });
         if (!reason.empty())
-            LabelNotice->Show(u"The recording was not saved: %1"_s.arg(QString::fromStdString(reason)));
+            LabelNotice->Show(NotSavedText(reason));
     });
 }
 

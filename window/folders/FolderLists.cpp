@@ -1,5 +1,6 @@
 #include "window/folders/FolderLists.h"
 
+#include "core/files/Paths.h"
 #include "window/ground/MsgBox.h"
 
 #include <QComboBox>
@@ -8,6 +9,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QSignalBlocker>
+#include <QStandardPaths>
 #include <QStorageInfo>
 #include <QVBoxLayout>
 
@@ -41,6 +43,14 @@ QString NearestFolder(QString folder) {
     while (!QFileInfo(folder).isDir() && folder != Root && !folder.isEmpty())
         folder = QFileInfo(folder).path();
     return QDir::isAbsolutePath(folder) ? folder : Root;
+}
+
+// The program's folder, or one of the user's own where it cannot be written.
+QString FirstFolder(const std::string& programFolder) {
+    if (!GetTempFile(false, "tl", programFolder).empty())
+        return QString::fromStdString(programFolder);
+    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
 } // namespace
@@ -89,8 +99,9 @@ void FolderLists::Build() {
 
 void FolderLists::Load(const std::string& programFolder, std::string& driveText, std::string& folderText) {
     if (driveText.empty()) {
-        driveText = DriveOf(QString::fromStdString(programFolder)).toStdString();
-        folderText = programFolder;
+        const QString first = FirstFolder(programFolder);
+        driveText = DriveOf(first).toStdString();
+        folderText = first.toStdString();
     }
     const QString folder = NearestFolder(QString::fromStdString(folderText));
     if (!Enter(folder))

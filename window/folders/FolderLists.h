@@ -29,8 +29,9 @@ public:
     explicit FolderLists(QWidget* parent = nullptr);
 
     /// Shows the remembered drive and folder and makes them current. While `drive` is empty, both are first
-    /// set from the program's folder: the drive that holds it, and the folder itself. A remembered folder
-    /// that is gone gives way to the nearest folder above it that is there.
+    /// set from the program's folder: the drive that holds it, and the folder itself. Where that cannot be
+    /// written, the user's documents stand in for it, or else the home folder. A remembered folder that is
+    /// gone gives way to the nearest folder above it that is there.
     void Load(const std::string& programFolder, std::string& drive, std::string& folder);
 
     [[nodiscard]] std::string Drive() const; ///< the folder that the chosen drive is mounted on

@@ -2,10 +2,13 @@
 
 #include <QLabel>
 
+class QToolButton;
+
 namespace tracelet {
 
 /// One line of text at the window's foot: what happened that is worth a word but no message box. A text that
-/// is too long ends in "…"; its tooltip tells it whole.
+/// is too long ends in "…"; its tooltip tells it whole. While there is nothing to tell, an offer may stand
+/// there, with its links behind it.
 class NoticeLine : public QLabel {
 public:
     explicit NoticeLine(QWidget* parent = nullptr);
@@ -14,9 +17,29 @@ public:
 
     /// Shows a text until the next; an empty one clears the line.
     void Show(const QString& text);
+    /// The same in the colour of warnings.
+    void Warn(const QString& text);
+    /// Offers a recording that was not saved, until the next offer; an empty text takes it back.
+    void Offer(const QString& text);
+
+    // Links of the offer, only shown with it.
+    QToolButton* BtnNoticeSave;
+    QToolButton* BtnNoticeDiscard;
+    QToolButton* BtnNoticeLater;
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    void resizeEvent(QResizeEvent* event) override;
+
+private:
+    void Tell(const QString& text, bool isAWarning);
+    void Refresh();
+    [[nodiscard]] bool IsOffering() const { return notice.isEmpty() && !offer.isEmpty(); }
+    [[nodiscard]] int TextWidth() const;
+
+    QString notice;
+    QString offer;
+    bool isWarning = false;
 };
 
 } // namespace tracelet

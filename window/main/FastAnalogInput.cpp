@@ -3,7 +3,6 @@
 #include "core/plots/TimeBase.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/Handler.h"
-#include "window/ground/NoticeLine.h"
 #include "window/main/frmMain.h"
 
 using namespace Qt::StringLiterals;
@@ -39,20 +38,6 @@ bool frmMain::FAIStart() {
     } catch (const std::exception&) { // the control keeps the text for the start-failure message
         return false;
     }
-    return true;
-}
-
-// Ends the input, which first hands over all that the board had delivered. Whatever a notification of that
-// comes to, the end of a one-shot buffer above all, finds the stop under way: false.
-bool frmMain::StopFastInput() {
-    if (isFastInputStopping)
-        return false;
-    isFastInputStopping = true;
-    if (!ZelAI1->StopBufferedAI(0))
-        LabelNotice->Show(ZelAI1->ErrorText());
-    isFastInputStopping = false;
-    if (bAISaveToDisk)
-        recorder.CloseFastFile();
     return true;
 }
 

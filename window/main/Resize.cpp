@@ -1,8 +1,11 @@
 #include "core/base/Convert.h"
 #include "core/layout/WindowLayout.h"
+#include "window/ground/Handler.h"
 #include "window/main/frmMain.h"
 
 #include <QEvent>
+
+#include <utility>
 
 namespace tracelet {
 namespace {
@@ -57,11 +60,14 @@ void frmMain::resizeEvent(QResizeEvent*) {
     Form_Resize();
 }
 
-// The frame is known only after the window was shown, and no resize tells of it.
+// The frame is known only after the window was shown, and no resize tells of it. What was left behind is
+// looked for once the window stands there.
 bool frmMain::event(QEvent* event) {
     const bool handled = QWidget::event(event);
     if (isVisible() && frameGeometry().size() != laidOutFor)
         Form_Resize();
+    if (event->type() == QEvent::Paint && !std::exchange(isPainted, true))
+        QTimer::singleShot(0, this, [this] { QuietHandler([this] { FindUnsaved(); }); });
     return handled;
 }
 

@@ -1,20 +1,28 @@
 #include "core/base/Convert.h"
+#include "core/disk/DiskRoom.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/Handler.h"
+#include "window/ground/NoInput.h"
 #include "window/ground/NoticeLine.h"
 #include "window/main/frmMain.h"
 #include "window/widgets/PutSwitch.h"
 #include "window/widgets/ZelButton.h"
 
 #include <QCheckBox>
+#include <QEventLoop>
 #include <QPushButton>
+#include <QScopeGuard>
 
+#include <chrono>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
 namespace {
+
+constexpr std::chrono::milliseconds DiskPoll{10};
+constexpr std::uint32_t DiskWatch = 1000; // milliseconds between two looks at its room
 
 const QString FastExcludesDigital = u"FAI can't run together with DI"_s;
 
@@ -87,9 +95,11 @@ void frmMain::StartSession() {
         recorder.SetAside();
     isSystemRunning = true;
     TickCount = 0;
+    diskSeenAt = 0;
     recorder.ResetCounts();
     ClearRecordingFaults();
     LabelNotice->Show({});
+    OfferUnsaved();
     ZelGraph1->ClearData();
     ZelGraph1->SetNextX(0.0);
     BtnStart->setText(u"Stop"_s);
@@ -97,6 +107,8 @@ void frmMain::StartSession() {
     WriteProjectInfo();
 
     if (M1.SoftMode ? SoftPoolStart() : FAIStart()) {
+        if (recorder.IsAsideUnsaved())
+            LetUnsavedGo();
         recorder.DropAside();
         recorder.ResetCounts();
         StartTicks = surroundings.ticks();
@@ -109,28 +121,87 @@ void frmMain::StartSession() {
     isSystemRunning = false;
     EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
+    OfferUnsaved();
 }
 
+// What comes while the stop hands over the rest or waits for the disk, the end of a one-shot buffer above
+// all, finds it under way.
 void frmMain::StopSession() {
-    const std::uint32_t elapsed = ScanCount >= 1 ? surroundings.ticks() - StartTicks : 0;
-    if (M1.SoftMode) {
-        if (ZelHiResTimerCtl1->TimerExists(PollTimer))
-            ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, false);
-        silence.stop();
-        if (pollReader)
-            pollReader->LetGo();
-    } else if (!StopFastInput()) {
+    if (std::exchange(isStopping, true))
         return;
-    }
+    const auto end = qScopeGuard([this] { isStopping = false; });
+    const std::uint32_t elapsed = ScanCount >= 1 ? surroundings.ticks() - StartTicks : 0;
+    StopInput();
+    AwaitDisk();
+    if (!M1.SoftMode && bAISaveToDisk)
+        recorder.CloseFastFile();
     WriteStopRecord(elapsed);
     isSystemRunning = false;
     EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
+    if (!std::exchange(diskWarning, {}).isEmpty())
+        ShowLosses();
+    OfferUnsaved();
+}
+
+void frmMain::StopInput() {
+    if (!M1.SoftMode) {
+        if (!ZelAI1->StopBufferedAI(0)) // hands over all that the board had delivered
+            LabelNotice->Show(ZelAI1->ErrorText());
+        return;
+    }
+    if (ZelHiResTimerCtl1->TimerExists(PollTimer))
+        ZelHiResTimerCtl1->SetTimerEnabled(PollTimer, false);
+    silence.stop();
+    if (pollReader)
+        pollReader->LetGo();
+}
+
+// The window lives while a disk that stalls takes the rest. When the program ends meanwhile, the stop waits
+// without it.
+void frmMain::AwaitDisk() {
+    SettleRecording();
+    if (!recorder.IsBehind())
+        return;
+    const NoInput noInput;
+    QEventLoop loop;
+    QTimer poll;
+    connect(&poll, &QTimer::timeout, &loop, [this, &loop] {
+        SettleRecording();
+        if (!recorder.IsBehind())
+            loop.quit();
+    });
+    poll.start(DiskPoll);
+    loop.exec();
+}
+
+// Before the disk is full, the last unsaved recording makes room.
+void frmMain::WatchDisk() {
+    const std::uint32_t elapsed = surroundings.ticks() - StartTicks;
+    if (elapsed - diskSeenAt < DiskWatch || recorder.IsBehind())
+        return;
+    diskSeenAt = elapsed;
+    const auto warning = [&] {
+        return QString::fromStdString(
+            DiskRoomWarning(surroundings.freeBytes(sztmpPath),
+                            static_cast<double>(recorder.SampleBytes()) * 1000.0 / elapsed));
+    };
+    QString present = warning();
+    const std::string unsaved = UnsavedFolder(stateFolder);
+    if (!present.isEmpty() && AreOnOneDisk(unsaved, sztmpPath)) {
+        LetUnsavedGo();
+        if (GiveUpUnsaved(unsaved))
+            present = warning();
+    }
+    if (std::exchange(diskWarning, present) != present)
+        ShowLosses();
 }
 
 void frmMain::SettleRecording() {
     if (recorder.Settle())
         ShowRecordingFaults();
+    if (!isStopping)
+        WatchDisk();
 }
 
 void frmMain::ShowRecordingFaults() {

@@ -143,6 +143,8 @@ void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
 }
 
 void frmMain::SoftPoolTimerPorc() {
+    if (isStopping) // the disk still takes what came before
+        return;
     if (pollReader && isSystemRunning) {
         BeginTickAside();
         return;
@@ -234,7 +236,10 @@ void frmMain::ShowLosses() {
         text = u"Scans lost: %1"_s.arg(LostScanCount);
     if (!recorder.ReadFault().empty())
         text += u" (%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
-    LabelNotice->Show(text);
+    if (diskWarning.isEmpty())
+        LabelNotice->Show(text);
+    else
+        LabelNotice->Warn(text.isEmpty() ? diskWarning : diskWarning + u"; "_s + text);
 }
 
 void frmMain::SoftDIScan() {

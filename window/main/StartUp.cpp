@@ -4,6 +4,7 @@
 #include "core/recordings/WorkFolder.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/Handler.h"
+#include "window/ground/NoticeLine.h"
 #include "window/widgets/ZelButton.h"
 #include "window/widgets/ZelLED.h"
 #include "window/widgets/ZelSlider.h"
@@ -12,6 +13,7 @@
 #include <QCloseEvent>
 #include <QCoreApplication>
 #include <QPushButton>
+#include <QToolButton>
 
 using namespace Qt::StringLiterals;
 
@@ -73,6 +75,9 @@ void frmMain::ConnectWidgets() {
     };
     on(BtnStart, &frmMain::BtnStart_Click);
     on(BtnSaveAs, &frmMain::BtnSaveAs_Click);
+    on(LabelNotice->BtnNoticeSave, &frmMain::BtnNoticeSave_Click);
+    on(LabelNotice->BtnNoticeDiscard, &frmMain::BtnNoticeDiscard_Click);
+    on(LabelNotice->BtnNoticeLater, &frmMain::BtnNoticeLater_Click);
     on(BtnExit, &frmMain::BtnExit_Click);
     on(BtnSet, &frmMain::BtnSet_Click);
     on(BtnHistory, &frmMain::BtnHistory_Click);
@@ -169,7 +174,7 @@ void frmMain::FillThermocoupleNames() {
 }
 
 void frmMain::MakeWorkFiles() {
-    const std::string stateFolder = surroundings.stateFolder ? *surroundings.stateFolder : StateFolder();
+    stateFolder = surroundings.stateFolder ? *surroundings.stateFolder : StateFolder();
     recorder.Open(MakeWorkFolder(szProgramPath, stateFolder), stateFolder);
 }
 
@@ -181,6 +186,7 @@ void frmMain::Form_Unload() {
         QuietHandler([this] { BtnStart_Click(); });
     if (isHisPlaying)
         QuietHandler([this] { BtnStop_Click(); });
+    leftRecordings.clear();
     recorder.Close();
     recording.CloseFiles();
     RemoveWorkFolder(recorder.work);

@@ -5,13 +5,14 @@
 // clang-format off
 //   main/StartUp.cpp            Form_Load, Form_Unload, BtnExit_Click
 //   main/Session.cpp            ZelButton1_Change, ZelButton2_Change, CkAISave2Disk_Click, CkDISave2Disk_Click,
-//                               BtnStart_Click (StartSession, StopSession)
+//                               BtnStart_Click (StartSession, StopSession, StopInput)
 //   main/Enabled.cpp            EnableSetCmdControls, EnableHisControls; what is enabled by all that happens
-//   main/FastAnalogInput.cpp    FAIStart, StopFastInput, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
+//   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
 //   main/Resize.cpp             Form_Resize
 //   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; beside it SessionFacts
 //   files/SaveAs.cpp            BtnSaveAs_Click
+//   files/LeftRecordings.cpp    the offer of recordings that were not saved: FindUnsaved, OfferUnsaved
 //   history/OpenHistory.cpp     BtnHistory_Click, ReadProjectInfo, ReadHisAIFile, ReadHisDIFile
 //   history/ModeSwitch.cpp      BtnModeSwitch_Click
 //   history/Playback.cpp        ChkPlay_Click, BtnStop_Click (of playback), BtnAccelerate_Click, the sliders, HistoryTick,
@@ -25,11 +26,13 @@
 // clang-format on
 
 #include "core/base/TickCount.h"
+#include "core/disk/UserFolders.h"
 #include "core/drivers/FindBoards.h"
 #include "core/input/PollPlan.h"
 #include "core/input/PollReader.h"
 #include "core/input/Recorder.h"
 #include "core/plots/PlotTables.h"
+#include "core/recordings/LeftRecording.h"
 #include "core/recordings/Recording.h"
 #include "core/settings/M1.h"
 #include "window/controls/ZelAI.h"
@@ -44,6 +47,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -68,6 +72,7 @@ public:
         /// Where the program keeps what outlives it (a native path, "" for nowhere); unless told the user's
         /// folder.
         std::optional<std::string> stateFolder{};
+        std::function<std::int64_t(const std::string& folder)> freeBytes = FreeBytes;
     };
 
     frmMain();
@@ -198,6 +203,9 @@ public:
     void WriteProjectInfo();
     void WriteStopRecord(std::uint32_t elapsedMs);
     void BtnSaveAs_Click();
+    void BtnNoticeSave_Click();
+    void BtnNoticeDiscard_Click();
+    void BtnNoticeLater_Click();
     void BtnHistory_Click();
     void BtnModeSwitch_Click();
     void EnableHisControls(bool value);
@@ -264,7 +272,9 @@ private:
     /// Shows `text` on the save boxes of recordings under way that are not at fault; "" for nothing wrong.
     void ShowOnSaveBoxes(const QString& text);
 
-    [[nodiscard]] bool StopFastInput();
+    void StopInput();
+    void AwaitDisk();
+    void WatchDisk();
     void HandleHalf(std::span<const std::int16_t> RawData, std::span<const float> AnalogData,
                     std::int32_t dataCount);
     void BufferChangeFunc(std::span<const float> DataArray, std::int32_t DataCntPerChan);
@@ -294,6 +304,13 @@ private:
     void ShowThermoSelection();
     void LoseScan();
     void ShowLosses();
+
+    /// Looks for recordings that were left behind.
+    void FindUnsaved();
+    /// Offers the newest of them while no session runs, behind what is said of the one before.
+    void OfferUnsaved(const QString& said = {});
+    /// Offers the last unsaved recording no more, so that it can be replaced.
+    void LetUnsavedGo();
 
     void EnterHistoryMode(const std::string& path);
     void ShowDataFiles();
@@ -332,14 +349,19 @@ private:
     void LayOut(QSize outer);
 
     Surroundings surroundings;
-    bool isLoaded = false;               ///< Form_Load ran and Form_Unload did not yet
-    bool isFastInputStopping = false;    ///< what the board had delivered is being handed over
-    QSize laidOutFor;                    ///< outer size, frame included, that the widgets stand for
-    QSize snappedFrom;                   ///< size that the last snap to the minimum found
-    QElapsedTimer sinceSnap;             ///< running since that snap
-    int snapsInARow = 0;                 ///< snaps that the desktop undid at once
-    std::vector<PlotLook> shownPlots;    ///< what BuildPlots put on the graph
-    std::vector<std::int32_t> rawBuffer; ///< reused by every half
+    bool isLoaded = false;                     ///< Form_Load ran and Form_Unload did not yet
+    bool isStopping = false;                   ///< a session hands over what is left and waits for the disk
+    bool isPainted = false;                    ///< the window was seen
+    std::string stateFolder;                   ///< native path, "" for none
+    std::vector<LeftRecording> leftRecordings; ///< that can still be saved, newest first
+    QString diskWarning;                       ///< of a disk that is soon full
+    std::uint32_t diskSeenAt = 0;              ///< milliseconds from the start to the last look at the disk
+    QSize laidOutFor;                          ///< outer size, frame included, that the widgets stand for
+    QSize snappedFrom;                         ///< size that the last snap to the minimum found
+    QElapsedTimer sinceSnap;                   ///< running since that snap
+    int snapsInARow = 0;                       ///< snaps that the desktop undid at once
+    std::vector<PlotLook> shownPlots;          ///< what BuildPlots put on the graph
+    std::vector<std::int32_t> rawBuffer;       ///< reused by every half
     PollPlan pollPlan;
     PollBoards pollBoards;
     PolledTick polled;                      ///< what the last tick read

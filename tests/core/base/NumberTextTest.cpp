@@ -97,5 +97,29 @@ TEST(DisplayText, WhatSixDecimalsCannotShowIsAPower) {
     EXPECT_EQ(DisplayText(0.0), ".000000");
 }
 
+TEST(NumberText, TimeSpansGetCoarserAsTheyGrow) {
+    const std::pair<double, const char*> table[] = {
+        {0.0, "0 s"},    {0.04, "0 s"},      {0.44, "0.4 s"},  {9.94, "9.9 s"},  {9.96, "10 s"},
+        {12.4, "12 s"},  {119.4, "119 s"},   {120.0, "2 min"}, {209.0, "3 min"}, {7199.0, "120 min"},
+        {7200.0, "2 h"}, {108000.0, "30 h"}, {1e300, nullptr},
+    };
+    for (const auto& [seconds, text] : table) {
+        if (text != nullptr)
+            EXPECT_EQ(TimeSpanText(seconds), text);
+        else
+            EXPECT_FALSE(TimeSpanText(seconds).empty());
+    }
+}
+
+TEST(NumberText, SizesHaveTheUnitThatFits) {
+    const std::pair<std::int64_t, const char*> table[] = {
+        {0, "0 bytes"},         {999, "999 bytes"},        {1000, "1.0 kB"},
+        {2149999, "2.1 MB"},    {999949, "999.9 kB"},      {999950, "1.0 MB"},
+        {5000000000, "5.0 GB"}, {1999999999999, "2.0 TB"}, {std::int64_t{1} << 62, "4611686.0 TB"},
+    };
+    for (const auto& [bytes, text] : table)
+        EXPECT_EQ(SizeText(bytes), text) << bytes;
+}
+
 } // namespace
 } // namespace tracelet

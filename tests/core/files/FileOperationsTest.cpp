@@ -100,5 +100,13 @@ TEST(Folders, AreMadeOnceAndRemovedEmpty) {
     EXPECT_FALSE(DeleteFile(folder / "none"));
 }
 
+TEST(FileSize, IsThatOfTheFileOrZero) {
+    const TemporaryFolder folder;
+    folder.Write("file", "12345");
+    EXPECT_EQ(FileSize(folder.Path() + "\\file"), 5);
+    EXPECT_EQ(FileSize(folder / "missing"), 0);
+    EXPECT_EQ(FileSize(""), 0);
+}
+
 } // namespace
 } // namespace tracelet

@@ -81,6 +81,7 @@ TEST_F(RecorderTest, ASessionLeavesItsBytes) {
     EXPECT_TRUE(recorder.SoftAIWritten);
     EXPECT_FALSE(recorder.FAIWritten);
     EXPECT_TRUE(recorder.DIWritten);
+    EXPECT_EQ(recorder.SampleBytes(), 4 + 9);
 }
 
 TEST_F(RecorderTest, TheHeaderOfTheDigitalFileIsNoDigitalData) {
@@ -247,9 +248,12 @@ TEST_F(RecorderTest, TheLastRecordingComesBackAfterARefusedStart) {
 
 TEST_F(RecorderTest, TheLastRecordingGoesWhenAStartWorked) {
     RecordOneScan(1.0F, 1);
+    EXPECT_FALSE(recorder.IsAsideUnsaved());
     recorder.SetAside();
+    EXPECT_TRUE(recorder.IsAsideUnsaved());
     Begin(true, true);
     recorder.DropAside();
+    EXPECT_FALSE(recorder.IsAsideUnsaved());
     EXPECT_FALSE(recorder.PutBack());
     recorder.Close();
     RemoveWorkFolder(recorder.work);

@@ -243,5 +243,40 @@ TEST_F(LeftRecordingTest, TheNewestComesFirst) {
     EXPECT_EQ(found[0].folder.sztmpPath, parent / "tl0003.tmp");
 }
 
+TEST_F(LeftRecordingTest, IsDescribedToTheUser) {
+    LeftRecording left;
+    left.started = "2026-11-21T14:03:09+01:00";
+    left.info = Header(true, true, true);
+    left.info.ScanCount = 120;
+    left.info.ScanInterval = 0.1;
+    left.parts.analog = left.parts.digital = "file";
+    left.bytes = 2100000;
+    EXPECT_EQ(Describe(left), "Unsaved recording of 21 Nov 2026 14:03 (12 s, 3 signals, 2.1 MB)");
+    left.parts.analog.clear();
+    left.started = "2026-01-02T03:04:05+00:00";
+    left.bytes = 120;
+    EXPECT_EQ(Describe(left), "Unsaved recording of 2 Jan 2026 03:04 (12 s, 1 signal, 120 bytes)");
+    for (const char* unclear : {"", "yesterday", "2026-13-02T03:04:05", "2026-00-02T03:04:05"}) {
+        left.started = unclear;
+        EXPECT_EQ(Describe(left), "Unsaved recording (12 s, 1 signal, 120 bytes)") << unclear;
+    }
+}
+
+TEST_F(LeftRecordingTest, TheLastUnsavedOneIsGivenUpUnlessItIsOffered) {
+    const std::string project = Text(ProjectHeader(Header(true, false, true))) + Text(StopRecord(2, 0.5));
+    const WorkFolder work = Leave("tl0001.tmp", project, std::string(16, 'a'));
+    const std::string unsaved = UnsavedFolder(state.Path());
+    EXPECT_FALSE(GiveUpUnsaved(unsaved));
+    const std::string files[] = {work.szProjectFileName, work.szAIFileName};
+    ASSERT_TRUE(KeepUnsaved(files, "{}", unsaved));
+    {
+        const std::vector<LeftRecording> found = Find();
+        EXPECT_FALSE(GiveUpUnsaved(unsaved));
+        EXPECT_THAT(found, SizeIs(1));
+    }
+    EXPECT_TRUE(GiveUpUnsaved(unsaved));
+    EXPECT_THAT(state.Names(), IsEmpty());
+}
+
 } // namespace
 } // namespace tracelet

@@ -114,5 +114,19 @@ TEST_F(SaveRecordingTest, KeepsTheOldOneWhenItIsCancelled) {
     ExpectSaved();
 }
 
+TEST_F(SaveRecordingTest, LeavesNoFolderThatItMadeForNothing) {
+    const auto cancel = [](std::int64_t) { throw RunTimeError("enough"); };
+    EXPECT_EQ(SaveRecording(parts, home, cancel), "enough");
+    EXPECT_THAT(target.Names(), testing::IsEmpty());
+    {
+        const FileSizeLimit full(1);
+        EXPECT_THROW((void)SaveRecording(parts, home), RunTimeError);
+    }
+    EXPECT_THAT(target.Names(), testing::IsEmpty());
+    fs::create_directory(place);
+    EXPECT_EQ(SaveRecording(parts, home, cancel), "enough");
+    EXPECT_THAT(target.Names(), ElementsAre("run")) << "it was there before";
+}
+
 } // namespace
 } // namespace tracelet

@@ -65,6 +65,19 @@ TEST_F(DialogTest, FirstLoadSetsDriveAndFolder) {
     EXPECT_EQ(fs::current_path(), program);
 }
 
+TEST_F(DialogTest, FolderOfTheUserServesWhereTheProgramsCannotBeWritten) {
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", folder.Path().c_str());
+    for (const char* first : {"", "/Documents"}) { // the second time there is one
+        const Dialog dialog("/proc", szDrive, szDir, szNewFolder);
+        EXPECT_EQ(szDir, folder.Path() + first);
+        EXPECT_EQ(fs::current_path(), folder.Path() + first);
+        szDrive.clear();
+        fs::create_directory(folder / "Documents");
+    }
+    qputenv("HOME", homeBefore);
+}
+
 TEST_F(DialogTest, OKStoresDriveFolderAndName) {
     Dialog dialog(program, szDrive, szDir, szNewFolder);
     dialog.show();
