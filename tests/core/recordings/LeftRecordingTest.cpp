@@ -61,6 +61,11 @@ protected:
         Age(parent / name, 60);
         return left;
     }
+    /// Makes it a folder that was left since the system started.
+    void LeaveSession(const WorkFolder& left) {
+        std::ofstream(NativePath(SessionFileOf(state.Path(), left.sztmpPath)))
+            << "{\"boot\": \"" + BootId() + "\"}";
+    }
     static void Age(const std::string& path, std::time_t seconds) {
         const utimbuf times{std::time(nullptr) - seconds, std::time(nullptr) - seconds};
         ASSERT_EQ(utime(path.c_str(), &times), 0);
@@ -106,6 +111,7 @@ TEST_F(LeftRecordingTest, CountsWholeScansOfEveryInput) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const WorkFolder folder = Leave("tl12aF.tmp", c.project, c.ai, c.fast, c.di);
+        LeaveSession(folder);
         {
             const std::vector<LeftRecording> found = Find();
             ASSERT_THAT(found, SizeIs(1));
@@ -127,6 +133,42 @@ TEST_F(LeftRecordingTest, CountsWholeScansOfEveryInput) {
         EXPECT_FALSE(fs::exists(parent / "tl12aF.tmp"));
         fs::remove_all(target / "run");
     }
+}
+
+TEST_F(LeftRecordingTest, AfterTheSystemWentDownOnlyScansCountThatWereOnTheDisk) {
+    const std::string project = Text(ProjectHeader(Header(true, false, true)));
+    const WorkFolder folder =
+        Leave("tl0001.tmp", project + Text(StopRecord(2, 0.5)), std::string(5 * 8, 'a'));
+    const std::string session = NativePath(SessionFileOf(state.Path(), folder.sztmpPath));
+    for (const char* text : {"", "{\"boot\": \"another\", \"started\": \"then\"}", "{\"started\": \"th"}) {
+        SCOPED_TRACE(text);
+        std::ofstream(session) << text;
+        const std::vector<LeftRecording> found = Find();
+        ASSERT_THAT(found, SizeIs(1));
+        EXPECT_EQ(found[0].info.ScanCount, 2);
+        EXPECT_EQ(found[0].parts.analogBytes, 16);
+        EXPECT_EQ(found[0].parts.session.ends_with('}'), std::string(text).ends_with('}'))
+            << "a torn one goes";
+    }
+    LeaveSession(folder);
+    EXPECT_EQ(Find().at(0).info.ScanCount, 5);
+}
+
+TEST_F(LeftRecordingTest, WhatAStartHadSetAsideIsFoundUntilThereIsMore) {
+    const std::string record = Text(StopRecord(3, 0.5));
+    const WorkFolder folder =
+        Leave("tl0001.tmp", Text(ProjectHeader(Header(true, false, true))) + record, std::string(3 * 8, 'a'));
+    const std::string files[] = {folder.szProjectFileName, folder.szAIFileName};
+    ASSERT_TRUE(SetAside(files));
+    EXPECT_EQ(Find().at(0).info.ScanCount, 3);
+    std::ofstream(NativePath(folder.szProjectFileName)) << Text(ProjectHeader(Header(true, false, true)));
+    std::ofstream(NativePath(folder.szAIFileName)).flush();
+    EXPECT_EQ(Find().at(0).info.ScanCount, 3) << "the new one holds nothing yet";
+    std::ofstream(NativePath(folder.szProjectFileName), std::ios::app) << Text(StopRecord(1, 0.5));
+    std::ofstream(NativePath(folder.szAIFileName)) << std::string(8, 'b');
+    EXPECT_EQ(Find().at(0).info.ScanCount, 1);
+    Discard(Find().at(0));
+    EXPECT_THAT(parent.Names(), IsEmpty());
 }
 
 TEST_F(LeftRecordingTest, ATimeThatTheProjectLacksComesFromTheSession) {
@@ -163,6 +205,7 @@ TEST_F(LeftRecordingTest, WhatAProgramHoldsIsNotTouched) {
     const std::string project = Text(ProjectHeader(Header(true, false, true)));
     const WorkFolder full = Leave("tl0001.tmp", project, std::string(16, 'a'));
     const WorkFolder empty = Leave("tl0002.tmp", project, "");
+    LeaveSession(full);
     {
         const auto holdFull = HoldFolder(full.sztmpPath);
         const auto holdEmpty = HoldFolder(empty.sztmpPath);
@@ -213,7 +256,7 @@ TEST_F(LeftRecordingTest, WhatCannotBeKeptWholeIsNotKept) {
 TEST_F(LeftRecordingTest, TheNewestComesFirst) {
     const std::string project = Text(ProjectHeader(Header(true, false, true)));
     for (const char* name : {"tl0001.tmp", "tl0003.tmp", "tl0002.tmp"}) {
-        Leave(name, project, std::string(16, 'a'));
+        LeaveSession(Leave(name, project, std::string(16, 'a')));
         Age(parent / name + "/Project.tld", std::string(name) == "tl0003.tmp" ? 100 : 10000);
     }
     const std::vector<LeftRecording> found = Find();
