@@ -1,6 +1,8 @@
 #pragma once
 
 #include <chrono>
+#include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -13,6 +15,10 @@ namespace tracelet {
 /// disk never answers.
 class DiskSync {
 public:
+    /// Told on that thread, round after round, what length each file has on the disk; 0 for one that is left
+    /// out. What it uses must live as long as the thread.
+    using Brought = std::function<void(std::span<const std::int64_t> lengths)>;
+
     explicit DiskSync(std::chrono::milliseconds every);
     ~DiskSync();
     DiskSync(const DiskSync&) = delete;
@@ -20,7 +26,9 @@ public:
 
     /// From now on brings these open files to the disk (descriptors of the system, closed ones are left out),
     /// those of the last call no more. Without a thread or descriptors to be had, nothing is brought.
-    void Watch(std::span<const int> descriptors) noexcept;
+    void Watch(std::span<const int> descriptors, Brought brought = {}) noexcept;
+    /// Once more now; False when that takes longer than `longest`, or there is nothing to bring.
+    bool Bring(std::chrono::milliseconds longest) noexcept;
     /// Once more now; then rests until the next Watch.
     void Finish() noexcept;
     /// What the system could not bring to the disk since the last call, "" for nothing.

@@ -3,6 +3,8 @@
 #include "core/base/UniqueFd.h"
 #include "core/files/Paths.h"
 
+#include <algorithm>
+#include <array>
 #include <cstdlib>
 #include <exception>
 #include <filesystem>
@@ -40,6 +42,17 @@ std::unique_ptr<UniqueFd> HoldFolder(std::string_view path) noexcept {
         return flock(folder->Get(), LOCK_EX | LOCK_NB) == 0 ? std::move(folder) : nullptr;
     } catch (const std::exception&) {
         return nullptr;
+    }
+}
+
+std::string BootId() {
+    try {
+        const UniqueFd file(open("/proc/sys/kernel/random/boot_id", O_RDONLY | O_CLOEXEC));
+        std::array<char, 36> text{};
+        const ssize_t count = read(file.Get(), text.data(), text.size());
+        return {text.data(), static_cast<std::size_t>(std::max<ssize_t>(0, count))};
+    } catch (const std::exception&) {
+        return {};
     }
 }
 

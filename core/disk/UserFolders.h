@@ -17,6 +17,9 @@ class UniqueFd;
 /// holds it, or when it is not there.
 [[nodiscard]] std::unique_ptr<UniqueFd> HoldFolder(std::string_view path) noexcept;
 
+/// What tells this run of the system from every other; "" where it cannot be told.
+[[nodiscard]] std::string BootId();
+
 /// Bytes that the user may still write to the disk of this folder; -1 when it cannot be told.
 [[nodiscard]] std::int64_t FreeBytes(std::string_view folder) noexcept;
 

@@ -13,10 +13,13 @@
 #include <iterator>
 #include <utility>
 
+#include <fcntl.h>
+
 namespace tracelet {
 namespace {
 
 constexpr std::chrono::milliseconds Patience{20};
+constexpr std::chrono::milliseconds PatienceAtStop{100};
 constexpr std::size_t MostWaiting = std::size_t{256} << 20; // bytes on their way to a disk that stalls
 constexpr std::size_t MostEvents = 10000;                   // of each kind that a session's file tells
 constexpr double Tolerance = 0.001;                         // seconds that a clock of milliseconds is off
@@ -24,7 +27,7 @@ constexpr double Tolerance = 0.001;                         // seconds that a cl
 } // namespace
 
 Recorder::Recorder(std::chrono::milliseconds every)
-    : keepEvery(every), sync(every),
+    : keepEvery(every), sync(every / 2),
       writer([this](int file, std::span<const std::byte> bytes) { WriteBlock(file, bytes); }, MostWaiting,
              StopRecordInPlace) {}
 
@@ -90,14 +93,13 @@ void Recorder::NoteTime(std::uint32_t elapsedMs) {
         events.times.push_back({ScanCount, time});
 }
 
-// Data go before the record that counts them.
 void Recorder::KeepCurrent(double scanInterval) {
+    if (live)
+        live->ScanInterval = scanInterval;
     const Clock::time_point now = Clock::now();
     if (now - keptAt < keepEvery)
         return;
     keptAt = now;
-    if (hasHeader)
-        Put(StopRecordInPlace, StopRecord(ScanCount, scanInterval));
     PutSession(scanInterval);
 }
 
@@ -133,11 +135,12 @@ void Recorder::OpenQuietly(int number, const std::string& path) {
 void Recorder::Close() {
     WaitForKeeping();
     writer.Flush();
+    EndLiveRecord();
     sync.Watch({});
     Files.CloseAll();
     FAIFileHandle.Close();
     if (IsUnsaved())
-        KeepUnsaved(RecordedFiles(), sessionText, unsavedFolder, true);
+        KeepUnsaved(RecordedFiles(), sessionText, unsavedFolder);
     if (!sessionFile.empty())
         DeleteFile(sessionFile);
     hold.reset();
@@ -176,18 +179,18 @@ void Recorder::SetAside() {
 void Recorder::DropAside() {
     if (!last)
         return;
-    std::vector<std::string> aside = last->files;
-    std::ranges::transform(aside, aside.begin(), AsideName);
-    if (last->isSaved || KeepUnsaved(aside, last->sessionText, unsavedFolder, false)) {
-        tracelet::DropAside(last->files);
-    } else { // a session waits for nothing: onto another disk they go beside it
-        keeping = std::async(std::launch::async, [files = last->files, aside = std::move(aside),
-                                                  text = last->sessionText, folder = unsavedFolder] {
-            KeepUnsaved(aside, text, folder, true);
-            tracelet::DropAside(files);
-        });
-    }
+    const auto drop = [aside = *std::move(last), folder = unsavedFolder] {
+        std::vector<std::string> files = aside.files;
+        std::ranges::transform(files, files.begin(), AsideName);
+        if (!aside.isSaved)
+            KeepUnsaved(files, aside.sessionText, folder);
+        tracelet::DropAside(aside.files);
+    };
     last.reset();
+    if (unsavedFolder.empty() || AreOnOneDisk(work.sztmpPath, SiblingPath(unsavedFolder, ".")))
+        drop();
+    else // a copy takes its time, and the session that began does not wait for it
+        keeping = std::async(std::launch::async, drop);
 }
 
 void Recorder::WaitForKeeping() {
@@ -199,6 +202,7 @@ bool Recorder::PutBack() {
     if (!last)
         return false;
     writer.Flush();
+    EndLiveRecord();
     if (last->FAIWritten)
         FAIFileHandle.Close();
     for (const int number : {ProjectFileNum, AIFileNum, DIFileNum})
@@ -226,6 +230,7 @@ bool Recorder::PutBack() {
 
 void Recorder::Begin(SessionFacts facts) {
     writer.Restart();
+    EndLiveRecord();
     faults = {};
     areFaultsNews = hasHeader = isDiskBehind = isSaved = false;
     headerBytes = 0;
@@ -269,10 +274,28 @@ void Recorder::PutHeader(const ProjectInfo& info) {
 }
 
 void Recorder::WatchFiles() {
+    try {
+        live = std::make_shared<LiveRecord>(Files.File(ProjectFileNum).Handle(),
+                                            static_cast<std::int64_t>(headerBytes));
+    } catch (const RunTimeError&) { // no project: nothing would describe what is recorded
+        return;
+    }
     std::vector<int> descriptors{FAIFileHandle.Handle()};
-    for (const int number : {AIFileNum, DIFileNum, ProjectFileNum})
+    for (const int number : {AIFileNum, DIFileNum})
         descriptors.push_back(Files.File(number).Handle());
-    sync.Watch(descriptors);
+    std::optional<UniqueFd> parent;
+    if (hold) { // the names of the files and of their folder
+        parent.emplace(openat(hold->Get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        descriptors.insert(descriptors.end(), {hold->Get(), parent->Get()});
+    }
+    sync.Watch(descriptors,
+               [record = live](std::span<const std::int64_t> lengths) { record->Keep(lengths); });
+}
+
+void Recorder::EndLiveRecord() {
+    if (live)
+        live->End();
+    live.reset();
 }
 
 void Recorder::PutPortHeader(std::int32_t portStart, std::int32_t portCount) {
@@ -303,12 +326,18 @@ void Recorder::PutHalf(std::span<const std::int32_t> rawCodes, std::int32_t scan
 void Recorder::Put(int file, std::span<const std::byte> bytes, std::int32_t scans) {
     const bool isDescribed = scans == 0 || hasHeader;
     if (scans > 0)
-        scanBytes[static_cast<std::size_t>(file)] = bytes.size() / static_cast<std::size_t>(scans);
+        NoteScanBytes(static_cast<std::size_t>(file), bytes.size() / static_cast<std::size_t>(scans));
     if (isDescribed && writer.Put(file, bytes))
         return;
     LostScanCount = SumOrHighest(LostScanCount, scans);
     if (scans > 0)
         NoteLoss(scans, isDescribed ? "The disk did not keep up" : "The project could not be written");
+}
+
+void Recorder::NoteScanBytes(std::size_t file, std::size_t bytes) {
+    scanBytes[file] = bytes;
+    if (live)
+        live->ScanBytes[file] = static_cast<std::int64_t>(bytes);
 }
 
 void Recorder::WriteBlock(int file, std::span<const std::byte> bytes) {
@@ -377,6 +406,8 @@ void Recorder::Complete(double scanInterval) {
         if (lost > 0)
             NoteLoss(lost, "The disk did not take them");
     }
+    sync.Bring(PatienceAtStop); // what the record counts
+    EndLiveRecord();
     stopRecord = StopRecord(ScanCount, scanInterval);
     if (hasHeader) // a saved copy gets it, whether or not the disk takes it here
         Put(StopRecordInPlace, stopRecord);

@@ -7,6 +7,7 @@
 #include "core/files/BinaryFiles.h"
 #include "core/files/FileOperations.h"
 #include "core/files/SystemFile.h"
+#include "core/input/LiveRecord.h"
 #include "core/recordings/ProjectInfo.h"
 #include "core/recordings/SessionFile.h"
 #include "core/recordings/WorkFolder.h"
@@ -33,8 +34,9 @@ namespace tracelet {
 /// not stall whoever measures. Complete waits for all. What cannot be written waits for the error to pass;
 /// when there is no more room to wait in, blocks are lost, which counts as a loss of samples.
 ///
-/// So that a recording survives its program and its machine, the stop record behind the project's header and
-/// the session's file are kept current, once a second, and a thread brings all files to the disk as often.
+/// So that a recording survives its program and its machine, a thread brings the data to the disk, twice a
+/// second, and then the stop record behind the project's header, which counts what is there (LiveRecord). The
+/// session's file is kept current once a second.
 ///
 /// Order of calls: Open; then for each session Begin, RecreateFastFile, PutHeader, ResetCounts, any number of
 /// Puts, Counts and Settles, Complete. One thread makes them.
@@ -47,7 +49,7 @@ public:
     static constexpr int DIFileNum = 2;
     static constexpr int ProjectFileNum = 5;
 
-    /// Keeps files current, and brings them to the disk, so often.
+    /// Keeps the session's file current so often, and brings the others to the disk twice as often.
     explicit Recorder(std::chrono::milliseconds every = std::chrono::seconds(1));
     ~Recorder() { Close(); }
     Recorder(const Recorder&) = delete;
@@ -165,6 +167,7 @@ private:
     void Put(int file, std::span<const std::byte> bytes, std::int32_t scans = 0);
     void Flush();
     void TakeNews();
+    void NoteScanBytes(std::size_t file, std::size_t bytes);
     void SetFault(int file, const std::string& reason);
     void NoteLoss(std::int64_t scans, const std::string& reason);
     void NoteTime(std::uint32_t elapsedMs);
@@ -172,6 +175,7 @@ private:
     void PutSession(double scanInterval);
     void WatchFiles();
     void WaitForKeeping();
+    void EndLiveRecord();
     void OpenQuietly(int number, const std::string& path);
     [[nodiscard]] std::vector<std::byte> Header() const;
     [[nodiscard]] std::vector<std::string> RecordedFiles() const;
@@ -195,7 +199,8 @@ private:
     SessionEvents events;
     std::string sessionText; // as it was put last
     std::optional<Last> last;
-    std::future<void> keeping; // of the last unsaved recording, onto another disk
+    std::future<void> keeping;        // of the last unsaved recording, onto another disk
+    std::shared_ptr<LiveRecord> live; ///< while a session runs
     DiskSync sync;
     BlockWriter writer; // last: its thread uses the files
 };

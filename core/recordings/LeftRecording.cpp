@@ -2,6 +2,7 @@
 
 #include "core/base/NumberText.h"
 #include "core/base/RunTimeError.h"
+#include "core/disk/DiskSync.h"
 #include "core/disk/StagedFile.h"
 #include "core/disk/UserFolders.h"
 #include "core/files/Paths.h"
@@ -72,12 +73,13 @@ std::int64_t DigitalScans(LeftRecording& left, std::int32_t& ports) {
     return (FileSize(left.parts.digital) - DigitalHeaderSize) / ports;
 }
 
-// Cuts the recording to the scans that every input with data has.
-void CountScans(LeftRecording& left) {
+// Cuts the recording to the scans that every input with data has, at most `most`.
+void CountScans(LeftRecording& left, std::int64_t most) {
     std::int32_t ports = 1;
     const std::int64_t analog = AnalogScans(left);
     const std::int64_t digital = DigitalScans(left, ports);
-    const std::int64_t scans = analog == 0 ? digital : digital == 0 ? analog : std::min(analog, digital);
+    const std::int64_t whole = analog == 0 ? digital : digital == 0 ? analog : std::min(analog, digital);
+    const std::int64_t scans = std::clamp<std::int64_t>(most, 0, whole);
     left.info.ScanCount =
         static_cast<std::int32_t>(std::min<std::int64_t>(scans, std::numeric_limits<std::int32_t>::max()));
     if (analog == 0)
@@ -91,7 +93,7 @@ void CountScans(LeftRecording& left) {
     left.bytes = (analog == 0 ? 0 : left.parts.analogBytes) + (digital == 0 ? 0 : left.parts.digitalBytes);
 }
 
-// The project's header, and the interval where its stop record was begun. Raises for what is no project.
+// The project's header, and its stop record where there is one. Raises for what is no project.
 void ReadHeader(LeftRecording& left) {
     const SystemFile file(left.folder.szProjectFileName, Disposition::OpenExisting);
     ByteReader reader(file);
@@ -99,7 +101,7 @@ void ReadHeader(LeftRecording& left) {
     left.parts.project.resize(static_cast<std::size_t>(file.Size() - reader.Remaining()));
     (void)file.ReadAt(0, left.parts.project);
     if (reader.Remaining() >= static_cast<std::int64_t>(StopRecord(0, 0.0).size())) {
-        (void)reader.Get<std::int32_t>();
+        left.info.ScanCount = reader.Get<std::int32_t>();
         left.info.ScanInterval = reader.Get<double>();
     }
 }
@@ -109,23 +111,63 @@ std::string ModificationTime(const std::string& path) {
     return stat(NativePath(path).c_str(), &status) == 0 ? WallClock(status.st_mtime) : std::string();
 }
 
-// What a work folder holds. Raises where nobody can tell.
-LeftRecording Look(const std::string& folder, const std::string& stateFolder) {
+// What these files of a work folder hold, with the text of the session's file. Raises where nobody can tell.
+LeftRecording Read(const WorkFolder& files, const std::string& sessionFile) {
     LeftRecording left;
-    left.folder = WorkFolderAt(folder);
-    left.sessionFile = folder + "\\Session.json";
-    if (!FileExists(left.sessionFile))
-        left.sessionFile = SessionFileOf(stateFolder, folder);
-    ReadHeader(left);
-    CountScans(left);
+    left.folder = files;
+    left.sessionFile = sessionFile;
     left.parts.session = TextOf(left.sessionFile);
     const SessionSummary summary = ReadSessionSummary(left.parts.session);
+    if (summary.started.empty()) // torn
+        left.parts.session.clear();
+    ReadHeader(left);
+    // After the system went down, what nobody counted may never have reached the disk.
+    const bool isOfThisBoot = !summary.boot.empty() && summary.boot == BootId();
+    CountScans(left, isOfThisBoot ? std::numeric_limits<std::int64_t>::max() : left.info.ScanCount);
     left.started =
         summary.started.empty() ? ModificationTime(left.folder.szProjectFileName) : summary.started;
     if (left.info.ScanInterval == 0.0 && summary.scansPerSecond > 0.0)
         left.info.ScanInterval = 1.0 / summary.scansPerSecond;
     std::ranges::copy(StopRecord(left.info.ScanCount, left.info.ScanInterval),
                       std::back_inserter(left.parts.project));
+    return left;
+}
+
+// The files of a work folder under the names that they have while a start sets them aside: those set aside
+// where there are both, or else the others.
+WorkFolder FilesThere(const WorkFolder& folder, bool asideFirst) {
+    WorkFolder files = folder;
+    for (std::string* file :
+         {&files.szProjectFileName, &files.szAIFileName, &files.szDIFileName, &files.szFAIFileName}) {
+        const std::string aside = AsideName(*file);
+        if (FileExists(aside) && (asideFirst || !FileExists(*file)))
+            *file = aside;
+    }
+    return files;
+}
+
+// What a work folder holds; where that is nothing, the last recording, which a start has set aside. Raises
+// where nobody can tell.
+LeftRecording Look(const std::string& path, const std::string& stateFolder) {
+    const WorkFolder folder = WorkFolderAt(path);
+    std::string sessionFile = path + "\\Session.json";
+    if (!FileExists(sessionFile))
+        sessionFile = SessionFileOf(stateFolder, path);
+    LeftRecording left;
+    for (const bool asideFirst : {false, true}) {
+        if (!asideFirst && !FileExists(folder.szProjectFileName))
+            continue;
+        try {
+            left = Read(FilesThere(folder, asideFirst), asideFirst ? std::string() : sessionFile);
+        } catch (const RunTimeError&) { // the new one has no header yet
+            if (asideFirst || !FileExists(AsideName(folder.szProjectFileName)))
+                throw;
+        }
+        if (left.info.ScanCount > 0)
+            break;
+    }
+    left.folder = folder;
+    left.sessionFile = sessionFile;
     return left;
 }
 
@@ -158,15 +200,20 @@ void LookInto(const std::string& path, const std::string& stateFolder, bool isTo
         Discard(left);
 }
 
-void MoveFile(const std::string& from, const std::string& to, bool mayCopy) {
-    try {
-        RenameFile(from, to);
-    } catch (const RunTimeError&) { // onto another disk
-        if (!mayCopy || FileSize(from) > FreeBytes(SiblingPath(to, ".")) / 4)
-            throw;
-        CopyWholeFile(from, to);
-        DeleteFile(from);
-    }
+// Gives the folder the file too.
+void BringFile(const std::string& from, const std::string& folder) {
+    std::string name = FileNameFromPath(from);
+    if (name.ends_with(AsideEnding))
+        name.resize(name.size() - AsideEnding.size());
+    const std::string to = folder + "\\" + name;
+    std::error_code error;
+    fs::create_hard_link(NativePath(from), NativePath(to), error);
+    if (!error)
+        return;
+    if (FileSize(from) > FreeBytes(SiblingPath(to, ".")) / 4)
+        throw Fault::DiskFull(); // or nearly, for a copy onto another disk
+    CopyWholeFile(from, to);
+    SyncFile(to);
 }
 
 void DiscardUnsaved(const std::string& folder) {
@@ -234,7 +281,7 @@ void Discard(const LeftRecording& left) noexcept {
 }
 
 bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionText,
-                 const std::string& unsavedFolder, bool mayCopy) noexcept {
+                 const std::string& unsavedFolder) noexcept {
     if (unsavedFolder.empty())
         return false;
     try {
@@ -243,15 +290,19 @@ bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionT
             return false;
         DiscardUnsaved(unsavedFolder);
         CreateFolder(unsavedFolder);
-        for (const std::string& file : files) {
-            std::string name = FileNameFromPath(file);
-            if (name.ends_with(AsideEnding))
-                name.resize(name.size() - AsideEnding.size());
-            MoveFile(file, unsavedFolder + "\\" + name, mayCopy);
-        }
+        for (const std::string& file : files.subspan(1))
+            BringFile(file, unsavedFolder);
         StagedFile session(unsavedFolder + "\\Session.json");
         session.Write(std::as_bytes(std::span(sessionText)));
         session.Place();
+        // The project comes when all that it describes is there, and goes before.
+        SyncFolder(unsavedFolder);
+        BringFile(files.front(), unsavedFolder);
+        SyncFolder(unsavedFolder);
+        SyncFolder(unsavedFolder + "\\..");
+        DeleteFile(files.front());
+        SyncFolder(SiblingPath(files.front(), "."));
+        std::ranges::for_each(files.subspan(1), DeleteFile);
         return true;
     } catch (const std::exception&) {
         DiscardUnsaved(unsavedFolder);

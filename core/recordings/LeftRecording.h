@@ -48,11 +48,11 @@ void Discard(const LeftRecording& left) noexcept;
 /// Deletes the last unsaved recording, where no program holds it; True when there was one.
 bool GiveUpUnsaved(const std::string& unsavedFolder) noexcept;
 
-/// Moves files of a recording (composed texts; names "X.last" become "X") into the folder of the last unsaved
-/// one, in place of what it holds, with the text of the session's file. Onto another disk they can only be
-/// copied, which takes its time: where `mayCopy`, and if that disk is far from full. False when not all could
-/// be moved; then none is kept.
+/// Moves files of a recording, the project first (composed texts; names "X.last" become "X"), into the folder
+/// of the last unsaved one, in place of what it holds, with the text of the session's file. Waits for the
+/// disk; onto another disk they are copied, if that is far from full. False when not all could be moved; then
+/// none is kept.
 bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionText,
-                 const std::string& unsavedFolder, bool mayCopy) noexcept;
+                 const std::string& unsavedFolder) noexcept;
 
 } // namespace tracelet

@@ -53,6 +53,7 @@ std::string SaveInto(const RecordingParts& parts, const std::string& folder, con
             file->Sync();
         for (StagedFile* file : {&analog, &digital, &session})
             file->Place();
+        SyncFolder(folder); // the project comes behind what it describes
     } catch (const RunTimeError& error) {
         return error.what();
     }
@@ -123,8 +124,11 @@ std::optional<std::string> Exchange(const RecordingParts& parts, const std::stri
     if (!sibling.IsMade() || !LinkAll(folder, sibling.Path()))
         return std::nullopt;
     std::string reason = SaveInto(parts, sibling.Path(), folder, progress);
-    if (reason.empty() && !ExchangeFolders(sibling.Path(), folder))
-        return std::nullopt;
+    if (reason.empty()) {
+        if (!ExchangeFolders(sibling.Path(), folder))
+            return std::nullopt;
+        SyncFolder(folder + "\\.."); // before what stood there goes
+    }
     return reason;
 }
 

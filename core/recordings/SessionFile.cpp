@@ -1,7 +1,10 @@
 #include "core/recordings/SessionFile.h"
 
+#include "core/disk/UserFolders.h"
+
 #include <array>
 #include <ctime>
+#include <utility>
 
 #include <nlohmann/json.hpp>
 
@@ -73,6 +76,7 @@ std::string SessionText(const SessionFacts& facts, const SessionEvents& events, 
               {"program", "Tracelet " TRACELET_VERSION},
               {"started", facts.started},
               {"timeZone", facts.timeZone},
+              {"boot", BootId()},
               {"input", facts.isPolled ? "polled" : "paced"},
               {"scansPerSecond",
                {{"asked", facts.asked}, {"reached", scanInterval > 0.0 ? 1.0 / scanInterval : 0.0}}},
@@ -93,8 +97,10 @@ SessionSummary ReadSessionSummary(const std::string& text) {
     const Json json = Json::parse(text, nullptr, false);
     if (!json.is_object())
         return summary;
-    if (const auto started = json.find("started"); started != json.end() && started->is_string())
-        summary.started = *started;
+    for (const auto& [name, member] : {std::pair("started", &summary.started), {"boot", &summary.boot}}) {
+        if (const auto value = json.find(name); value != json.end() && value->is_string())
+            *member = *value;
+    }
     if (const auto rate = json.find("scansPerSecond"); rate != json.end() && rate->is_object()) {
         for (const char* name : {"reached", "asked"}) {
             const auto value = rate->find(name);

@@ -73,6 +73,7 @@ struct SessionEvents {
 /// What a recovery needs of such a text; empty and 0 for what it does not tell, or is no such text.
 struct SessionSummary {
     std::string started;
+    std::string boot;            ///< BootId of the system that recorded
     double scansPerSecond = 0.0; ///< reached, else asked
 };
 [[nodiscard]] SessionSummary ReadSessionSummary(const std::string& text);

@@ -1,9 +1,11 @@
 #include "core/recordings/WorkFolder.h"
 
+#include "core/disk/DiskSync.h"
 #include "core/files/FileOperations.h"
 #include "core/files/Paths.h"
 
 #include <exception>
+#include <ranges>
 
 namespace tracelet {
 namespace {
@@ -61,6 +63,8 @@ bool SetAside(std::span<const std::string> files) noexcept {
     try {
         for (; done < files.size(); ++done)
             RenameFile(files[done], AsideName(files[done]));
+        if (!files.empty()) // before others take the names
+            SyncFolder(SiblingPath(files.front(), "."));
         return true;
     } catch (const std::exception&) {
         PutBack(files.first(done));
@@ -69,7 +73,7 @@ bool SetAside(std::span<const std::string> files) noexcept {
 }
 
 void PutBack(std::span<const std::string> files) noexcept {
-    for (const std::string& file : files) {
+    for (const std::string& file : files | std::views::reverse) {
         try {
             RenameFile(AsideName(file), file);
         } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the others may go all the same

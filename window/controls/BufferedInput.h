@@ -1,7 +1,7 @@
 #pragma once
 
+#include "core/base/LooseThread.h"
 #include "core/base/UniqueFd.h"
-#include "core/input/LooseThread.h"
 #include "core/input/StreamReader.h"
 
 #include <QObject>

@@ -23,6 +23,19 @@ std::string Text(std::span<const std::byte> bytes) {
     return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
 }
 
+/// The project once its record counts so many scans, or as it is after a while.
+ProjectInfo ProjectWith(const std::string& project, std::int32_t scans) {
+    ProjectInfo info;
+    for (int tries = 0; tries < 2000 && info.ScanCount != scans; ++tries) {
+        std::this_thread::sleep_for(1ms);
+        try {
+            info = ReadProjectFile(project);
+        } catch (const RunTimeError&) { // NOLINT(bugprone-empty-catch): no record yet
+        }
+    }
+    return info;
+}
+
 class RecorderTest : public testing::Test {
 protected:
     RecorderTest() { recorder.Open(MakeWorkFolder(folder.Path())); }
@@ -171,7 +184,7 @@ TEST_F(RecorderTest, TheProjectIsWholeWhileTheSessionRuns) {
         often.PutScan({&value, 1});
         often.CountTick(static_cast<std::uint32_t>(scan) * 250);
         often.Settle();
-        const ProjectInfo info = ReadProjectFile(often.work.szProjectFileName);
+        const ProjectInfo info = ProjectWith(often.work.szProjectFileName, scan);
         EXPECT_EQ(info.ScanCount, scan);
         EXPECT_EQ(info.ScanInterval, 0.25);
     }
@@ -193,7 +206,7 @@ TEST_F(RecorderTest, ThePacedIntervalIsKnownFromTheFirstHalfOn) {
     often.PutHalf(half, 8);
     often.CountHalf(8);
     often.Settle();
-    const ProjectInfo info = ReadProjectFile(often.work.szProjectFileName);
+    const ProjectInfo info = ProjectWith(often.work.szProjectFileName, 8);
     EXPECT_EQ(info.ScanCount, 8);
     EXPECT_EQ(info.ScanInterval, 0.25);
     often.Close();

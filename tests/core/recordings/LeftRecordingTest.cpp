@@ -63,6 +63,11 @@ protected:
         Age(parent / name, 60);
         return left;
     }
+    /// Makes it a folder that was left since the system started.
+    void LeaveSession(const WorkFolder& left) {
+        std::ofstream(NativePath(SessionFileOf(state.Path(), left.sztmpPath)))
+            << "{\"boot\": \"" + BootId() + "\"}";
+    }
     static void Age(const std::string& path, std::time_t seconds) {
         const utimbuf times{std::time(nullptr) - seconds, std::time(nullptr) - seconds};
         ASSERT_EQ(utime(path.c_str(), &times), 0);
@@ -108,6 +113,7 @@ TEST_F(LeftRecordingTest, CountsWholeScansOfEveryInput) {
     for (const auto& c : cases) {
         SCOPED_TRACE(c.what);
         const WorkFolder folder = Leave("tl12aF.tmp", c.project, c.ai, c.fast, c.di);
+        LeaveSession(folder);
         {
             const std::vector<LeftRecording> found = Find();
             ASSERT_THAT(found, SizeIs(1));
@@ -129,6 +135,42 @@ TEST_F(LeftRecordingTest, CountsWholeScansOfEveryInput) {
         EXPECT_FALSE(fs::exists(parent / "tl12aF.tmp"));
         fs::remove_all(target / "run");
     }
+}
+
+TEST_F(LeftRecordingTest, AfterTheSystemWentDownOnlyScansCountThatWereOnTheDisk) {
+    const std::string project = Text(ProjectHeader(Header(true, false, true)));
+    const WorkFolder folder =
+        Leave("tl0001.tmp", project + Text(StopRecord(2, 0.5)), std::string(5 * 8, 'a'));
+    const std::string session = NativePath(SessionFileOf(state.Path(), folder.sztmpPath));
+    for (const char* text : {"", "{\"boot\": \"another\", \"started\": \"then\"}", "{\"started\": \"th"}) {
+        SCOPED_TRACE(text);
+        std::ofstream(session) << text;
+        const std::vector<LeftRecording> found = Find();
+        ASSERT_THAT(found, SizeIs(1));
+        EXPECT_EQ(found[0].info.ScanCount, 2);
+        EXPECT_EQ(found[0].parts.analogBytes, 16);
+        EXPECT_EQ(found[0].parts.session.ends_with('}'), std::string(text).ends_with('}'))
+            << "a torn one goes";
+    }
+    LeaveSession(folder);
+    EXPECT_EQ(Find().at(0).info.ScanCount, 5);
+}
+
+TEST_F(LeftRecordingTest, WhatAStartHadSetAsideIsFoundUntilThereIsMore) {
+    const std::string record = Text(StopRecord(3, 0.5));
+    const WorkFolder folder =
+        Leave("tl0001.tmp", Text(ProjectHeader(Header(true, false, true))) + record, std::string(3 * 8, 'a'));
+    const std::string files[] = {folder.szProjectFileName, folder.szAIFileName};
+    ASSERT_TRUE(SetAside(files));
+    EXPECT_EQ(Find().at(0).info.ScanCount, 3);
+    std::ofstream(NativePath(folder.szProjectFileName)) << Text(ProjectHeader(Header(true, false, true)));
+    std::ofstream(NativePath(folder.szAIFileName)).flush();
+    EXPECT_EQ(Find().at(0).info.ScanCount, 3) << "the new one holds nothing yet";
+    std::ofstream(NativePath(folder.szProjectFileName), std::ios::app) << Text(StopRecord(1, 0.5));
+    std::ofstream(NativePath(folder.szAIFileName)) << std::string(8, 'b');
+    EXPECT_EQ(Find().at(0).info.ScanCount, 1);
+    Discard(Find().at(0));
+    EXPECT_THAT(parent.Names(), IsEmpty());
 }
 
 TEST_F(LeftRecordingTest, ATimeThatTheProjectLacksComesFromTheSession) {
@@ -165,6 +207,7 @@ TEST_F(LeftRecordingTest, WhatAProgramHoldsIsNotTouched) {
     const std::string project = Text(ProjectHeader(Header(true, false, true)));
     const WorkFolder full = Leave("tl0001.tmp", project, std::string(16, 'a'));
     const WorkFolder empty = Leave("tl0002.tmp", project, "");
+    LeaveSession(full);
     {
         const auto holdFull = HoldFolder(full.sztmpPath);
         const auto holdEmpty = HoldFolder(empty.sztmpPath);
@@ -186,17 +229,17 @@ TEST_F(LeftRecordingTest, TheLastUnsavedOneIsKeptForAWeek) {
     const std::string unsaved = UnsavedFolder(state.Path());
     const std::string files[] = {work.szProjectFileName, aside};
     for (int times = 0; times < 2; ++times) { // one takes the place of the other
-        ASSERT_TRUE(KeepUnsaved(files, "{\"started\": \"then\"}", unsaved, true));
+        ASSERT_TRUE(KeepUnsaved(files, "{\"started\": \"then\"}", unsaved));
         EXPECT_FALSE(fs::exists(NativePath(work.szProjectFileName)));
         const std::vector<LeftRecording> found = Find();
         ASSERT_THAT(found, SizeIs(1));
         EXPECT_EQ(found[0].info.ScanCount, 2);
         EXPECT_EQ(found[0].started, "then");
-        EXPECT_FALSE(KeepUnsaved(files, "", unsaved, true)) << "held while it is offered";
+        EXPECT_FALSE(KeepUnsaved(files, "", unsaved)) << "held while it is offered";
         Leave("tl0001.tmp", project, "");
         std::ofstream(NativePath(aside)) << std::string(16, 'b');
     }
-    ASSERT_TRUE(KeepUnsaved(files, "", unsaved, true));
+    ASSERT_TRUE(KeepUnsaved(files, "", unsaved));
     Age(NativePath(unsaved), 6 * 24 * 3600);
     EXPECT_THAT(Find(), SizeIs(1));
     Age(NativePath(unsaved), 8 * 24 * 3600);
@@ -204,7 +247,7 @@ TEST_F(LeftRecordingTest, TheLastUnsavedOneIsKeptForAWeek) {
     EXPECT_THAT(state.Names(), IsEmpty());
 }
 
-TEST_F(LeftRecordingTest, OntoAnotherDiskItIsCopiedOnlyIfThatMayTakeTime) {
+TEST_F(LeftRecordingTest, OntoAnotherDiskItIsCopied) {
     struct stat here {};
     struct stat there {};
     if (stat(state.Path().c_str(), &here) != 0 || stat("/dev/shm", &there) != 0 ||
@@ -215,10 +258,7 @@ TEST_F(LeftRecordingTest, OntoAnotherDiskItIsCopiedOnlyIfThatMayTakeTime) {
     const std::string project = Text(ProjectHeader(Header(true, false, true)));
     const WorkFolder work = Leave("tl0001.tmp", project, std::string(16, 'a'));
     const std::string files[] = {work.szProjectFileName, work.szAIFileName};
-    EXPECT_FALSE(KeepUnsaved(files, "", other + "/unsaved", false));
-    EXPECT_FALSE(fs::exists(other + "/unsaved"));
-    EXPECT_EQ(ContentOf(NativePath(work.szAIFileName)), std::string(16, 'a'));
-    EXPECT_TRUE(KeepUnsaved(files, "", other + "/unsaved", true));
+    EXPECT_TRUE(KeepUnsaved(files, "", other + "/unsaved"));
     EXPECT_EQ(ContentOf(other + "/unsaved/AI.tld"), std::string(16, 'a'));
     EXPECT_FALSE(fs::exists(NativePath(work.szAIFileName)));
     fs::remove_all(other);
@@ -227,15 +267,15 @@ TEST_F(LeftRecordingTest, OntoAnotherDiskItIsCopiedOnlyIfThatMayTakeTime) {
 TEST_F(LeftRecordingTest, WhatCannotBeKeptWholeIsNotKept) {
     const WorkFolder work = Leave("tl0001.tmp", "project", std::string(16, 'a'));
     const std::string files[] = {work.szProjectFileName, work.sztmpPath + "\\none"};
-    EXPECT_FALSE(KeepUnsaved(files, "", UnsavedFolder(state.Path()), true));
+    EXPECT_FALSE(KeepUnsaved(files, "", UnsavedFolder(state.Path())));
     EXPECT_THAT(state.Names(), IsEmpty());
-    EXPECT_FALSE(KeepUnsaved(files, "", "", true));
+    EXPECT_FALSE(KeepUnsaved(files, "", ""));
 }
 
 TEST_F(LeftRecordingTest, TheNewestComesFirst) {
     const std::string project = Text(ProjectHeader(Header(true, false, true)));
     for (const char* name : {"tl0001.tmp", "tl0003.tmp", "tl0002.tmp"}) {
-        Leave(name, project, std::string(16, 'a'));
+        LeaveSession(Leave(name, project, std::string(16, 'a')));
         Age(parent / name + "/Project.tld", std::string(name) == "tl0003.tmp" ? 100 : 10000);
     }
     const std::vector<LeftRecording> found = Find();

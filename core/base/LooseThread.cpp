@@ -1,4 +1,4 @@
-#include "core/input/LooseThread.h"
+#include "core/base/LooseThread.h"
 
 #include <utility>
 
