@@ -263,7 +263,8 @@ void Recorder::PutHeader(const ProjectInfo& info) {
 void Recorder::WatchFiles() {
     try {
         live = std::make_shared<LiveRecord>(Files.File(ProjectFileNum).Handle(),
-                                            static_cast<std::int64_t>(headerBytes));
+                                            static_cast<std::int64_t>(headerBytes),
+                                            LiveRecord::HeaderBytes{0, 0, DigitalHeaderSize}, StopRecord);
     } catch (const RunTimeError&) { // no project: nothing would describe what is recorded
         return;
     }

@@ -1,7 +1,4 @@
-#include "core/input/LiveRecord.h"
-
-#include "core/recordings/ProjectInfo.h"
-#include "core/recordings/RecordingReader.h"
+#include "core/disk/LiveRecord.h"
 
 #include <algorithm>
 #include <limits>
@@ -14,7 +11,6 @@ namespace tracelet {
 namespace {
 
 constexpr std::int64_t Sector = 512; // what a disk writes wholly or not at all
-constexpr std::array<std::int64_t, LiveRecord::DataFiles> HeaderBytes = {0, 0, DigitalHeaderSize};
 
 std::int64_t LengthOf(int descriptor) {
     struct stat status {};
@@ -23,8 +19,10 @@ std::int64_t LengthOf(int descriptor) {
 
 } // namespace
 
-LiveRecord::LiveRecord(int descriptor, std::int64_t offsetInProject)
-    : project(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), offset(offsetInProject) {}
+LiveRecord::LiveRecord(int descriptor, std::int64_t offsetInProject, const HeaderBytes& headerBytes,
+                       Encode encodeRecord)
+    : project(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), offset(offsetInProject), headers(headerBytes),
+      encode(encodeRecord) {}
 
 void LiveRecord::Keep(std::span<const std::int64_t> lengths) noexcept {
     const std::int32_t scans = WholeScans(lengths);
@@ -53,8 +51,7 @@ std::int32_t LiveRecord::WholeScans(std::span<const std::int64_t> lengths) const
     for (std::size_t file = 0; file < DataFiles; ++file) {
         if (ScanBytes[file] == 0)
             continue;
-        const std::int64_t scans =
-            std::max<std::int64_t>(0, lengths[file] - HeaderBytes[file]) / ScanBytes[file];
+        const std::int64_t scans = std::max<std::int64_t>(0, lengths[file] - headers[file]) / ScanBytes[file];
         most = std::max(most, scans);
         if (scans > 0)
             least = std::min(least, scans);
@@ -80,7 +77,7 @@ std::int32_t LiveRecord::NextCount(std::int32_t scans) const {
 }
 
 void LiveRecord::Write(std::int32_t count) noexcept {
-    const auto record = StopRecord(count, ScanInterval);
+    const auto record = encode(count, ScanInterval);
     if (pwrite(project.Get(), record.data(), record.size(), offset) == static_cast<ssize_t>(record.size()))
         kept = count;
 }
