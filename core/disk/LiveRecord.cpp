@@ -26,15 +26,10 @@ LiveRecord::LiveRecord(int descriptor, std::int64_t offsetInProject, const Heade
 
 void LiveRecord::Keep(std::span<const std::int64_t> lengths) noexcept {
     const std::int32_t scans = WholeScans(lengths);
-    bool isDone = false;
-    while (!isDone) {
-        {
-            const std::lock_guard lock(mutex);
-            if (!isEnded && ScanInterval > 0.0 && LengthOf(project.Get()) >= offset)
-                Write(NextCount(scans));
-            isDone = isEnded || kept < 0 || kept == scans;
-        }
-        (void)fdatasync(project.Get());
+    bool isMore = true;
+    while (isMore) {
+        isMore = WriteNext(scans);
+        isMore = fdatasync(project.Get()) == 0 && isMore;
     }
 }
 
@@ -76,10 +71,17 @@ std::int32_t LiveRecord::NextCount(std::int32_t scans) const {
     return (kept & low) != 0 ? kept & ~low : scans & ~low;
 }
 
-void LiveRecord::Write(std::int32_t count) noexcept {
+// True when that was not yet the last step towards a record of so many scans.
+bool LiveRecord::WriteNext(std::int32_t scans) noexcept {
+    const std::lock_guard lock(mutex);
+    if (isEnded || ScanInterval <= 0.0 || LengthOf(project.Get()) < offset)
+        return false;
+    const std::int32_t count = NextCount(scans);
     const auto record = encode(count, ScanInterval);
-    if (pwrite(project.Get(), record.data(), record.size(), offset) == static_cast<ssize_t>(record.size()))
-        kept = count;
+    if (pwrite(project.Get(), record.data(), record.size(), offset) != static_cast<ssize_t>(record.size()))
+        return false;
+    kept = count;
+    return kept != scans;
 }
 
 } // namespace tracelet

@@ -37,7 +37,7 @@ public:
 private:
     [[nodiscard]] std::int32_t WholeScans(std::span<const std::int64_t> lengths) const;
     [[nodiscard]] std::int32_t NextCount(std::int32_t scans) const;
-    void Write(std::int32_t count) noexcept;
+    [[nodiscard]] bool WriteNext(std::int32_t scans) noexcept;
 
     const UniqueFd project;
     const std::int64_t offset;
