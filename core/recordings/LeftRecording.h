@@ -41,9 +41,9 @@ struct LeftRecording {
 /// Deletes the files of a recording that was left behind.
 void Discard(const LeftRecording& left) noexcept;
 
-/// Moves files of a recording, the project first (composed texts; names "X.last" become "X") into the folder of the last unsaved
-/// one, in place of what it holds, with the text of the session's file. Onto another disk they are copied if
-/// that is far from full. False when not all could be moved; then none is kept.
+/// Moves files of a recording, the project first (composed texts; names "X.last" become "X") into the folder
+/// of the last unsaved one, in place of what it holds, with the text of the session's file. Onto another disk
+/// they are copied if that is far from full. False when not all could be moved; then none is kept.
 bool KeepUnsaved(std::span<const std::string> files, const std::string& sessionText,
                  const std::string& unsavedFolder) noexcept;
 
