@@ -274,19 +274,21 @@ void Recorder::PutHeader(const ProjectInfo& info) {
 }
 
 void Recorder::WatchFiles() {
-    try {
-        live = std::make_shared<LiveRecord>(Files.File(ProjectFileNum).Handle(),
-                                            static_cast<std::int64_t>(headerBytes));
-    } catch (const RunTimeError&) { // no project: nothing would describe what is recorded
-        return;
-    }
     std::vector<int> descriptors{FAIFileHandle.Handle()};
     for (const int number : {AIFileNum, DIFileNum})
         descriptors.push_back(Files.File(number).Handle());
     std::optional<UniqueFd> parent;
-    if (hold) { // the names of the files and of their folder
-        parent.emplace(openat(hold->Get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-        descriptors.insert(descriptors.end(), {hold->Get(), parent->Get()});
+    try {
+        live = std::make_shared<LiveRecord>(Files.File(ProjectFileNum).Handle(),
+                                            static_cast<std::int64_t>(headerBytes),
+                                            LiveRecord::HeaderBytes{0, 0, DigitalHeaderSize}, StopRecord);
+        if (hold) { // the names of the files and of their folder
+            parent.emplace(openat(hold->Get(), "..", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+            descriptors.insert(descriptors.end(), {hold->Get(), parent->Get()});
+        }
+    } catch (const RunTimeError&) { // no project to keep a record in, or a parent that may not be read
+        if (!live)
+            return;
     }
     sync.Watch(descriptors,
                [record = live](std::span<const std::int64_t> lengths) { record->Keep(lengths); });

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <string_view>
@@ -34,8 +35,11 @@ void Hang(int descriptor) {
         return;
     static const Clock::time_point begin = Clock::now() + Setting("STALL_AFTER");
     static const Clock::time_point end = begin + Setting("STALL_FOR");
-    if (Clock::now() >= begin)
-        std::this_thread::sleep_until(end);
+    if (Clock::now() < begin || Clock::now() >= end)
+        return;
+    static const bool isTold = std::fputs("stalled\n", stderr) >= 0;
+    (void)isTold;
+    std::this_thread::sleep_until(end);
 }
 
 } // namespace

@@ -105,6 +105,7 @@ class Subject:
     def wait(self):
         self.process.wait()
         self.listener.join()
+        self.errors = self.process.stderr.read()
         for pipe in (self.process.stdin, self.process.stdout, self.process.stderr):
             pipe.close()
 
@@ -173,6 +174,8 @@ def stall(program, library, polled, interval, seconds, most_gap):
         scans, _ = recover(program, folder, polled)
         print(f"{'polled' if polled else 'paced'}: {taken} scans taken, {scans} kept, {lost} lost, {overruns} overruns, "
               f"longest gap {gap} ms")
+        check("stalled" in subject.errors, "the disk did not hang")
+        check(not polled or taken > 0.7 * subject.milliseconds / interval, "ticks were left out")
         check(during > 0 and (lost, overruns) == (0, 0) and scans == taken, "samples are lost")
         check(gap < most_gap, f"the window did not answer for {gap} ms")
 

@@ -287,9 +287,9 @@ struct Case {
     std::int64_t mayLack = 0; ///< scans that the count may step back by
 };
 
-class PowerCut : public testing::TestWithParam<Case> {};
+class PowerCutSession : public testing::TestWithParam<Case> {};
 
-TEST_P(PowerCut, LeavesARecordingToRecover) {
+TEST_P(PowerCutSession, LeavesARecordingToRecover) {
     const Plan plan = GetParam().plan;
     std::unique_ptr<Recorder> recorder;
     const DiskJournal journal = JournalOf(Nothing, [&](const Disk& disk) {
@@ -308,13 +308,42 @@ TEST_P(PowerCut, LeavesARecordingToRecover) {
     recorder.reset();
 }
 
-INSTANTIATE_TEST_SUITE_P(Sessions, PowerCut,
+INSTANTIATE_TEST_SUITE_P(Sessions, PowerCutSession,
                          testing::Values(Case{"Polled", {.isPolled = true, .scans = 300}},
                                          Case{"Paced", {.isPolled = false, .scans = 8000}},
                                          Case{"IntervalOverTwoSectors", {.scans = 300, .headerBytes = 505}},
                                          Case{
                                              "CountOverTwoSectors", {.scans = 700, .headerBytes = 511}, 300}),
                          [](const auto& given) { return given.param.name; });
+
+TEST(PowerCut, FindsARecordThatChangesInOneSectorAtATime) {
+    for (std::int64_t offset = 496; offset <= 514; ++offset) {
+        SCOPED_TRACE(offset);
+        const TemporaryFolder root;
+        const SystemFile project(root.Write("project", std::string(static_cast<std::size_t>(offset), 'p')),
+                                 Disposition::OpenAlways);
+        StartJournal(root.Path());
+        LiveRecord record(project.Handle(), offset, {}, StopRecord);
+        record.ScanInterval = Interval;
+        record.ScanBytes[1] = 1;
+        for (const std::int64_t scans : {5, 255, 256, 70000, 70001, 17000000})
+            record.Keep(std::vector<std::int64_t>{0, scans, 0});
+        const DiskJournal journal = StopJournal();
+        std::vector<std::byte> last;
+        for (const DiskEvent& event : journal.events) {
+            if (event.kind != DiskEvent::Write)
+                continue;
+            const std::int64_t sector = std::clamp<std::int64_t>(512 - offset, 0, 12);
+            const auto isSame = [&](std::int64_t from, std::int64_t to) {
+                return std::equal(last.begin() + from, last.begin() + to, event.bytes.begin() + from);
+            };
+            EXPECT_TRUE(last.empty() ? event.bytes == StopRecord(0, Interval)
+                                     : isSame(0, sector) || isSame(sector, 12));
+            last = event.bytes;
+        }
+        EXPECT_EQ(last, StopRecord(17000000, Interval));
+    }
+}
 
 TEST(PowerCutAtTheEnd, KeepsARecordingThatWasNotSaved) {
     const Plan plan{.scans = 50};
@@ -355,18 +384,23 @@ TEST(PowerCutAtTheStart, KeepsTheLastRecordingThatWasNotSaved) {
 
 class PowerCutWhileSaving : public testing::Test {
 protected:
-    static void Save(const Disk& disk, const Plan& plan) {
-        const std::unique_ptr<Recorder> recorder = OpenRecorder(disk);
+    void MakeReady(const Disk& disk, const Plan& plan) {
+        recorder = OpenRecorder(disk);
         Record(*recorder, plan);
+    }
+    void Save(const Disk& disk) {
         ASSERT_EQ(recorder->SaveTo(disk.saved + "/run"), "");
         MarkJournal("saved");
         recorder->Close();
     }
+
+    std::unique_ptr<Recorder> recorder;
 };
 
 TEST_F(PowerCutWhileSaving, LeavesTheNewRecordingWholeOrNone) {
     const Plan plan{.scans = 120};
-    const DiskJournal journal = JournalOf(Nothing, [&](const Disk& disk) { Save(disk, plan); });
+    const DiskJournal journal =
+        JournalOf([&](const Disk& disk) { MakeReady(disk, plan); }, [&](const Disk& disk) { Save(disk); });
     CutAtRandom(journal, [&](const Disk& disk, std::size_t issued) {
         const bool isThere = fs::exists(disk.saved + "/run/Project.tlp");
         EXPECT_TRUE(isThere || journal.Behind("saved", issued) == 0);
@@ -381,8 +415,13 @@ TEST_F(PowerCutWhileSaving, LeavesTheNewRecordingWholeOrNone) {
 TEST_F(PowerCutWhileSaving, LeavesTheOldRecordingWholeOrTheNewOne) {
     const Plan old{.isPolled = false, .scans = 400, .session = 2};
     const Plan plan{.scans = 120};
-    const DiskJournal journal =
-        JournalOf([&](const Disk& disk) { Save(disk, old); }, [&](const Disk& disk) { Save(disk, plan); });
+    const DiskJournal journal = JournalOf(
+        [&](const Disk& disk) {
+            MakeReady(disk, old);
+            Save(disk);
+            MakeReady(disk, plan);
+        },
+        [&](const Disk& disk) { Save(disk); });
     std::int64_t olds = 0;
     CutAtRandom(journal, [&](const Disk& disk, std::size_t issued) {
         const bool isSaved = journal.Behind("saved", issued) > 0;

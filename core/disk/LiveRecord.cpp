@@ -1,7 +1,4 @@
-#include "core/input/LiveRecord.h"
-
-#include "core/recordings/ProjectInfo.h"
-#include "core/recordings/RecordingReader.h"
+#include "core/disk/LiveRecord.h"
 
 #include <algorithm>
 #include <limits>
@@ -14,7 +11,6 @@ namespace tracelet {
 namespace {
 
 constexpr std::int64_t Sector = 512; // what a disk writes wholly or not at all
-constexpr std::array<std::int64_t, LiveRecord::DataFiles> HeaderBytes = {0, 0, DigitalHeaderSize};
 
 std::int64_t LengthOf(int descriptor) {
     struct stat status {};
@@ -23,20 +19,17 @@ std::int64_t LengthOf(int descriptor) {
 
 } // namespace
 
-LiveRecord::LiveRecord(int descriptor, std::int64_t offsetInProject)
-    : project(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), offset(offsetInProject) {}
+LiveRecord::LiveRecord(int descriptor, std::int64_t offsetInProject, const HeaderBytes& headerBytes,
+                       Encode encodeRecord)
+    : project(fcntl(descriptor, F_DUPFD_CLOEXEC, 0)), offset(offsetInProject), headers(headerBytes),
+      encode(encodeRecord) {}
 
 void LiveRecord::Keep(std::span<const std::int64_t> lengths) noexcept {
     const std::int32_t scans = WholeScans(lengths);
-    bool isDone = false;
-    while (!isDone) {
-        {
-            const std::lock_guard lock(mutex);
-            if (!isEnded && ScanInterval > 0.0 && LengthOf(project.Get()) >= offset)
-                Write(NextCount(scans));
-            isDone = isEnded || kept < 0 || kept == scans;
-        }
-        (void)fdatasync(project.Get());
+    bool isMore = true;
+    while (isMore) {
+        isMore = WriteNext(scans);
+        isMore = fdatasync(project.Get()) == 0 && isMore;
     }
 }
 
@@ -53,8 +46,7 @@ std::int32_t LiveRecord::WholeScans(std::span<const std::int64_t> lengths) const
     for (std::size_t file = 0; file < DataFiles; ++file) {
         if (ScanBytes[file] == 0)
             continue;
-        const std::int64_t scans =
-            std::max<std::int64_t>(0, lengths[file] - HeaderBytes[file]) / ScanBytes[file];
+        const std::int64_t scans = std::max<std::int64_t>(0, lengths[file] - headers[file]) / ScanBytes[file];
         most = std::max(most, scans);
         if (scans > 0)
             least = std::min(least, scans);
@@ -79,10 +71,17 @@ std::int32_t LiveRecord::NextCount(std::int32_t scans) const {
     return (kept & low) != 0 ? kept & ~low : scans & ~low;
 }
 
-void LiveRecord::Write(std::int32_t count) noexcept {
-    const auto record = StopRecord(count, ScanInterval);
-    if (pwrite(project.Get(), record.data(), record.size(), offset) == static_cast<ssize_t>(record.size()))
-        kept = count;
+// True when that was not yet the last step towards a record of so many scans.
+bool LiveRecord::WriteNext(std::int32_t scans) noexcept {
+    const std::lock_guard lock(mutex);
+    if (isEnded || ScanInterval <= 0.0 || LengthOf(project.Get()) < offset)
+        return false;
+    const std::int32_t count = NextCount(scans);
+    const auto record = encode(count, ScanInterval);
+    if (pwrite(project.Get(), record.data(), record.size(), offset) != static_cast<ssize_t>(record.size()))
+        return false;
+    kept = count;
+    return kept != scans;
 }
 
 } // namespace tracelet
