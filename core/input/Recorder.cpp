@@ -4,6 +4,7 @@
 #include "core/base/RunTimeError.h"
 #include "core/disk/StagedFile.h"
 #include "core/files/FileOperations.h"
+#include "core/files/Paths.h"
 #include "core/recordings/LeftRecording.h"
 #include "core/recordings/RecordingReader.h"
 #include "core/recordings/SaveRecording.h"
