@@ -90,7 +90,9 @@ DiskSync::~DiskSync() {
 
 void DiskSync::Watch(std::span<const int> descriptors, Brought brought) noexcept {
     try {
-        std::shared_ptr<const Watched> files = Copies(descriptors, std::move(brought));
+        std::shared_ptr<const Watched> files;
+        if (!descriptors.empty())
+            files = Copies(descriptors, std::move(brought));
         const std::lock_guard lock(work->mutex);
         if (!work->hasThread)
             std::thread([present = work] { Run(present); }).detach();
@@ -132,6 +134,8 @@ void DiskSync::Run(const std::shared_ptr<Work>& work) {
                                [&] { return work->isLetGo || work->isHurried || work->isFinishing; });
         if (work->isLetGo)
             return;
+        if (!work->files) // watched no more
+            continue;
         const std::shared_ptr<const Watched> files =
             work->isFinishing ? std::exchange(work->files, {}) : work->files;
         work->isHurried = work->isFinishing = false;

@@ -101,6 +101,10 @@ void Recorder::KeepCurrent(double scanInterval) {
     if (now - keptAt < keepEvery)
         return;
     keptAt = now;
+    if (std::string failure = sync.TakeFailure(); !failure.empty()) {
+        diskFault = std::move(failure);
+        areFaultsNews = true;
+    }
     PutSession(scanInterval);
 }
 
@@ -236,6 +240,7 @@ void Recorder::Begin(SessionFacts facts) {
     areFaultsNews = hasHeader = isDiskBehind = isSaved = false;
     headerBytes = 0;
     stopRecord.clear();
+    diskFault.clear();
     session = std::move(facts);
     keptAt = Clock::now();
     for (const auto& [number, path] :
@@ -333,6 +338,7 @@ void Recorder::Put(int file, std::span<const std::byte> bytes, std::int32_t scan
     if (isDescribed && writer.Put(file, bytes))
         return;
     LostScanCount = SumOrHighest(LostScanCount, scans);
+    areFaultsNews = areFaultsNews || scans > 0;
     if (scans > 0)
         NoteLoss(scans, isDescribed ? "The disk did not keep up" : "The project could not be written");
 }

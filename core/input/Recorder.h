@@ -120,7 +120,8 @@ public:
     // Halves of fast input, analog values or raw codes:
     void PutHalf(std::span<const float> values, std::int32_t scans);
     void PutHalf(std::span<const std::int32_t> rawCodes, std::int32_t scans);
-    /// Waits a while for what was put; True when there is news of the inputs' faults since the last call.
+    /// Waits a while for what was put; True when there is news of faults or of lost blocks since the last
+    /// call.
     bool Settle();
     /// Whether the disk was still writing when the last Settle returned.
     [[nodiscard]] bool IsBehind() const { return isDiskBehind; }
@@ -128,6 +129,8 @@ public:
     void CloseFastFile();
     /// Why what an input gave is not in its file, "" where it is.
     [[nodiscard]] const std::string& Fault(Input input) const { return faults[input]; }
+    /// Why the system could not bring to the disk what was written since Begin, "" where it could.
+    [[nodiscard]] const std::string& DiskFault() const { return diskFault; }
 
     /// Waits for all that was put, then writes ScanCount and the interval (seconds) behind the header.
     void Complete(double scanInterval);
@@ -184,6 +187,7 @@ private:
     Clock::time_point keptAt;
     std::string readFault;
     std::array<std::string, 2> faults; // by input
+    std::string diskFault;
     bool areFaultsNews = false;
     std::array<bool, 2> isRecorded{}; // by input
     std::array<std::size_t, BlockWriter::MostFiles> scanBytes{};

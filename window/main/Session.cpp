@@ -213,6 +213,8 @@ void frmMain::ShowRecordingFaults() {
     }
     if (!recorder.ReadFault().empty())
         ShowLostScans();
+    if (LostScanCount > 0 || !recorder.DiskFault().empty())
+        ShowLosses();
 }
 
 void frmMain::ShowLostScans() {

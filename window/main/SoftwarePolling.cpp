@@ -231,15 +231,24 @@ void frmMain::LoseScan() {
 }
 
 void frmMain::ShowLosses() {
-    QString text;
+    QStringList parts;
     if (LostScanCount > 0)
-        text = u"Scans lost: %1"_s.arg(LostScanCount);
+        parts += u"Scans lost: %1"_s.arg(LostScanCount);
     if (!recorder.ReadFault().empty())
-        text += u" (%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
-    if (diskWarning.isEmpty())
+        parts += u"(%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
+    QString text = parts.join(u' ');
+    const auto add = [&text](const QString& more) {
+        text += text.isEmpty() || more.isEmpty() ? more : u"; "_s + more;
+    };
+    if (!recorder.DiskFault().empty())
+        add(u"The disk may not keep the recording: %1"_s.arg(QString::fromStdString(recorder.DiskFault())));
+    if (diskWarning.isEmpty()) {
         LabelNotice->Show(text);
-    else
-        LabelNotice->Warn(text.isEmpty() ? diskWarning : diskWarning + u"; "_s + text);
+        return;
+    }
+    const QString told = std::exchange(text, diskWarning);
+    add(told);
+    LabelNotice->Warn(text);
 }
 
 void frmMain::SoftDIScan() {
