@@ -231,24 +231,21 @@ void frmMain::LoseScan() {
 }
 
 void frmMain::ShowLosses() {
-    QStringList parts;
+    QString losses;
     if (LostScanCount > 0)
-        parts += u"Scans lost: %1"_s.arg(LostScanCount);
+        losses = u"Scans lost: %1"_s.arg(LostScanCount);
     if (!recorder.ReadFault().empty())
-        parts += u"(%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
-    QString text = parts.join(u' ');
-    const auto add = [&text](const QString& more) {
-        text += text.isEmpty() || more.isEmpty() ? more : u"; "_s + more;
-    };
+        losses += u" (%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
+    QStringList texts{diskWarning, losses};
     if (!recorder.DiskFault().empty())
-        add(u"The disk may not keep the recording: %1"_s.arg(QString::fromStdString(recorder.DiskFault())));
-    if (diskWarning.isEmpty()) {
+        texts +=
+            u"The disk may not keep the recording: %1"_s.arg(QString::fromStdString(recorder.DiskFault()));
+    texts.removeAll(QString());
+    const QString text = texts.join(u"; "_s);
+    if (diskWarning.isEmpty())
         LabelNotice->Show(text);
-        return;
-    }
-    const QString told = std::exchange(text, diskWarning);
-    add(told);
-    LabelNotice->Warn(text);
+    else
+        LabelNotice->Warn(text);
 }
 
 void frmMain::SoftDIScan() {
