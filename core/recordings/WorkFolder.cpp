@@ -5,7 +5,6 @@
 #include "core/files/Paths.h"
 
 #include <exception>
-#include <ranges>
 
 namespace tracelet {
 namespace {
@@ -73,7 +72,8 @@ bool SetAside(std::span<const std::string> files) noexcept {
 }
 
 void PutBack(std::span<const std::string> files) noexcept {
-    for (const std::string& file : files | std::views::reverse) {
+    for (std::size_t left = files.size(); left > 0; --left) {
+        const std::string& file = files[left - 1];
         try {
             RenameFile(AsideName(file), file);
         } catch (const std::exception&) { // NOLINT(bugprone-empty-catch): the others may go all the same

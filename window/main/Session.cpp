@@ -198,8 +198,11 @@ void frmMain::WatchDisk() {
 }
 
 void frmMain::SettleRecording() {
-    if (recorder.Settle())
+    if (recorder.Settle()) {
         ShowRecordingFaults();
+        if (LostScanCount > 0 || !recorder.DiskFault().empty())
+            ShowLosses();
+    }
     if (!isStopping)
         WatchDisk();
 }
@@ -213,8 +216,6 @@ void frmMain::ShowRecordingFaults() {
     }
     if (!recorder.ReadFault().empty())
         ShowLostScans();
-    if (LostScanCount > 0 || !recorder.DiskFault().empty())
-        ShowLosses();
 }
 
 void frmMain::ShowLostScans() {
