@@ -98,6 +98,9 @@ public:
     }
     [[nodiscard]] bool IsLong() const { return written > LongestFile; }
     void Shorten() {
+        do // faster than any board, this may outrun the disk
+            (void)window->recorder.Settle();
+        while (window->recorder.IsBehind());
         if (lseek(file, 0, SEEK_END) != written || ftruncate(file, 0) != 0) // all of it arrived
             std::abort();
         written = 0;
