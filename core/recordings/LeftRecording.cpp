@@ -178,26 +178,24 @@ bool HoldsSamples(const WorkFolder& folder) {
 
 void LookInto(const std::string& path, const std::string& stateFolder, bool isTooOld,
               std::vector<LeftRecording>& found) {
-    LeftRecording left;
-    left.hold = HoldFolder(path);
-    if (!left.hold)
+    std::unique_ptr<UniqueFd> hold = HoldFolder(path);
+    if (!hold)
         return;
-    bool isEmpty = true;
+    LeftRecording left;
     try {
-        std::unique_ptr<UniqueFd> hold = std::move(left.hold);
         left = Look(path, stateFolder);
-        left.hold = std::move(hold);
-        isEmpty = left.info.ScanCount == 0;
     } catch (const RunTimeError&) {
         left.folder = WorkFolderAt(path);
         left.sessionFile = SessionFileOf(stateFolder, path);
         if (HoldsSamples(left.folder) && !isTooOld)
             return;
     }
-    if (!isEmpty && !isTooOld)
+    if (left.info.ScanCount > 0 && !isTooOld) {
+        left.hold = std::move(hold);
         found.push_back(std::move(left));
-    else if (isTooOld || AgeOf(path) > YoungestSwept)
+    } else if (isTooOld || AgeOf(path) > YoungestSwept) {
         Discard(left);
+    }
 }
 
 // Gives the folder the file too.
@@ -217,9 +215,10 @@ void BringFile(const std::string& from, const std::string& folder) {
 }
 
 void DiscardUnsaved(const std::string& folder) {
-    RemoveWorkFolder(WorkFolderAt(folder));
-    DeleteFile(folder + "\\Session.json");
-    RemoveFolder(folder);
+    LeftRecording left;
+    left.folder = WorkFolderAt(folder);
+    left.sessionFile = folder + "\\Session.json";
+    Discard(left);
 }
 
 } // namespace
