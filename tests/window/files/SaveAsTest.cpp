@@ -1,13 +1,11 @@
-#include "tests/support/MainWindowTest.h"
+#include "tests/window/files/RecordedTest.h"
 
 #include "core/recordings/ProjectInfo.h"
 #include "tests/support/FileSizeLimit.h"
-#include "window/files/Dialog.h"
 #include "window/ground/NoticeLine.h"
 
 #include <QDir>
 #include <QFile>
-#include <QLineEdit>
 
 #include <map>
 
@@ -22,35 +20,17 @@ using testing::IsEmpty;
 using testing::UnorderedElementsAre;
 using Box = MessageBoxes::Box;
 
-class SaveAsTest : public MainWindowTest {
+class SaveAsTest : public RecordedTest {
 protected:
     SaveAsTest() {
         window->szDrive = "/";
         window->szDir = target.path().toStdString();
     }
 
-    void Record(int scans) {
-        if (!window->bAIEnabled)
-            TurnOnAI();
-        if (!window->CkAISave2Disk->isChecked())
-            Click(window->CkAISave2Disk);
-        StartPolling();
-        Tick(scans);
-        Click(window->BtnStart);
-    }
-
-    /// Presses Save As, types the name and presses a button of the dialog.
     void SaveAs(const QString& name, const char* button = "OKButton") {
-        OnModalDialog<Dialog>([&](Dialog& dialog) {
-            dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
-            Click(dialog.findChild<QPushButton*>(QString::fromLatin1(button)));
-        });
-        Click(window->BtnSaveAs);
+        NameFolder(window->BtnSaveAs, name, button);
     }
 
-    [[nodiscard]] QStringList Saved(const QString& name = {}) const {
-        return QDir(target.filePath(name)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    }
     /// Names and bytes of all that was saved in a folder.
     [[nodiscard]] std::map<QString, std::vector<std::uint8_t>> SavedRecording(const QString& name) const {
         std::map<QString, std::vector<std::uint8_t>> files;
@@ -58,12 +38,9 @@ protected:
             files[file] = SavedBytes(name + u'/' + file);
         return files;
     }
-    [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
     [[nodiscard]] std::vector<std::uint8_t> SavedBytes(const QString& file) const {
         return Bytes(target.filePath(file).toStdString());
     }
-
-    QTemporaryDir target;
 };
 
 TEST_F(SaveAsTest, CopiesProjectAndDataAndAppendsThePaths) {

@@ -1,13 +1,11 @@
-#include "tests/support/MainWindowTest.h"
+#include "tests/window/files/RecordedTest.h"
 
 #include "core/recordings/ProjectInfo.h"
 #include "tests/support/GatedDisk.h"
-#include "window/files/Dialog.h"
 #include "window/files/SaveProgress.h"
 #include "window/ground/NoticeLine.h"
 
 #include <QDir>
-#include <QLineEdit>
 #include <QProgressBar>
 #include <QProgressDialog>
 #include <QToolButton>
@@ -27,7 +25,7 @@ using testing::StartsWith;
 using testing::UnorderedElementsAre;
 using Box = MessageBoxes::Box;
 
-class UnsavedTest : public MainWindowTest {
+class UnsavedTest : public RecordedTest {
 protected:
     UnsavedTest() { Settle(); }
 
@@ -42,25 +40,11 @@ protected:
         Settle();
     }
 
-    void Record(int scans) {
-        if (!window->bAIEnabled)
-            TurnOnAI();
-        if (!window->CkAISave2Disk->isChecked())
-            Click(window->CkAISave2Disk);
-        StartPolling();
-        Tick(scans);
-        Click(window->BtnStart);
-    }
-
     /// Presses something that asks for a folder, and answers.
     void Save(QAbstractButton* by, const QString& name, const char* button = "OKButton") {
         window->szDrive = "/";
         window->szDir = target.path().toStdString();
-        OnModalDialog<Dialog>([&](Dialog& dialog) {
-            dialog.findChild<QLineEdit*>(u"txtFolderName"_s)->setText(name);
-            Click(dialog.findChild<QPushButton*>(QString::fromLatin1(button)));
-        });
-        Click(by);
+        NameFolder(by, name, button);
     }
 
     /// Once a saving shows its bar, looks at it and presses Cancel.
@@ -76,15 +60,10 @@ protected:
     }
 
     [[nodiscard]] bool IsOffered() const { return window->LabelNotice->BtnNoticeSave->isVisible(); }
-    [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
-    [[nodiscard]] QStringList Saved(const QString& name = {}) const {
-        return QDir(target.filePath(name)).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
-    }
     [[nodiscard]] std::int32_t SavedScans(const QString& name) const {
         return ReadProjectFile(target.filePath(name + u"/Project.tlp"_s).toStdString()).ScanCount;
     }
 
-    QTemporaryDir target;
     bool wasBarShown = false;
 };
 
