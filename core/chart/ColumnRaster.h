@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/chart/Envelope.h"
+#include "core/samples/Envelope.h"
 
 #include <algorithm>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/chart/SampleStore.h"
+#include "core/samples/SampleStore.h"
 
 #include <cstdint>
 #include <span>

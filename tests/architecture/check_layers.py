@@ -11,8 +11,8 @@ from pathlib import Path
 # From the ground up. Rooms of one line stand side by side: none of them includes another.
 ROOMS = """
 core/base
-core/boards    core/files    core/layout    core/chart    core/plots
-core/drivers/simulated    core/drivers/comedi    core/disk    core/settings
+core/boards    core/files    core/layout    core/samples    core/plots
+core/drivers/simulated    core/drivers/comedi    core/disk    core/settings    core/chart
 core/drivers    core/recordings
 core/input    core/playback    core/export
 window/ground

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "core/chart/AxisEnds.h"
-#include "core/chart/SampleStore.h"
+#include "core/samples/SampleStore.h"
 #include "window/chart/ChartFrame.h"
 #include "window/chart/PlotPainter.h"
 #include "window/chart/ZelGraph.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/chart/ChunkRing.h"
+#include "core/samples/ChunkRing.h"
 
 #include <cstdint>
 #include <vector>

@@ -1,4 +1,4 @@
-#include "core/chart/TimeTrack.h"
+#include "core/samples/TimeTrack.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/chart/Envelope.h"
-#include "core/chart/TimeTrack.h"
+#include "core/samples/Envelope.h"
+#include "core/samples/TimeTrack.h"
 
 #include <cstdint>
 #include <memory>

@@ -1,4 +1,4 @@
-#include "core/chart/Envelope.h"
+#include "core/samples/Envelope.h"
 
 #include <gtest/gtest.h>
 

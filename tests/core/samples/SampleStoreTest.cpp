@@ -1,4 +1,4 @@
-#include "core/chart/SampleStore.h"
+#include "core/samples/SampleStore.h"
 
 #include <gtest/gtest.h>
 
