@@ -70,8 +70,12 @@ void Tour::OpenWindow() {
     surroundings.boards = SimulatedBoards();
     surroundings.stateFolder = "";
     board = std::dynamic_pointer_cast<SimulatedAnalogBoard>(surroundings.boards.analog.front().board);
+    surroundings.freeBytes = [](const std::string&) { return std::int64_t{250} << 30; };
     surroundings.ticks = [this] {
-        return window ? static_cast<std::uint32_t>(window->TickCount * window->nTimerInterval) : 0U;
+        if (!window || window->M1.SoftMode)
+            return window ? static_cast<std::uint32_t>(window->TickCount * window->nTimerInterval) : 0U;
+        const double rate = window->ZelAI1->SampleRate() / window->ZelAI1->ScanChannelCount();
+        return static_cast<std::uint32_t>(window->ScanCount * 1000.0 / rate);
     };
     window = std::make_unique<frmMain>(std::move(surroundings));
     window->show();
@@ -93,6 +97,18 @@ void Tour::RunTicks(const QString& timer, int count) {
     QTimer::singleShot(Patience, &loop, &QEventLoop::quit);
     loop.exec();
     Expect(count <= 0, "the timer ticked");
+}
+
+void Tour::Poll(int count) {
+    window->ZelHiResTimerCtl1->SetTimerEnabled(frmMain::PollTimer, false);
+    for (; count > 0; --count)
+        window->ZelHiResTimerCtl1_OnTimer(frmMain::PollTimer);
+}
+
+void Tour::Picture(const QString& name) {
+    window->ShowStatus();
+    Run(0);
+    pictures.Take(*window, name);
 }
 
 void Tour::RunScans(std::int32_t count) {
@@ -170,11 +186,31 @@ void Tour::RecordPolled() {
     Picture(u"ready-to-record"_s);
     window->BtnStart->click();
     Expect(window->isSystemRunning, "the polled session started");
-    RunTicks(frmMain::PollTimer, 200);
+    Poll(200);
     Picture(u"polled-session"_s);
     window->BtnStart->click();
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
     SaveAs(u"Polled"_s);
+    Picture(u"saved"_s);
+}
+
+void Tour::LoseScans() {
+    OpenWindow();
+    window->ZelButton1->click();
+    window->CkAISave2Disk->click();
+    window->BtnStart->click();
+    Poll(40);
+    for (const int lost : {1, 12}) {
+        Faults faults;
+        faults.readError = "The board does not answer";
+        board->SetFaults(faults);
+        Poll(lost);
+        board->SetFaults({});
+        Poll(20);
+    }
+    Picture(u"scans-lost"_s);
+    window->BtnStart->click();
+    Picture(u"not-saved"_s);
 }
 
 void Tour::SaveAs(const QString& name) {
@@ -308,7 +344,7 @@ void Tour::PictureDarkPalette() {
 void Tour::LookAtWindow(const QString& name) {
     window->ZelButton1->click();
     window->BtnStart->click();
-    RunTicks(frmMain::PollTimer, 25);
+    Poll(25);
     Picture(name);
     window->BtnStart->click();
 }

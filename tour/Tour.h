@@ -29,6 +29,8 @@ public:
     void RecordPolled();
     /// Sixteen channels of fast input at 1 MS/s, drawn live and saved as "Fast".
     void RecordFast();
+    /// Scans that are lost on the way, and a recording that was not saved.
+    void LoseScans();
     /// Opens, plays, pauses, seeks and converts the recording of that name.
     void Replay(const QString& name);
     /// Menu, zooms, graph settings, temperatures beside voltages, other sizes and a dark palette.
@@ -47,9 +49,11 @@ private:
     static void Run(int milliseconds);
     /// Lets the window live until so many ticks of that timer were handled.
     void RunTicks(const QString& timer, int count);
+    /// Lets so many ticks of polling come, whatever the machine is busy with.
+    void Poll(int count);
     /// Lets the window live until so many scans were taken.
     void RunScans(std::int32_t count);
-    void Picture(const QString& name) { pictures.Take(*window, name); }
+    void Picture(const QString& name);
     void SaveAs(const QString& name);
     void ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines);
     void SetUpThermocouples(QDialog& settings);

@@ -1,5 +1,6 @@
 #include "core/base/NumberText.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -103,6 +104,31 @@ std::string TimeSpanText(double seconds) {
     if (seconds < 120.0)
         return Fixed(seconds, 0) + " s";
     return seconds < 7200.0 ? Fixed(seconds / 60.0, 0) + " min" : Fixed(seconds / 3600.0, 0) + " h";
+}
+
+std::string ClockText(double seconds) {
+    const auto whole = static_cast<std::int64_t>(std::min(std::max(0.0, seconds), 1e9));
+    const auto part = [](std::int64_t value) { return TwoDigitText(static_cast<std::int32_t>(value)); };
+    return part(whole / 3600) + ':' + part(whole / 60 % 60) + ':' + part(whole % 60);
+}
+
+std::string PaceText(double reached, double asked) {
+    constexpr std::array Prefixes{"", " k", " M", " G"};
+    std::size_t prefix = 0;
+    double scale = 1.0;
+    for (; asked / scale >= 1000.0 && prefix + 1 < Prefixes.size(); ++prefix)
+        scale *= 1000.0;
+    const std::string goal = OptionalDecimalsText(asked / scale) + Prefixes[prefix];
+    if (reached <= 0.0)
+        return goal;
+    constexpr const char* FigureSpace = "\u2007"; // as wide as a digit
+    const int decimals = asked < 1.0 ? 4 : asked / scale < 10.0 ? 2 : 1;
+    const std::string at = Fixed(reached / scale, decimals);
+    const std::size_t length = Fixed(asked / scale, decimals).size();
+    std::string padding;
+    for (std::size_t missing = at.size(); missing < length; ++missing)
+        padding += FigureSpace;
+    return padding + at + " of " + goal;
 }
 
 std::string SizeText(std::int64_t bytes) {

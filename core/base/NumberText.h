@@ -33,6 +33,13 @@ namespace tracelet {
 /// A time for people: "0.4 s", "12 s", from two minutes on "35 min", from two hours on "30 h".
 [[nodiscard]] std::string TimeSpanText(double seconds);
 
+/// A time of the clock since its start: "00:01:07", from 100 hours on "100:00:00". Fractions are cut off.
+[[nodiscard]] std::string ClockText(double seconds);
+
+/// A rate beside the one that was asked for, in the same power of 1000: "9.98 of 10", "99.9 of 100 k". The
+/// first part is as long for rates near the other. Without a rate reached only the other: "100 k".
+[[nodiscard]] std::string PaceText(double reached, double asked);
+
 /// A size for people, in powers of 1000: "812 bytes", "2.1 MB".
 [[nodiscard]] std::string SizeText(std::int64_t bytes);
 

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cmath>
 #include <iterator>
+#include <limits>
 #include <utility>
 
 #include <fcntl.h>
@@ -35,7 +36,7 @@ Recorder::Recorder(std::chrono::milliseconds every)
 // ---- The session so far
 
 void Recorder::ResetCounts() {
-    ScanCount = OverrunCount = LostScanCount = 0;
+    ScanCount = OverrunCount = LostScanCount = MissedTickCount = 0;
     SoftAIWritten = FAIWritten = DIWritten = false;
     readFault.clear();
     events = {};
@@ -65,6 +66,14 @@ bool Recorder::EndReadFault() {
 void Recorder::CountOverrun() {
     OverrunCount = SumOrHighest(OverrunCount, 1);
     NoteLoss(SampleLoss::Unknown, "The board or its queue lost samples");
+}
+
+void Recorder::CountMissedTicks(std::int64_t ticks) {
+    if (ticks <= 0)
+        return;
+    constexpr std::int64_t Most = std::numeric_limits<std::int32_t>::max();
+    MissedTickCount = SumOrHighest(MissedTickCount, static_cast<std::int32_t>(std::min(ticks, Most)));
+    NoteLoss(ticks, "The machine was too busy");
 }
 
 // Losses between the same two scans for the same reason are one.

@@ -56,13 +56,13 @@ public:
     Recorder& operator=(const Recorder&) = delete;
 
     // ── The session so far ───────────────────────────────────────────────────────────────────────────
-    std::int32_t ScanCount = 0;    ///< scans taken; stays at the highest number there is
-    std::int32_t OverrunCount = 0; ///< losses that the board or the full queue caused
-    /// Scans that could not be read, or not be written. Ticks that were dropped do not count.
-    std::int32_t LostScanCount = 0;
-    bool SoftAIWritten = false; ///< polled analog data are in their file
-    bool FAIWritten = false;    ///< fast analog data are in their file
-    bool DIWritten = false;     ///< digital data are in their file
+    std::int32_t ScanCount = 0;       ///< scans taken; stays at the highest number there is
+    std::int32_t OverrunCount = 0;    ///< losses that the board or the full queue caused
+    std::int32_t LostScanCount = 0;   ///< scans that could not be read, or not be written
+    std::int32_t MissedTickCount = 0; ///< ticks that a busy machine skipped
+    bool SoftAIWritten = false;       ///< polled analog data are in their file
+    bool FAIWritten = false;          ///< fast analog data are in their file
+    bool DIWritten = false;           ///< digital data are in their file
 
     /// Nothing was taken, lost or written yet.
     void ResetCounts();
@@ -74,6 +74,8 @@ public:
     bool LoseScan(const std::string& reason);
     /// The board lost samples, or the queue behind it.
     void CountOverrun();
+    /// The machine was too busy for this many ticks of a polled session.
+    void CountMissedTicks(std::int64_t ticks);
     [[nodiscard]] const SessionEvents& Events() const { return events; } ///< since ResetCounts
     /// A scan was read. True when the one before was lost.
     bool EndReadFault();

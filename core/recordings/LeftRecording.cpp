@@ -46,17 +46,6 @@ std::chrono::system_clock::duration AgeOf(const std::string& folder) {
     return std::chrono::system_clock::now() - std::chrono::system_clock::from_time_t(status.st_mtime);
 }
 
-std::string TextOf(const std::string& path) {
-    try {
-        const SystemFile file(path, Disposition::OpenExisting);
-        std::string text(static_cast<std::size_t>(file.Size()), '\0');
-        text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
-        return text;
-    } catch (const std::exception&) {
-        return {};
-    }
-}
-
 // Scans of the analog data, and of the digital ones, that are whole.
 std::int64_t AnalogScans(LeftRecording& left) {
     if (!left.info.bHisAI)
@@ -116,7 +105,7 @@ LeftRecording Read(const WorkFolder& files, const std::string& sessionFile) {
     LeftRecording left;
     left.folder = files;
     left.sessionFile = sessionFile;
-    left.parts.session = TextOf(left.sessionFile);
+    left.parts.session = SessionTextOf(left.sessionFile);
     const SessionSummary summary = ReadSessionSummary(left.parts.session);
     if (summary.started.empty()) // torn
         left.parts.session.clear();

@@ -47,8 +47,14 @@ void Recording::CloseFiles() noexcept {
     digitalFile.Close();
 }
 
+std::string RecordingName(const std::string& project) {
+    const std::string file = FileNameFromPath(project);
+    const std::string folder = FileNameFromPath(project.substr(0, project.size() - file.size() - 1));
+    return file == "Project.tlp" && !folder.empty() ? folder : file;
+}
+
 Recording OpenRecording(const std::string& project, Disposition analog) {
-    Recording recording{.info = ReadProjectFile(project)};
+    Recording recording{.project = project, .info = ReadProjectFile(project)};
     const ProjectInfo& info = recording.info;
     if (info.bHisAI)
         recording.analogFault = FaultOf([&] {
@@ -58,6 +64,8 @@ Recording OpenRecording(const std::string& project, Disposition analog) {
     if (info.bHisDI)
         recording.digitalFault = FaultOf(
             [&] { OpenDigitalFile(recording, DataFile(info.DIDataPath, project, recording.foundBeside)); });
+    if (const auto session = ExistingFile(SiblingPath(project, "Session.json")))
+        recording.session = ReadSessionSummary(SessionTextOf(*session));
     return recording;
 }
 

@@ -1,9 +1,14 @@
 #include "core/recordings/SessionFile.h"
 
 #include "core/disk/UserFolders.h"
+#include "core/files/SystemFile.h"
 
 #include <array>
 #include <ctime>
+#include <exception>
+#include <limits>
+#include <optional>
+#include <span>
 #include <utility>
 
 #include <nlohmann/json.hpp>
@@ -57,6 +62,32 @@ Json Array(const Items& items) {
     return array;
 }
 
+// A member of an object, where it is there and is what the predicate says.
+const Json* Find(const Json& object, const char* name, bool (Json::*is)() const noexcept) {
+    const auto member = object.find(name);
+    return member != object.end() && ((*member).*is)() ? &*member : nullptr;
+}
+
+std::optional<SampleLoss> LossOf(const Json& json) {
+    const Json* const nextScan = Find(json, "nextScan", &Json::is_number_unsigned);
+    const Json* const reason = Find(json, "reason", &Json::is_string);
+    if (!nextScan || !reason || nextScan->get<std::uint64_t>() > std::numeric_limits<std::int32_t>::max())
+        return {};
+    SampleLoss loss{nextScan->get<std::int32_t>(), SampleLoss::Unknown, reason->get<std::string>()};
+    if (const Json* scans = Find(json, "scans", &Json::is_number_unsigned))
+        loss.scans = scans->get<std::int64_t>();
+    return loss;
+}
+
+std::optional<SessionFacts::Board> BoardOf(const Json& json) {
+    const Json* const board = Find(json, "board", &Json::is_object);
+    const Json* const name = board ? Find(*board, "name", &Json::is_string) : nullptr;
+    if (!name)
+        return {};
+    const Json* const simulated = Find(*board, "simulated", &Json::is_boolean);
+    return SessionFacts::Board{*name, simulated && simulated->get<bool>()};
+}
+
 } // namespace
 
 std::string WallClock(std::time_t time) {
@@ -98,17 +129,41 @@ SessionSummary ReadSessionSummary(const std::string& text) {
     if (!json.is_object())
         return summary;
     for (const auto& [name, member] : {std::pair("started", &summary.started), {"boot", &summary.boot}}) {
-        if (const auto value = json.find(name); value != json.end() && value->is_string())
+        if (const Json* value = Find(json, name, &Json::is_string))
             *member = *value;
     }
-    if (const auto rate = json.find("scansPerSecond"); rate != json.end() && rate->is_object()) {
+    if (const Json* rate = Find(json, "scansPerSecond", &Json::is_object)) {
         for (const char* name : {"reached", "asked"}) {
-            const auto value = rate->find(name);
-            if (summary.scansPerSecond <= 0.0 && value != rate->end() && value->is_number())
+            const Json* const value = Find(*rate, name, &Json::is_number);
+            if (summary.scansPerSecond <= 0.0 && value)
                 summary.scansPerSecond = *value;
         }
     }
+    for (const char* input : {"analog", "digital"}) {
+        const Json* const facts = Find(json, input, &Json::is_object);
+        if (const auto board = facts ? BoardOf(*facts) : std::nullopt)
+            summary.boards.push_back(*board);
+    }
+    if (const Json* losses = Find(json, "losses", &Json::is_array)) {
+        for (const Json& told : *losses)
+            if (auto loss = told.is_object() ? LossOf(told) : std::nullopt)
+                summary.losses.push_back(std::move(*loss));
+    }
     return summary;
+}
+
+std::string SessionTextOf(const std::string& path) {
+    constexpr std::int64_t Longest = 64 << 20; // bytes; names and losses have limits
+    try {
+        const SystemFile file(path, Disposition::OpenExisting);
+        if (file.Size() > Longest)
+            return {};
+        std::string text(static_cast<std::size_t>(file.Size()), '\0');
+        text.resize(file.ReadAt(0, std::as_writable_bytes(std::span(text))));
+        return text;
+    } catch (const std::exception&) {
+        return {};
+    }
 }
 
 } // namespace tracelet

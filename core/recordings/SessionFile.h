@@ -70,12 +70,17 @@ struct SessionEvents {
 [[nodiscard]] std::string SessionText(const SessionFacts& facts, const SessionEvents& events,
                                       std::int32_t scanCount, double scanInterval);
 
-/// What a recovery needs of such a text; empty and 0 for what it does not tell, or is no such text.
+/// What such a text tells of its recording; empty and 0 for what it does not tell, or is no such text.
 struct SessionSummary {
     std::string started;
-    std::string boot;            ///< BootId of the system that recorded
-    double scansPerSecond = 0.0; ///< reached, else asked
+    std::string boot;                        ///< BootId of the system that recorded
+    double scansPerSecond = 0.0;             ///< reached, else asked
+    std::vector<SessionFacts::Board> boards; ///< the analog one first
+    std::vector<SampleLoss> losses;          ///< those that are well told
 };
 [[nodiscard]] SessionSummary ReadSessionSummary(const std::string& text);
+
+/// All of the file at `path`; "" where it cannot be read or is too long for a session's.
+[[nodiscard]] std::string SessionTextOf(const std::string& path);
 
 } // namespace tracelet

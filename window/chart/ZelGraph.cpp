@@ -5,7 +5,9 @@
 
 #include <QEvent>
 #include <QFocusEvent>
+#include <QHelpEvent>
 #include <QTimerEvent>
+#include <QToolTip>
 
 #include <algorithm>
 #include <cmath>
@@ -343,6 +345,30 @@ void ZelGraph::AddPoint(int plot, double x, double y) {
     SamplesChanged();
 }
 
+void ZelGraph::MarkLoss(double from, double to, const QString& text) {
+    if (!state->losses.empty() && state->losses.back().from == from)
+        state->losses.pop_back();
+    state->losses.push_back({from, std::max(from, to), text});
+    update();
+}
+
+void ZelGraph::ClearLossMarks() {
+    state->losses.clear();
+    update();
+}
+
+int ZelGraph::LossMarkCount() const {
+    return static_cast<int>(state->losses.size());
+}
+
+QString ZelGraph::LossAt(double x) const {
+    constexpr double Reach = 5; // logical pixels
+    const double from = TimeAt(x - Reach);
+    const double to = TimeAt(x + Reach);
+    const auto mark = std::ranges::lower_bound(state->losses, from, {}, &State::LossMark::to);
+    return mark != state->losses.end() && mark->from <= to ? mark->text : QString();
+}
+
 void ZelGraph::ClearData() {
     state->store.Clear();
     state->FitAnew();
@@ -394,6 +420,17 @@ void ZelGraph::timerEvent(QTimerEvent* event) {
     state->stale = false;
     state->idleTicks = 0;
     update();
+}
+
+bool ZelGraph::event(QEvent* event) {
+    if (event->type() == QEvent::ToolTip) {
+        const auto* help = static_cast<QHelpEvent*>(event);
+        if (const QString loss = LossAt(help->pos().x()); !loss.isEmpty()) {
+            QToolTip::showText(help->globalPos(), loss, this);
+            return true;
+        }
+    }
+    return QWidget::event(event);
 }
 
 void ZelGraph::changeEvent(QEvent* event) {

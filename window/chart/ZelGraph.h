@@ -124,7 +124,16 @@ public:
     [[nodiscard]] double NextX() const;
     void SetNextX(double seconds);
 
-    /// Removes all samples; plots, axes, NextX and mouse mode stay.
+    /// Samples are missing from one time to the other, or at it; `text` is for people. A mark that starts
+    /// where the newest one does takes its place. Marks come in the order of time and stay until they are
+    /// cleared.
+    void MarkLoss(double from, double to, const QString& text);
+    void ClearLossMarks();
+    [[nodiscard]] int LossMarkCount() const;
+    /// Text of the mark at the horizontal graph coordinate `x`, give or take a few pixels; "" for none.
+    [[nodiscard]] QString LossAt(double x) const;
+
+    /// Removes all samples; plots, axes, NextX, marks and mouse mode stay.
     void ClearData();
 
     /// Where samples are drawn, in graph coordinates; empty when the graph is too small for it.
@@ -151,6 +160,7 @@ signals:
     void Error(int number, const QString& text);
 
 protected:
+    bool event(QEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     void mousePressEvent(QMouseEvent* event) override;

@@ -7,6 +7,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
+#include <utility>
 
 namespace tracelet {
 
@@ -201,8 +203,45 @@ void ZelGraph::paintEvent(QPaintEvent*) {
     s.DrawOverlay(painter);
 }
 
+double ZelGraph::State::PixelOf(double time) const {
+    const QRect area = frame.PlotArea();
+    return area.left() + (time - timeSpan.low) / timeSpan.Length() * area.width();
+}
+
+// A line with a tag at its head; where time went on without samples, a veil up to their return. Marks in one
+// column are drawn once.
+void ZelGraph::State::DrawLosses(QPainter& painter) const {
+    constexpr QColor Loss{0xff, 0x52, 0x52};
+    constexpr QColor Veil{0xff, 0x52, 0x52, 0x38};
+    constexpr double TagSize = 4; // logical pixels
+    const QRect area = frame.PlotArea();
+    const auto first = std::ranges::lower_bound(losses, timeSpan.low, {}, &LossMark::to);
+    int drawn = std::numeric_limits<int>::min();
+    painter.save();
+    painter.setClipRect(area);
+    painter.setRenderHint(QPainter::Antialiasing);
+    for (auto mark = first; mark != losses.end() && mark->from <= timeSpan.high; ++mark) {
+        const double left = PixelOf(mark->from);
+        if (const double right = PixelOf(mark->to); right > left + 1)
+            painter.fillRect(QRectF(left, area.top(), right - left, area.height()), Veil);
+        const int column = Int(std::floor(left));
+        if (std::exchange(drawn, column) == column)
+            continue;
+        const double tag = TagSize * scale;
+        painter.fillRect(QRectF(column, area.top(), std::max(1.0, std::round(scale)), area.height()), Loss);
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(Loss);
+        painter.drawPolygon(QPolygonF{{column - tag, area.top() + 0.0},
+                                      {column + tag + scale, area.top() + 0.0},
+                                      {column + scale / 2, area.top() + 2 * tag}});
+    }
+    painter.restore();
+}
+
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {
     const QRect area = frame.PlotArea();
+    if (!losses.empty())
+        DrawLosses(painter);
     const int line = std::max(1, CLng(scale));
     painter.setBrush(Qt::NoBrush);
     if (gesture == Gesture::Zoom) {

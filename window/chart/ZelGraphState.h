@@ -32,6 +32,11 @@ struct ZelGraph::State {
         }
     };
     enum class Gesture { None, Zoom, Pan };
+    struct LossMark {
+        double from = 0.0; // seconds
+        double to = 0.0;
+        QString text;
+    };
 
     // Plots and samples.
     SampleStore store;
@@ -44,6 +49,8 @@ struct ZelGraph::State {
     double runStart = 0;
     double runStep = 0;
     std::int64_t runCount = 0;
+
+    std::vector<LossMark> losses; ///< in the order of time
 
     // Axes.
     std::array<Axis, 4> axes;
@@ -97,6 +104,8 @@ struct ZelGraph::State {
     [[nodiscard]] std::int64_t FirstColumn() const;
     [[nodiscard]] AxisStrip StripOf(int axis) const;
     void DrawOverlay(QPainter& painter) const;
+    void DrawLosses(QPainter& painter) const;
+    [[nodiscard]] double PixelOf(double time) const; ///< device pixel of the plot area's column
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }

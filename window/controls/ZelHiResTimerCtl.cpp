@@ -8,6 +8,7 @@
 
 #include <cerrno>
 #include <ctime>
+#include <utility>
 
 #include <sys/timerfd.h>
 #include <unistd.h>
@@ -47,6 +48,7 @@ struct ZelHiResTimerCtl::Timer {
     void Start() {
         const std::int64_t period = std::int64_t{interval} * 1'000'000;
         SetTime({ToTimespec(period), ToTimespec(MonotonicNow() + period)});
+        missed = 0;
     }
     // Also forgets deadlines that have passed unseen.
     void Stop() { SetTime({}); }
@@ -54,15 +56,17 @@ struct ZelHiResTimerCtl::Timer {
         if (timerfd_settime(descriptor.Get(), TFD_TIMER_ABSTIME, &time, nullptr) != 0)
             throw Fault::FromErrno(errno);
     }
-    // True when a deadline has passed since the last call.
-    bool TakeDeadlines() {
+    // How many deadlines have passed since the last call.
+    std::int64_t TakeDeadlines() {
         std::uint64_t passed = 0;
-        return read(descriptor.Get(), &passed, sizeof passed) == sizeof passed;
+        const bool any = read(descriptor.Get(), &passed, sizeof passed) == sizeof passed;
+        return any ? static_cast<std::int64_t>(passed) : 0;
     }
 
     std::int32_t interval; // milliseconds
     bool enabled = false;
-    bool ticking = false; // a handler runs
+    bool ticking = false;    // a handler runs
+    std::int64_t missed = 0; // deadlines without a tick
     const UniqueFd descriptor;
     QSocketNotifier notifier; // goes before the descriptor
 };
@@ -119,8 +123,16 @@ void ZelHiResTimerCtl::SetTimerEnabled(const QString& name, bool enabled) {
     timer.enabled = enabled;
 }
 
+std::int64_t ZelHiResTimerCtl::TakeMissedTicks(const QString& name) {
+    return std::exchange(Find(name).missed, 0);
+}
+
 void ZelHiResTimerCtl::Tick(const QString& name, Timer& timer) {
-    if (!timer.TakeDeadlines() || timer.ticking)
+    const std::int64_t passed = timer.TakeDeadlines();
+    if (passed == 0)
+        return;
+    timer.missed += timer.ticking ? passed : passed - 1;
+    if (timer.ticking)
         return;
     timer.ticking = true;
     const QPointer<ZelHiResTimerCtl> self(this);
@@ -128,7 +140,7 @@ void ZelHiResTimerCtl::Tick(const QString& name, Timer& timer) {
     if (!self)
         return;
     timer.ticking = false;
-    (void)timer.TakeDeadlines(); // those of the handler's time are dropped
+    timer.missed += timer.TakeDeadlines(); // those of the handler's time are dropped
 }
 
 } // namespace tracelet

@@ -31,6 +31,9 @@ public:
     /// Enabling lets the first tick come a whole interval later; an enabled timer goes on as it was.
     /// Disabling is immediate: no tick comes after. Unknown name raises.
     void SetTimerEnabled(const QString& name, bool enabled);
+    /// Ticks that fell due without being handled, since the last call or since the period was started anew.
+    /// Unknown name raises.
+    [[nodiscard]] std::int64_t TakeMissedTicks(const QString& name);
 
 signals:
     void OnTimer(const QString& name);

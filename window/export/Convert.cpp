@@ -1,5 +1,6 @@
 #include "core/export/RecordingTexts.h"
 #include "core/files/FileOperations.h"
+#include "core/files/Paths.h"
 #include "window/chart/ZelGraph.h"
 #include "window/export/ConvertFileDialog.h"
 #include "window/export/ConvertProgress.h"
@@ -28,8 +29,11 @@ void WriteTexts(frmMain& window, const std::string& folder) {
                                                        {window.bTextSaveAI, window.bTextSaveDI},
                                                        [&](double fraction) { progress.Show(fraction); }))
         unwritten.append(QString::fromStdString(text));
-    if (!unwritten.empty())
-        RemoveFolder(folder); // unless a text stands in it
+    if (unwritten.empty()) {
+        window.LabelNotice->ShowFolder(u"Converted into"_s, QString::fromStdString(NativePath(folder)));
+        return;
+    }
+    RemoveFolder(folder); // unless a text stands in it
     window.LabelNotice->Show(unwritten.join(u"; "_s));
 }
 

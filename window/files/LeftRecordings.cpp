@@ -56,7 +56,13 @@ void frmMain::BtnNoticeSave_Click() {
     }
     Discard(leftRecordings.front());
     leftRecordings.erase(leftRecordings.begin());
-    OfferUnsaved(u"Saved in "_s + QString::fromStdString(NativePath(folder)));
+    const QString path = QString::fromStdString(NativePath(folder));
+    if (leftRecordings.empty()) {
+        OfferUnsaved();
+        LabelNotice->ShowFolder(u"Saved in"_s, path);
+    } else {
+        OfferUnsaved(u"Saved in "_s + path);
+    }
 }
 
 void frmMain::BtnNoticeDiscard_Click() {

@@ -1,3 +1,4 @@
+#include "core/files/Paths.h"
 #include "window/files/Dialog.h"
 #include "window/files/SaveProgress.h"
 #include "window/ground/Handler.h"
@@ -14,13 +15,17 @@ void frmMain::BtnSaveAs_Click() {
         Dialog(szProgramPath, szDrive, szDir, szNewFolder, this).exec();
         if (szNewFolder.empty())
             return;
-        ShowLosses(); // in place of what an earlier attempt left
+        ShowTroubles(); // in place of what an earlier attempt left
         const std::string reason =
             SaveWithProgress(this, recorder.SampleBytes(), [this](const CopyProgress& progress) {
                 return recorder.SaveTo(szDir + "\\" + szNewFolder, progress);
             });
         if (!reason.empty())
             LabelNotice->Show(NotSavedText(reason));
+        else
+            LabelNotice->ShowFolder(u"Saved in"_s,
+                                    QString::fromStdString(NativePath(szDir + "\\" + szNewFolder)));
+        ShowStatus();
     });
 }
 

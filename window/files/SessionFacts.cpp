@@ -19,9 +19,9 @@ SessionFacts frmMain::FactsOfSession(const ProjectInfo& info) const {
     facts.started = WallClock();
     facts.timeZone = TimeZoneName();
     facts.isPolled = M1.SoftMode;
-    facts.asked = 1000.0 / nTimerInterval;
+    facts.asked = ScansAskedASecond();
     if (!M1.SoftMode)
-        facts.asked = facts.pacedScans = ZelAI1->SampleRate() / ZelAI1->ScanChannelCount();
+        facts.pacedScans = facts.asked;
     if (bAIEnabled) {
         facts.analogBoard = {ZelAI1->BoardInfo().name, ZelAI1->BoardInfo().simulated};
         for (std::int32_t position = 0; position < ZelAI1->ScanChannelCount(); ++position)

@@ -73,13 +73,11 @@ void frmMain::AddDigitalSections(ProjectInfo& info) const {
 }
 
 void frmMain::WriteStopRecord(std::uint32_t elapsedMs) {
-    const std::int32_t lostBefore = LostScanCount;
     recorder.Complete(M1.SoftMode
                           ? PolledScanInterval(elapsedMs, ScanCount)
                           : PacedScanInterval(ZelAI1->SampleRate(), ZelAI1->ScanChannelCount(), ScanCount));
     ShowRecordingFaults();
-    if (LostScanCount != lostBefore) // the disk did not take them to the end
-        ShowLosses();
+    NoteLosses(); // what the disk did not take to the end
 }
 
 } // namespace tracelet

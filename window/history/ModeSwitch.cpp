@@ -24,6 +24,7 @@ void frmMain::EnterAcquisitionMode() {
     ZelGraph1->SetMemoryBudget(std::numeric_limits<std::int64_t>::max()); // what the machine allows
     EnableControls(When::Left);
     BtnModeSwitch->setText(u"History Mode"_s);
+    ZelGraph1->ClearLossMarks();
     recording.CloseFiles();
     if (ZelHiResTimerCtl1->TimerExists(PlayTimer))
         ZelHiResTimerCtl1->SetTimerEnabled(PlayTimer, false);
@@ -32,6 +33,7 @@ void frmMain::EnterAcquisitionMode() {
 
 // Shows the recording that was open before. Its data files stay closed: playing it ends at the first tick.
 void frmMain::ReenterHistoryMode() {
+    MarkRecordedLosses();
     EnableControls(When::Reentered);
     BtnModeSwitch->setText(u"Acquisition"_s);
 }

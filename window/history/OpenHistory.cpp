@@ -92,6 +92,7 @@ void frmMain::ShowDataFiles() {
 void frmMain::ShowRecordingStart() {
     ZelGraph1->SetMemoryBudget(RecordingMemory);
     ZelGraph1->ClearData();
+    MarkRecordedLosses();
     ZelGraph1->SetNextX(0.0);
     ZelGraph1->SetXAxisMin(0.0);
     ZelGraph1->SetXAxisMax(10.0);

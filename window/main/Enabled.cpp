@@ -6,10 +6,12 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScopeGuard>
 
 namespace tracelet {
 
 void frmMain::EnableControls(When when) {
+    const auto show = qScopeGuard([this] { ShowStatus(); });
     // clang-format off
     switch (when) { // what a row does not name stays as it is
     case When::Switched:  EnableAll({CkAISave2Disk}, bAIEnabled);

@@ -104,6 +104,7 @@ void frmMain::AppendLongs(std::span<const std::int32_t> Buffer, std::int32_t Cou
 
 void frmMain::ZelAI1_OnOverrunNotice() {
     recorder.CountOverrun();
+    NoteLosses();
 }
 
 void frmMain::ZelAI1_OnInputFailed() {

@@ -4,6 +4,7 @@
 #include "window/ground/Named.h"
 #include "window/ground/NoticeLine.h"
 #include "window/ground/Shading.h"
+#include "window/ground/StatusLine.h"
 #include "window/widgets/PlaybackButtons.h"
 #include "window/widgets/StartButton.h"
 #include "window/widgets/ZelButton.h"
@@ -28,6 +29,7 @@ namespace tracelet {
 namespace {
 
 constexpr QSize OpeningSize{1000, 650};
+constexpr int FootGap = 18; // pixels between status and notice
 
 // Lays a group's widgets on a grid of its own.
 QGridLayout* GridIn(QGroupBox* group) {
@@ -93,7 +95,7 @@ void MainWidgets::Build(QWidget& window) {
     BuildGraphGroup(window);
     BuildPlaybackGroup(window);
     BuildCommands(window);
-    LabelNotice = Named<NoticeLine>("LabelNotice", &window);
+    BuildFoot(window);
     NameForAssistance();
     OrderTabs();
     window.resize(OpeningSize);
@@ -218,6 +220,17 @@ void MainWidgets::BuildCommands(QWidget& window) {
     BtnExit = Named<QPushButton>("BtnExit", u"&Exit"_s, &window);
 }
 
+void MainWidgets::BuildFoot(QWidget& window) {
+    FrameFoot = Named<QWidget>("FrameFoot", &window);
+    LabelStatus = Named<StatusLine>("LabelStatus", FrameFoot);
+    LabelNotice = Named<NoticeLine>("LabelNotice", FrameFoot);
+    auto* line = new QHBoxLayout(FrameFoot);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(FootGap);
+    line->addWidget(LabelStatus);
+    line->addWidget(LabelNotice, 1);
+}
+
 void MainWidgets::NameForAssistance() const {
     const std::pair<QWidget*, QString> names[] = {
         {ZelGraph1, u"Chart"_s},
@@ -233,6 +246,7 @@ void MainWidgets::NameForAssistance() const {
         {ZelSliderR, u"Position in percent"_s},
         {ZelSliderV, u"Play speed in scans per second"_s},
         {BtnHisConvert, u"Convert to text"_s},
+        {LabelStatus, u"Status"_s},
     };
     for (const auto& [widget, name] : names)
         widget->setAccessibleName(name);

@@ -12,6 +12,7 @@ class QWidget;
 namespace tracelet {
 
 class NoticeLine;
+class StatusLine;
 class ZelButton;
 class ZelGraph;
 class ZelLED;
@@ -64,7 +65,9 @@ struct MainWidgets {
     QPushButton* BtnHistory = nullptr;
     QPushButton* BtnExit = nullptr;
 
-    NoticeLine* LabelNotice = nullptr; ///< at the window's foot
+    QWidget* FrameFoot = nullptr; ///< the line at the window's foot
+    StatusLine* LabelStatus = nullptr;
+    NoticeLine* LabelNotice = nullptr;
 
     /// Makes the widgets as children of `window`, in the state of a window that has just opened, and gives
     /// the window the size that it opens with.
@@ -80,6 +83,7 @@ private:
     void BuildGraphGroup(QWidget& window);
     void BuildPlaybackGroup(QWidget& window);
     void BuildCommands(QWidget& window);
+    void BuildFoot(QWidget& window);
     void NameForAssistance() const;
     void OrderTabs() const;
     [[nodiscard]] WindowPlaces DesignedPlaces() const;

@@ -1,6 +1,5 @@
 #include "core/base/Convert.h"
 #include "window/chart/ZelGraph.h"
-#include "window/ground/NoticeLine.h"
 #include "window/main/MainWidgets.h"
 #include "window/widgets/ZelSlider.h"
 
@@ -111,8 +110,8 @@ void MainWidgets::Place(OuterSize outer) const {
     for (const auto& [widget, place] : placed)
         widget->setGeometry(PixelRect(*place));
     const QRect bottomRow = PixelRect(at.FrameSet).united(PixelRect(at.BtnExit));
-    LabelNotice->setGeometry(bottomRow.left(), bottomRow.bottom() + 1, bottomRow.width(),
-                             LabelNotice->parentWidget()->height() - bottomRow.bottom() - 1);
+    FrameFoot->setGeometry(bottomRow.left(), bottomRow.bottom() + 1, bottomRow.width(),
+                           FrameFoot->parentWidget()->height() - bottomRow.bottom() - 1);
     LabelGraphHint->setVisible(FrameGraph->width() >= BtnClearGraph->minimumWidth() + HintWidth);
 }
 

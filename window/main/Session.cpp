@@ -101,6 +101,9 @@ void frmMain::StartSession() {
     LabelNotice->Show({});
     OfferUnsaved();
     ZelGraph1->ClearData();
+    ForgetLosses();
+    pace = {};
+    diskFree = -1;
     ZelGraph1->SetNextX(0.0);
     BtnStart->setText(u"Stop"_s);
     EnableControls(When::Running);
@@ -112,6 +115,7 @@ void frmMain::StartSession() {
         recorder.DropAside();
         recorder.ResetCounts();
         StartTicks = surroundings.ticks();
+        ShowStatus();
         return;
     }
     if (recorder.PutBack())
@@ -139,8 +143,8 @@ void frmMain::StopSession() {
     isSystemRunning = false;
     EnableControls(When::Idle);
     BtnStart->setText(u"Start"_s);
-    if (!std::exchange(diskWarning, {}).isEmpty())
-        ShowLosses();
+    if (!std::exchange(diskWarning, {}).isEmpty() || !recorder.ReadFault().empty())
+        ShowTroubles();
     OfferUnsaved();
 }
 
@@ -182,9 +186,9 @@ void frmMain::WatchDisk() {
         return;
     diskSeenAt = elapsed;
     const auto warning = [&] {
+        diskFree = surroundings.freeBytes(sztmpPath);
         return QString::fromStdString(
-            DiskRoomWarning(surroundings.freeBytes(sztmpPath),
-                            static_cast<double>(recorder.SampleBytes()) * 1000.0 / elapsed));
+            DiskRoomWarning(diskFree, static_cast<double>(recorder.SampleBytes()) * 1000.0 / elapsed));
     };
     QString present = warning();
     const std::string unsaved = UnsavedFolder(stateFolder);
@@ -194,14 +198,16 @@ void frmMain::WatchDisk() {
             present = warning();
     }
     if (std::exchange(diskWarning, present) != present)
-        ShowLosses();
+        ShowTroubles();
 }
 
 void frmMain::SettleRecording() {
+    pace.Add(SessionSeconds(), ScanCount);
+    const auto note = qScopeGuard([this] { NoteLosses(); });
     if (recorder.Settle()) {
         ShowRecordingFaults();
-        if (LostScanCount > 0 || !recorder.DiskFault().empty())
-            ShowLosses();
+        if (!recorder.DiskFault().empty())
+            ShowTroubles();
     }
     if (!isStopping)
         WatchDisk();

@@ -145,6 +145,8 @@ void frmMain::ZelHiResTimerCtl1_OnTimer(const QString& name) {
 void frmMain::SoftPoolTimerPorc() {
     if (isStopping) // the disk still takes what came before
         return;
+    if (isSystemRunning && ZelHiResTimerCtl1->TimerExists(PollTimer))
+        recorder.CountMissedTicks(ZelHiResTimerCtl1->TakeMissedTicks(PollTimer));
     if (pollReader && isSystemRunning) {
         BeginTickAside();
         return;
@@ -160,8 +162,10 @@ void frmMain::SoftPoolTimerPorc() {
 
 // A tick of boards that may block. One that comes while the last is open is dropped, as during a handler.
 void frmMain::BeginTickAside() {
-    if (!pollReader->IsIdle())
+    if (!pollReader->IsIdle()) {
+        recorder.CountMissedTicks(1);
         return;
+    }
     TickCount = SumOrHighest(TickCount, 1);
     pollReader->Begin();
     if (pollReader->Wait(Patience))
@@ -178,7 +182,7 @@ void frmMain::FinishTickAside() {
     std::swap(polled, pollReader->Tick());
     silence.stop();
     if (LabelNotice->text() == QLatin1StringView(BoardIsSilent))
-        ShowLosses();
+        ShowTroubles();
     if (bAIEnabled)
         TakeScan();
     if (bDIEnabled)
@@ -203,8 +207,10 @@ void frmMain::TakeScan() {
         LoseScan();
         throw RunTimeError(polled.analogFault); // ends the tick
     }
-    if (recorder.EndReadFault())
+    if (recorder.EndReadFault()) {
         ShowOnSaveBoxes({});
+        ShowTroubles();
+    }
     ShowThermoSelection();
     const auto time = static_cast<float>((surroundings.ticks() - StartTicks) / 1000.0);
     ConvertScan(polled.values, scanRow);
@@ -225,18 +231,17 @@ void frmMain::ShowThermoSelection() {
 
 // A board that fails for a while costs its scans; that it does shows until it answers again.
 void frmMain::LoseScan() {
-    if (recorder.LoseScan(polled.analogFault))
+    if (recorder.LoseScan(polled.analogFault)) {
         ShowLostScans();
-    ShowLosses();
+        ShowTroubles();
+    }
+    NoteLosses();
 }
 
-void frmMain::ShowLosses() {
-    QString losses;
-    if (LostScanCount > 0)
-        losses = u"Scans lost: %1"_s.arg(LostScanCount);
-    if (!recorder.ReadFault().empty())
-        losses += u" (%1)"_s.arg(QString::fromStdString(recorder.ReadFault()));
-    QStringList texts{diskWarning, losses};
+void frmMain::ShowTroubles() {
+    QStringList texts{diskWarning};
+    if (isSystemRunning && !recorder.ReadFault().empty())
+        texts += u"Scans are being lost: %1"_s.arg(QString::fromStdString(recorder.ReadFault()));
     if (!recorder.DiskFault().empty())
         texts +=
             u"The disk may not keep the recording: %1"_s.arg(QString::fromStdString(recorder.DiskFault()));

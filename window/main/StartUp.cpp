@@ -18,6 +18,11 @@
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
+namespace {
+
+constexpr int StatusMs = 200;
+
+} // namespace
 
 const QString frmMain::PollTimer = u"SoftPoolTimer"_s;
 const QString frmMain::PlayTimer = u"HistoryTimer"_s;
@@ -26,7 +31,6 @@ frmMain::frmMain() : frmMain(Surroundings{}) {}
 
 frmMain::frmMain(Surroundings given) : surroundings(std::move(given)) {
     setObjectName(u"frmMain"_s);
-    setWindowTitle(u"Tracelet"_s);
     const QString folder = surroundings.programFolder.isEmpty() ? QCoreApplication::applicationDirPath()
                                                                 : surroundings.programFolder;
     szProgramPath = folder.toStdString();
@@ -36,6 +40,7 @@ frmMain::frmMain(Surroundings given) : surroundings(std::move(given)) {
     ConnectControls();
     ConnectWidgets();
     ConnectGraph();
+    statusTimer.start(StatusMs);
 }
 
 frmMain::~frmMain() {
@@ -60,6 +65,7 @@ void frmMain::MakeControls() {
 
 void frmMain::ConnectControls() {
     connect(ZelHiResTimerCtl1, &ZelHiResTimerCtl::OnTimer, this, &frmMain::ZelHiResTimerCtl1_OnTimer);
+    connect(&statusTimer, &QTimer::timeout, this, &frmMain::ShowStatus);
     silence.setSingleShot(true);
     connect(&silence, &QTimer::timeout, this, &frmMain::TellSilence);
     connect(ZelAI1, &ZelAI::OnFirstBufferChange, this, &frmMain::ZelAI1_OnFirstBufferChange);
@@ -182,6 +188,7 @@ void frmMain::Form_Unload() {
     if (!isLoaded)
         return;
     isLoaded = false;
+    statusTimer.stop();
     if (isSystemRunning)
         QuietHandler([this] { BtnStart_Click(); });
     if (isHisPlaying)

@@ -9,6 +9,7 @@
 //   main/Enabled.cpp            EnableSetCmdControls, EnableHisControls; what is enabled by all that happens
 //   main/FastAnalogInput.cpp    FAIStart, BufferChangeFunc, AppendSingles, AppendLongs, the buffer notifications
 //   main/SoftwarePolling.cpp    SoftPoolStart, SoftPoolTimerPorc, SoftAIScan, SoftDIScan, ZelHiResTimerCtl1_OnTimer
+//   main/Status.cpp             ShowStatus, NoteLosses: what the line at the foot tells
 //   main/Resize.cpp             Form_Resize
 //   files/WriteProjectInfo.cpp  WriteProjectInfo, WriteStopRecord; beside it SessionFacts
 //   files/SaveAs.cpp            BtnSaveAs_Click
@@ -31,6 +32,7 @@
 #include "core/input/PollPlan.h"
 #include "core/input/PollReader.h"
 #include "core/input/Recorder.h"
+#include "core/input/SessionStatus.h"
 #include "core/plots/PlotTables.h"
 #include "core/recordings/LeftRecording.h"
 #include "core/recordings/Recording.h"
@@ -184,6 +186,8 @@ public:
     enum class When { Switched, Running, Idle, Opened, Left, Reentered, Playing, Paused, Ended };
     /// Goes by the flags of switches and of what was written, which are set before.
     void EnableControls(When when);
+    /// Brings the line at the foot and the window's title up to date, as happens five times a second.
+    void ShowStatus();
 
     // ── Procedures: acquisition ──────────────────────────────────────────────────────────────────────
     [[nodiscard]] bool FAIStart();
@@ -303,7 +307,17 @@ private:
     void TakePorts();
     void ShowThermoSelection();
     void LoseScan();
-    void ShowLosses();
+    void ShowTroubles(); ///< that last, at the foot
+
+    [[nodiscard]] SessionStatus AcquisitionStatus() const;
+    [[nodiscard]] SessionStatus PlaybackStatus() const;
+    [[nodiscard]] std::vector<SessionFacts::Board> BoardsInUse() const;
+    [[nodiscard]] double SessionSeconds() const; ///< since the start
+    [[nodiscard]] double ScansAskedASecond() const;
+    /// Marks on the chart what the recorder lost since the last call.
+    void NoteLosses();
+    void ForgetLosses();
+    void MarkRecordedLosses();
 
     /// Looks for recordings that were left behind.
     void FindUnsaved();
@@ -354,6 +368,13 @@ private:
     bool isPainted = false;                    ///< the window was seen
     std::string stateFolder;                   ///< native path, "" for none
     std::vector<LeftRecording> leftRecordings; ///< that can still be saved, newest first
+    QTimer statusTimer;                        ///< of ShowStatus
+    RateMeter pace;                            ///< of the session's scans
+    LossCounts lossesSeen;                     ///< by NoteLosses
+    std::size_t lossesMarked = 0;              ///< of the recorder's list
+    double lossStart = 0.0;                    ///< of the newest mark, seconds
+    double lastLoss = -1.0;                    ///< seconds after the start; below 0 for none
+    std::int64_t diskFree = -1;                ///< bytes at the last look; below 0 for unknown
     QString diskWarning;                       ///< of a disk that is soon full
     std::uint32_t diskSeenAt = 0;              ///< milliseconds from the start to the last look at the disk
     QSize laidOutFor;                          ///< outer size, frame included, that the widgets stand for

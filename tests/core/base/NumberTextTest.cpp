@@ -49,6 +49,29 @@ TEST(OptionalDecimalsText, RoundsTheHalvesThatTheDigitsShow) {
     EXPECT_EQ(OptionalDecimalsText(0.00014999999), "0.0001");
 }
 
+TEST(ClockText, CountsHoursMinutesAndSeconds) {
+    EXPECT_EQ(ClockText(0.0), "00:00:00");
+    EXPECT_EQ(ClockText(67.999), "00:01:07");
+    EXPECT_EQ(ClockText(3600.0), "01:00:00");
+    EXPECT_EQ(ClockText(360000.0), "100:00:00");
+    EXPECT_EQ(ClockText(-1.0), "00:00:00");
+    EXPECT_EQ(ClockText(std::numeric_limits<double>::quiet_NaN()), "00:00:00");
+    EXPECT_EQ(ClockText(1e300), "277777:46:40");
+}
+
+TEST(PaceText, TellsBothRatesInOnePower) {
+    EXPECT_EQ(PaceText(9.91, 10.0), "\u20079.9 of 10"); // "10.0" has a digit more
+    EXPECT_EQ(PaceText(10.0, 10.0), "10.0 of 10");
+    EXPECT_EQ(PaceText(99870.0, 100000.0), "\u200799.9 of 100 k");
+    EXPECT_EQ(PaceText(100000.0, 100000.0), "100.0 of 100 k");
+    EXPECT_EQ(PaceText(1e6, 1e6), "1.00 of 1 M");
+    EXPECT_EQ(PaceText(33.3, 1000.0 / 30), "33.3 of 33.3333");
+    EXPECT_EQ(PaceText(0.0305, 0.0305), "0.0305 of 0.0305");
+    EXPECT_EQ(PaceText(999.6, 1000.0), "1.00 of 1 k");
+    EXPECT_EQ(PaceText(0.0, 250.0), "250");
+    EXPECT_EQ(PaceText(5e12, 5e12), "5000.0 of 5000 G");
+}
+
 TEST(GroupedText, SeparatesThousands) {
     EXPECT_EQ(GroupedText(0), "0");
     EXPECT_EQ(GroupedText(999), "999");

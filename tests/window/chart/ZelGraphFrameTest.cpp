@@ -60,6 +60,33 @@ TEST_F(ZelGraphFrame, FirstAxisStandsAtTheLeftFurtherOnesAtTheRight) {
     EXPECT_LT(two.right(), one.right() - 20);
 }
 
+TEST_F(ZelGraphFrame, LossesAreMarkedWhereTheyAre) {
+    constexpr QColor Loss{0xff, 0x52, 0x52};
+    graph.AddPlot({{}, 0, 0, VoltageAxis});
+    graph.AxisSetRange(XAxis, 0, 10);
+    graph.MarkLoss(2, 2, QStringLiteral("a"));
+    graph.MarkLoss(5, 5, QStringLiteral("b"));
+    graph.MarkLoss(5, 6, QStringLiteral("c")); // goes on
+    EXPECT_EQ(graph.LossMarkCount(), 2);
+    const QImage image = graph.grab().toImage();
+    const QRect area = graph.PlotRect();
+    const auto at = [&](double seconds) {
+        return image.pixelColor(area.left() + static_cast<int>(std::floor(seconds / 10 * area.width())),
+                                area.bottom() - 3);
+    };
+    EXPECT_EQ(at(2), Loss);
+    EXPECT_EQ(at(5), Loss);
+    EXPECT_NE(at(5.5), at(6.5)) << "a veil where time went on";
+    EXPECT_NE(at(5.5), Loss);
+    EXPECT_EQ(at(2.1), at(6.5));
+    graph.AxisSetRange(XAxis, 3, 4);
+    EXPECT_EQ(graph.LossAt(area.center().x()), QString());
+    graph.AxisSetRange(XAxis, 5.4, 5.6);
+    EXPECT_EQ(graph.LossAt(area.center().x()), QStringLiteral("c")) << "from end to end";
+    graph.ClearLossMarks();
+    EXPECT_EQ(graph.LossAt(area.center().x()), QString());
+}
+
 TEST_F(ZelGraphFrame, TooSmallAGraphHasNoPlotArea) {
     for (const QSize size : {QSize(72, 400), QSize(600, 52), QSize(1, 1)}) {
         graph.resize(size);

@@ -116,6 +116,39 @@ TEST_F(TimerTest, EnablingAgainForgetsWhatWasDueBefore) {
     EXPECT_EQ(ticks.size(), before);
 }
 
+TEST_F(TimerTest, CountsTicksThatFellDueUnseen) {
+    control->AddTimer(Poll, 10, true);
+    WaitForTicks(1);
+    (void)control->TakeMissedTicks(Poll);
+    Block(105ms);
+    const std::size_t before = ticks.size();
+    WaitForTicks(before + 1);
+    EXPECT_GE(control->TakeMissedTicks(Poll), 9);
+    control->SetTimerEnabled(Poll, false);
+    EXPECT_EQ(control->TakeMissedTicks(Poll), 0) << "they are told once";
+    EXPECT_THAT([&] { (void)control->TakeMissedTicks(History); },
+                ThrowsMessage<RunTimeError>("There is no timer \"HistoryTimer\""));
+}
+
+TEST_F(TimerTest, CountsTicksThatFellDueDuringAHandler) {
+    onTick = [this](const QString&) { Block(25ms); };
+    control->AddTimer(Poll, 10, true);
+    WaitForTicks(2);
+    EXPECT_GE(control->TakeMissedTicks(Poll), 2); // of the first handler
+}
+
+TEST_F(TimerTest, ANewPeriodMissedNothingYet) {
+    control->AddTimer(Poll, 1, true);
+    WaitForTicks(1);
+    Block(20ms);
+    const std::size_t before = ticks.size();
+    WaitForTicks(before + 1);
+    control->SetTimerEnabled(Poll, false);
+    control->SetTimerInterval(Poll, 1'000'000);
+    control->SetTimerEnabled(Poll, true);
+    EXPECT_EQ(control->TakeMissedTicks(Poll), 0);
+}
+
 TEST_F(TimerTest, AHandlerMayDisableItsTimer) {
     onTick = [this](const QString& name) {
         Block(5ms); // more fall due meanwhile

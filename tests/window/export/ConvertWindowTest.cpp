@@ -8,6 +8,7 @@
 #include <QListWidget>
 #include <QProgressBar>
 #include <QTimer>
+#include <QToolButton>
 
 #include <algorithm>
 #include <filesystem>
@@ -95,6 +96,15 @@ TEST_F(ConvertWindowTest, WritesBothTexts) {
     EXPECT_EQ(Text("texts/DI.xlt"), "Time\t1:0\t1:7\t2:4\r\n0.1\t0\t0\t1\r\n0.2\t1\t0\t1\r\n0.3\t0\t0\t1");
     EXPECT_EQ(window->szTextSaveDir, window->szProgramPath);
     EXPECT_EQ(window->szTextSaveFolder, "texts");
+}
+
+TEST_F(ConvertWindowTest, LeavesALinkToTheTexts) {
+    OpenSaved(PolledWithDigital(3, 0.1));
+    ConvertInto(u"texts"_s);
+    EXPECT_EQ(Notice(), "Converted into");
+    EXPECT_TRUE(window->LabelNotice->BtnNoticeFolder->isVisible());
+    EXPECT_EQ(window->LabelNotice->BtnNoticeFolder->text().toStdString(),
+              (fs::path(window->szProgramPath) / "texts").string());
 }
 
 TEST_F(ConvertWindowTest, WritesWhatIsTicked) {
@@ -265,7 +275,7 @@ TEST_F(ConvertWindowTest, ATextWhoseDataCannotBeReadDoesNotStay) {
     ConvertInto(u"both"_s);
     EXPECT_TRUE(Exists("both/AI.xlt"));
     EXPECT_TRUE(Exists("both/DI.xlt"));
-    EXPECT_EQ(Notice(), "");
+    EXPECT_EQ(Notice(), "Converted into");
 }
 
 TEST_F(ConvertWindowTest, MissingDataGiveHeaders) {

@@ -3,6 +3,7 @@
 #include "core/recordings/ProjectInfo.h"
 #include "tests/support/FileSizeLimit.h"
 #include "window/ground/NoticeLine.h"
+#include "window/ground/StatusLine.h"
 
 #include <QDir>
 #include <QFile>
@@ -165,7 +166,7 @@ TEST_F(SaveAsTest, DataThatCannotBeReadAreToldAndAnEarlierRecordingStays) {
     ASSERT_TRUE(QDir().rmdir(data));
     Record(1);
     SaveAs(u"a"_s);
-    EXPECT_EQ(Notice(), "");
+    EXPECT_EQ(Notice(), "Saved in");
     EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 4U);
 }
 
@@ -202,7 +203,7 @@ TEST_F(SaveAsTest, SavingLeavesTheCountOfLostScansInSight) {
     SaveAs(u"none/run"_s);
     EXPECT_THAT(boxes.Take(), testing::SizeIs(1));
     SaveAs(u"a"_s);
-    EXPECT_EQ(Notice(), "Scans lost: 2");
+    EXPECT_THAT(window->LabelStatus->text().toStdString(), testing::HasSubstr("Lost: 2 scans"));
     EXPECT_EQ(SavedBytes(u"a/AI.tld"_s).size(), 8U);
 }
 

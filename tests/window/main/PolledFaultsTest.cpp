@@ -5,6 +5,7 @@
 
 #include "tests/support/GatedBoards.h"
 #include "window/ground/NoticeLine.h"
+#include "window/ground/StatusLine.h"
 
 #include <bit>
 #include <cmath>
@@ -15,7 +16,9 @@ namespace tracelet {
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using testing::SizeIs;
 using Box = MessageBoxes::Box;
 
@@ -32,6 +35,10 @@ protected:
         AnalogBoardInUse().SetFaults(faults);
     }
     [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
+    [[nodiscard]] std::string Status() const {
+        window->ShowStatus();
+        return window->LabelStatus->text().toStdString();
+    }
     [[nodiscard]] static std::string Told(const QCheckBox* saveBox) {
         EXPECT_EQ(saveBox->toolTip().isEmpty(), saveBox->styleSheet().isEmpty());
         return saveBox->toolTip().toStdString();
@@ -104,7 +111,8 @@ TEST_F(PolledFaultsTest, LostScansShowWhileTheBoardFailsAndAreCounted) {
     Tick(3);
     const std::string reason = "The board does not answer; it may have been unplugged";
     EXPECT_EQ(window->LostScanCount, 3);
-    EXPECT_EQ(Notice(), "Scans lost: 3 (" + reason + ")");
+    EXPECT_EQ(Notice(), "Scans are being lost: " + reason);
+    EXPECT_THAT(Status(), HasSubstr("Lost: 3 scans, last at 00:00:00"));
     EXPECT_EQ(Told(window->CkAISave2Disk), "Scans are being lost: " + reason);
     EXPECT_EQ(Told(window->CkDISave2Disk), "Scans are being lost: " + reason);
     EXPECT_EQ(window->ScanCount, 1);
@@ -112,7 +120,8 @@ TEST_F(PolledFaultsTest, LostScansShowWhileTheBoardFailsAndAreCounted) {
 
     FailReads("No answer");
     Tick(1);
-    EXPECT_EQ(Notice(), "Scans lost: 4 (No answer)");
+    EXPECT_EQ(Notice(), "Scans are being lost: No answer");
+    EXPECT_THAT(Status(), HasSubstr("Lost: 4 scans"));
     EXPECT_EQ(Told(window->CkAISave2Disk), "Scans are being lost: No answer");
 
     AnalogBoardInUse().SetFaults({});
@@ -120,15 +129,18 @@ TEST_F(PolledFaultsTest, LostScansShowWhileTheBoardFailsAndAreCounted) {
     EXPECT_EQ(Told(window->CkAISave2Disk), "");
     EXPECT_EQ(Told(window->CkDISave2Disk), "");
     EXPECT_EQ(window->LostScanCount, 4);
-    EXPECT_EQ(Notice(), "Scans lost: 4 (No answer)");
+    EXPECT_EQ(Notice(), "");
+    EXPECT_THAT(Status(), HasSubstr("Lost: 4 scans"));
     Click(window->BtnStart);
     EXPECT_THAT(RecordedScans(), SizeIs(3));
     EXPECT_THAT(Bytes(window->szDIFileName), SizeIs(8 + 3));
-    EXPECT_EQ(Notice(), "Scans lost: 4 (No answer)");
+    EXPECT_EQ(Notice(), "");
+    EXPECT_THAT(Status(), HasSubstr("Lost: 4 scans"));
 
     StartPolling();
     EXPECT_EQ(window->LostScanCount, 0);
     EXPECT_EQ(Notice(), "");
+    EXPECT_THAT(Status(), Not(HasSubstr("Lost")));
     Click(window->BtnStart);
 }
 
@@ -154,7 +166,7 @@ TEST_F(PolledFaultsTest, SaveBoxesOfWhatIsNotSavedStayAsTheyAre) {
     StartPolling();
     FailReads("No answer");
     Tick(2);
-    EXPECT_EQ(Notice(), "Scans lost: 2 (No answer)");
+    EXPECT_EQ(Notice(), "Scans are being lost: No answer");
     EXPECT_EQ(Told(window->CkAISave2Disk), "");
     EXPECT_EQ(Told(window->CkDISave2Disk), "");
     Click(window->BtnStart);
@@ -171,7 +183,7 @@ TEST_F(PolledFaultsTest, BrokenRecordingStaysRedWhenReadsWorkAgain) {
     FailReads("No answer");
     Tick(1);
     EXPECT_EQ(Told(window->CkAISave2Disk), broken);
-    EXPECT_EQ(Notice(), "Scans lost: 1 (No answer)");
+    EXPECT_EQ(Notice(), "Scans are being lost: No answer");
     AnalogBoardInUse().SetFaults({});
     Tick(1);
     EXPECT_EQ(Told(window->CkAISave2Disk), broken);
@@ -215,7 +227,7 @@ TEST_F(PolledFaultsTest, ThermocouplesWithoutTheirControlAreTold) {
     TurnOnAI();
     StartPolling();
     Tick(2);
-    EXPECT_EQ(Notice(), "Scans lost: 2 (No thermocouple device is selected)");
+    EXPECT_EQ(Notice(), "Scans are being lost: No thermocouple device is selected");
     Click(window->BtnStart);
 }
 

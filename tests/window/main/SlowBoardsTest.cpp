@@ -4,6 +4,7 @@
 
 #include "tests/support/GatedBoards.h"
 #include "window/ground/NoticeLine.h"
+#include "window/ground/StatusLine.h"
 
 #include <QDir>
 
@@ -60,6 +61,10 @@ protected:
     }
 
     [[nodiscard]] std::string Notice() const { return window->LabelNotice->text().toStdString(); }
+    [[nodiscard]] std::string Status() const {
+        window->ShowStatus();
+        return window->LabelStatus->text().toStdString();
+    }
 
     const std::shared_ptr<GatedAnalogBoard> analog = std::make_shared<GatedAnalogBoard>();
     const std::shared_ptr<GatedDigitalBoard> digital = std::make_shared<GatedDigitalBoard>();
@@ -114,7 +119,8 @@ TEST_F(SlowBoardsTest, LateFaultsAreFaults) {
     TickInVain(analog->gate);
     analog->gate.Open();
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->LostScanCount == 1; }, 20000));
-    EXPECT_EQ(Notice(), "Scans lost: 1 (No answer)");
+    EXPECT_EQ(Notice(), "Scans are being lost: No answer");
+    EXPECT_THAT(Status(), testing::HasSubstr("Lost: 1 scan"));
     EXPECT_EQ(digital->gate.Reads(), 0);
     analog->fault.clear();
     digital->fault = "No ports";
