@@ -1,5 +1,7 @@
 #pragma once
 
+#include <utility>
+
 namespace tracelet {
 
 /// A descriptor of the system, closed with the object.
@@ -10,6 +12,7 @@ public:
     /// Owns what a call of the system gave; raises the description of errno when that is -1.
     explicit UniqueFd(int given);
     ~UniqueFd() { (void)Close(); }
+    UniqueFd(UniqueFd&& other) noexcept : descriptor(std::exchange(other.descriptor, None)) {}
     UniqueFd(const UniqueFd&) = delete;
     UniqueFd& operator=(const UniqueFd&) = delete;
 

@@ -19,8 +19,8 @@ namespace tracelet {
 // user-interface thread. Errors: RunTimeError with a text that a user understands.
 
 /// What the limits of a range are in. Unstated, which only boards of a family may leave it, it follows from
-/// the limits (BoardFamily.h).
-enum class RangeUnit : std::uint8_t { Unstated, Volts, Milliamperes };
+/// the limits (BoardFamily.h). Numbers are in whatever the device that sends them says.
+enum class RangeUnit : std::uint8_t { Unstated, Volts, Milliamperes, Numbers };
 
 /// One input range. `first` and `second` are its lower and upper limit; no two ranges of a board share both.
 struct InputRange {
@@ -57,6 +57,7 @@ struct AnalogBoardInfo {
     bool differential = true;       ///< channels can be wired differentially
     bool externalPacer = false;
     bool hardwareTrigger = false;
+    bool paced = true;          ///< StartStream works: the board has a pacer of some kind
     bool thermocouples = false; ///< ReadThermocouple works
     double lowestRate = 1.0;    ///< hertz, conversions of all channels together
     double highestRate = 1.0;   ///< hertz
@@ -133,7 +134,7 @@ public:
     [[nodiscard]] virtual ThermocoupleReading
     ReadThermocouple(const ChannelSetup& channel, std::int32_t expansion, ThermocoupleType type) = 0;
 
-    /// Starts a hardware-paced acquisition; one at a time.
+    /// Starts a hardware-paced acquisition; one at a time. A board without a pacer raises.
     virtual void StartStream(const StreamSetup& setup) = 0;
 
     /// Waits up to about 50 ms for samples and puts what came into `buffer`. Reading thread only.

@@ -39,4 +39,10 @@ bool IsMilliamperes(const InputRange& range) {
                                              : range.unit == RangeUnit::Milliamperes;
 }
 
+const char* UnitOf(const InputRange& range) {
+    if (range.unit == RangeUnit::Numbers)
+        return "";
+    return IsMilliamperes(range) ? "mA" : "V";
+}
+
 } // namespace tracelet

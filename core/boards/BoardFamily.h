@@ -29,4 +29,7 @@ namespace tracelet {
 /// exactly 20.
 [[nodiscard]] bool IsMilliamperes(const InputRange& range);
 
+/// "V", "mA", or "" for numbers of their own.
+[[nodiscard]] const char* UnitOf(const InputRange& range);
+
 } // namespace tracelet

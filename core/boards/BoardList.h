@@ -16,6 +16,7 @@ struct BoardEntry {
     std::string reason; ///< why it cannot be used, "" otherwise
     bool simulated = false;
     std::shared_ptr<BoardType> board;
+    bool onlyWhenPicked = false; ///< never selected by itself: a microphone, or what a serial line belongs to
 };
 
 /// Every board of the machine. A device number is the index in its list, so real boards stand first.
@@ -23,7 +24,8 @@ struct BoardList {
     std::vector<BoardEntry<AnalogBoard>> analog;
     std::vector<BoardEntry<DigitalBoard>> digital;
 
-    /// First real board that can be used, else the plain simulated one; -1 when there is none.
+    /// First real board that can be used and need not be picked, else the plain simulated one; -1 when there
+    /// is none.
     [[nodiscard]] std::int32_t DefaultAnalog() const;
     [[nodiscard]] std::int32_t DefaultDigital() const;
 };

@@ -3,6 +3,7 @@
 #ifdef TRACELET_COMEDI
 #include "core/drivers/comedi/ComediBoards.h"
 #endif
+#include "core/drivers/serial/SerialBoards.h"
 #include "core/drivers/simulated/SimulatedBoards.h"
 
 #include <algorithm>
@@ -26,6 +27,7 @@ BoardList FindBoards() {
     FindComediBoards(list);
 #endif
     Append(list, SimulatedBoards());
+    FindSerialBoards(list); // behind those that are selected by themselves
     return list;
 }
 

@@ -7,7 +7,7 @@ namespace tracelet {
 
 std::string RangeText(const InputRange& range) {
     return OptionalDecimalsText(range.first) + " ~ " + OptionalDecimalsText(range.second) +
-           (IsMilliamperes(range) ? " mA" : " V");
+           (*UnitOf(range) != '\0' ? std::string(" ") + UnitOf(range) : std::string());
 }
 
 } // namespace tracelet

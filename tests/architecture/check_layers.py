@@ -12,7 +12,7 @@ from pathlib import Path
 ROOMS = """
 core/base
 core/boards    core/files    core/layout    core/samples    core/plots
-core/drivers/simulated    core/drivers/comedi    core/disk    core/settings    core/chart
+core/drivers/simulated    core/drivers/comedi    core/drivers/serial    core/disk    core/settings    core/chart
 core/drivers    core/recordings
 core/input    core/playback    core/export
 window/ground

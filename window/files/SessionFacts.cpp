@@ -6,13 +6,6 @@
 #include "window/main/frmMain.h"
 
 namespace tracelet {
-namespace {
-
-std::string UnitOfRange(const InputRange& range) {
-    return IsMilliamperes(range) ? "mA" : "V";
-}
-
-} // namespace
 
 SessionFacts frmMain::FactsOfSession(const ProjectInfo& info) const {
     SessionFacts facts;
@@ -40,10 +33,10 @@ SessionFacts::Channel frmMain::FactsOfChannel(std::int32_t position, const Proje
     const InputRange range = ZelAI1->RangeOf(channel);
     SessionFacts::Channel facts{.number = channel,
                                 .name = {},
-                                .unit = UnitOfRange(range),
+                                .unit = UnitOf(range),
                                 .low = range.first,
                                 .high = range.second,
-                                .rangeUnit = UnitOfRange(range),
+                                .rangeUnit = UnitOf(range),
                                 .wiring = M1.AIChanConnection[channel] == Differential ? "differential"
                                                                                        : "single-ended",
                                 .thermocouple = {}};

@@ -118,7 +118,7 @@ QString frmMain::UnitOf(const PlotLook& look) const {
         return counts;
     if (M1.SoftMode && look.kind == PlotKind::Temperature)
         return ThermoUnits.value(M1.AIThermoScale[look.index]);
-    return IsMilliamperes(ZelAI1->RangeOf(look.index)) ? u"mA"_s : u"V"_s;
+    return QString::fromLatin1(tracelet::UnitOf(ZelAI1->RangeOf(look.index)));
 }
 
 QString frmMain::UnitsOn(int axis) const {

@@ -171,6 +171,8 @@ TEST_P(AnalogBoardContract, RefusesRatesThatAreNone) {
 }
 
 TEST_P(AnalogBoardContract, OneShotDeliversExactlyItsSamples) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     const std::int32_t channels = std::min(3, board->Info().channelCount);
     for (const std::uint64_t total : {std::uint64_t{1}, std::uint64_t{300}, std::uint64_t{1001}}) {
         for (const std::size_t room : {std::size_t{64}, std::size_t{4096}}) {
@@ -184,6 +186,8 @@ TEST_P(AnalogBoardContract, OneShotDeliversExactlyItsSamples) {
 }
 
 TEST_P(AnalogBoardContract, OneShotStaysEnded) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     board->StartStream(Stream(1, 10));
     EXPECT_EQ(ReadToEnd<float>(*board, 64).size(), 10U);
     std::vector<float> buffer(64);
@@ -193,6 +197,8 @@ TEST_P(AnalogBoardContract, OneShotStaysEnded) {
 }
 
 TEST_P(AnalogBoardContract, RawCountsLieInTheRangeOnceScaled) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     const AnalogBoardInfo& info = board->Info();
     board->StartStream(Stream(info.channelCount, 1000, RawCounts));
     const std::vector<std::int16_t> counts = ReadToEnd<std::int16_t>(*board, 333);
@@ -206,6 +212,8 @@ TEST_P(AnalogBoardContract, RawCountsLieInTheRangeOnceScaled) {
 }
 
 TEST_P(AnalogBoardContract, EndlessStreamRunsUntilItIsStopped) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     board->StartStream(Stream(1, 0));
     std::atomic<std::uint64_t> received = 0;
     std::atomic<bool> ended = false;
@@ -226,6 +234,8 @@ TEST_P(AnalogBoardContract, EndlessStreamRunsUntilItIsStopped) {
 }
 
 TEST_P(AnalogBoardContract, StartsAgainAfterAStopAndAfterItsEnd) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     for (int round = 0; round < 3; ++round) {
         board->StartStream(Stream(1, 0));
         board->StopStream();
@@ -235,12 +245,20 @@ TEST_P(AnalogBoardContract, StartsAgainAfterAStopAndAfterItsEnd) {
 }
 
 TEST_P(AnalogBoardContract, OneStreamAtATime) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     board->StartStream(Stream(1, 0));
     EXPECT_THROW(board->StartStream(Stream(1, 0)), RunTimeError);
     std::vector<float> buffer(16);
     EXPECT_EQ(board->ReadStream(std::span<float>(buffer)).state, StreamState::Running);
     board->StopStream();
     EXPECT_EQ(board->ReadStream(std::span<float>(buffer)).state, StreamState::Ended);
+}
+
+TEST_P(AnalogBoardContract, StartsNoStreamWithoutAPacer) {
+    if (board->Info().paced)
+        GTEST_SKIP() << "it has one";
+    EXPECT_THROW(board->StartStream(Stream(1, 0)), RunTimeError);
 }
 
 TEST_P(AnalogBoardContract, StopWithoutAStreamDoesNothing) {
@@ -253,6 +271,8 @@ TEST_P(AnalogBoardContract, StopWithoutAStreamDoesNothing) {
 }
 
 TEST_P(AnalogBoardContract, RefusesABufferOfTheOtherForm) {
+    if (!board->Info().paced)
+        GTEST_SKIP() << "no pacer";
     board->StartStream(Stream(1, 0, RawCounts));
     std::vector<float> values(16);
     EXPECT_THROW((void)board->ReadStream(std::span<float>(values)), RunTimeError);

@@ -28,6 +28,7 @@ TEST(RangeText, ShowsLimitsWithUnit) {
         {0, 0, "0 ~ 0 V"},
         {0, 20, "0 ~ 20 V", RangeUnit::Volts},
         {0, 32, "0 ~ 32 mA", RangeUnit::Milliamperes},
+        {0, 20, "0 ~ 20", RangeUnit::Numbers},
     };
     for (const auto& c : cases)
         EXPECT_EQ(RangeText({0, c.first, c.second, c.unit}), c.text);
