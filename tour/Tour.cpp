@@ -68,6 +68,7 @@ void Tour::OpenWindow() {
     window.reset();
     frmMain::Surroundings surroundings;
     surroundings.boards = SimulatedBoards();
+    surroundings.findMore = [](BoardList&) {};
     surroundings.stateFolder = "";
     board = std::dynamic_pointer_cast<SimulatedAnalogBoard>(surroundings.boards.analog.front().board);
     surroundings.freeBytes = [](const std::string&) { return std::int64_t{250} << 30; };

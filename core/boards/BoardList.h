@@ -16,6 +16,7 @@ struct BoardEntry {
     std::string reason; ///< why it cannot be used, "" otherwise
     bool simulated = false;
     std::shared_ptr<BoardType> board;
+    std::string address{}; ///< where it is plugged in, as the system or the network names it; "" for nowhere
     bool onlyWhenPicked = false; ///< never selected by itself: a microphone, or what a serial line belongs to
 };
 

@@ -27,8 +27,12 @@ BoardList FindBoards() {
     FindComediBoards(list);
 #endif
     Append(list, SimulatedBoards());
-    FindSerialBoards(list); // behind those that are selected by themselves
+    FindMoreBoards(list);
     return list;
+}
+
+void FindMoreBoards(BoardList& boards) {
+    FindSerialBoards(boards);
 }
 
 } // namespace tracelet

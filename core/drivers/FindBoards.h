@@ -8,4 +8,7 @@ namespace tracelet {
 /// makes boards of its own.
 [[nodiscard]] BoardList FindBoards();
 
+/// Appends what was plugged in since; what is in the list stays in its place.
+void FindMoreBoards(BoardList& boards);
+
 } // namespace tracelet

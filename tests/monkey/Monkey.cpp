@@ -45,6 +45,7 @@ void Monkey::Open() {
     boards = random.Percent(3) ? BoardList{} : SimulatedBoards();
     frmMain::Surroundings surroundings;
     surroundings.boards = boards;
+    surroundings.findMore = [](BoardList&) {};
     surroundings.programFolder = programFolder;
     surroundings.stateFolder = programFolder.toStdString();
     window = std::make_unique<frmMain>(std::move(surroundings));

@@ -37,6 +37,7 @@ protected:
         boards = std::move(given);
         frmMain::Surroundings surroundings;
         surroundings.boards = boards;
+        surroundings.findMore = [this](BoardList& known) { findMore(known); };
         surroundings.programFolder = folder.path();
         surroundings.stateFolder = state.path().toStdString();
         surroundings.ticks = [this] { return now; };
@@ -99,6 +100,7 @@ protected:
     QTemporaryDir folder;
     QTemporaryDir state;
     BoardList boards;
+    std::function<void(BoardList&)> findMore = [](BoardList&) {}; ///< what a picker finds beside them
     std::uint32_t now = 1000;
     MessageBoxes boxes;
     std::unique_ptr<frmMain> window;

@@ -19,6 +19,9 @@ public:
         entries = std::move(boards);
     }
 
+    /// The boards so far in their places, and those that were found since.
+    void AddBoards(std::vector<BoardEntry<BoardType>> boards) { entries = std::move(boards); }
+
     [[nodiscard]] const std::vector<BoardEntry<BoardType>>& Entries() const { return entries; }
     [[nodiscard]] std::int32_t Number() const { return number; } ///< -1 when none is selected
     [[nodiscard]] const std::shared_ptr<BoardType>& Board() const { return board; }

@@ -46,6 +46,10 @@ void ZelAI::SetBoards(const BoardList& boards) {
     selection.SetBoards(boards.analog);
 }
 
+void ZelAI::AddBoards(const BoardList& boards) {
+    selection.AddBoards(boards.analog);
+}
+
 std::int32_t ZelAI::DeviceNumber() const {
     return selection.Number();
 }
@@ -84,6 +88,7 @@ const AnalogBoardInfo& ZelAI::BoardInfo() const {
 }
 
 void ZelAI::SelectDevice(QWidget* owner) {
+    emit Picking();
     if (const auto picked = PickBoard(selection.Entries(), selection.Number(), owner))
         SetDeviceNumber(*picked);
 }

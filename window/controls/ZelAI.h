@@ -35,6 +35,8 @@ public:
 
     /// Boards to choose from; deselects whatever was selected.
     void SetBoards(const BoardList& boards);
+    /// The boards so far in their places, and those that were found since; the selection stays.
+    void AddBoards(const BoardList& boards);
 
     [[nodiscard]] std::int32_t DeviceNumber() const;
     /// Selects a board and puts all its settings to their defaults (scan start 0, one channel, 1000 Hz,
@@ -132,6 +134,8 @@ public:
     [[nodiscard]] QString ErrorText() const;
 
 signals:
+    /// Before the board picker is shown: the moment to look for boards.
+    void Picking();
     /// A half of the buffer, or at a stop what came of it, channel-interleaved: `rawData` when DataType is 1,
     /// `analogData` when it is 2; the other is empty. The spans are valid during the call.
     void OnFirstBufferChange(std::span<const std::int16_t> rawData, std::span<const float> analogData,

@@ -16,6 +16,10 @@ void ZelDIO::SetBoards(const BoardList& boards) {
     errorText.clear();
 }
 
+void ZelDIO::AddBoards(const BoardList& boards) {
+    selection.AddBoards(boards.digital);
+}
+
 std::int32_t ZelDIO::DeviceNumber() const {
     return selection.Number();
 }
@@ -35,6 +39,7 @@ QString ZelDIO::DeviceName() const {
 }
 
 void ZelDIO::SelectDevice(QWidget* owner) {
+    emit Picking();
     if (const auto picked = PickBoard(selection.Entries(), selection.Number(), owner))
         SetDeviceNumber(*picked);
 }

@@ -22,6 +22,8 @@ public:
     ~ZelDIO() override;
 
     void SetBoards(const BoardList& boards);
+    /// The boards so far in their places, and those that were found since; the selection stays.
+    void AddBoards(const BoardList& boards);
 
     [[nodiscard]] std::int32_t DeviceNumber() const;
     void SetDeviceNumber(std::int32_t number);
@@ -34,6 +36,10 @@ public:
     [[nodiscard]] bool ReadPorts(std::int32_t start, std::int32_t count, std::vector<std::uint8_t>& states);
     [[nodiscard]] const std::shared_ptr<DigitalBoard>& Board() const { return selection.Board(); }
     [[nodiscard]] QString ErrorText() const; ///< why the last reading failed, "" when it did not
+
+signals:
+    /// Before the board picker is shown: the moment to look for boards.
+    void Picking();
 
 private:
     BoardSelection<DigitalBoard> selection;

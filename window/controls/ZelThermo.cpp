@@ -31,6 +31,10 @@ void ZelThermo::SetBoards(const BoardList& boards) {
     settings = {};
 }
 
+void ZelThermo::AddBoards(const BoardList& boards) {
+    selection.AddBoards(boards.analog);
+}
+
 std::int32_t ZelThermo::DeviceNumber() const {
     return selection.Number();
 }

@@ -24,6 +24,8 @@ public:
     ~ZelThermo() override;
 
     void SetBoards(const BoardList& boards);
+    /// The boards so far in their places, and those that were found since; the selection stays.
+    void AddBoards(const BoardList& boards);
 
     [[nodiscard]] std::int32_t DeviceNumber() const;
     void SetDeviceNumber(std::int32_t number);

@@ -33,10 +33,10 @@ SessionFacts::Channel frmMain::FactsOfChannel(std::int32_t position, const Proje
     const InputRange range = ZelAI1->RangeOf(channel);
     SessionFacts::Channel facts{.number = channel,
                                 .name = {},
-                                .unit = UnitOf(range),
+                                .unit = tracelet::UnitOf(range),
                                 .low = range.first,
                                 .high = range.second,
-                                .rangeUnit = UnitOf(range),
+                                .rangeUnit = tracelet::UnitOf(range),
                                 .wiring = M1.AIChanConnection[channel] == Differential ? "differential"
                                                                                        : "single-ended",
                                 .thermocouple = {}};

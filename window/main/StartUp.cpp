@@ -63,7 +63,16 @@ void frmMain::MakeControls() {
     QuietHandler([this] { ZelDIO1->SetDeviceNumber(surroundings.boards.DefaultDigital()); });
 }
 
+void frmMain::FindMore() {
+    surroundings.findMore(surroundings.boards);
+    ZelAI1->AddBoards(surroundings.boards);
+    ZelThermo1->AddBoards(surroundings.boards);
+    ZelDIO1->AddBoards(surroundings.boards);
+}
+
 void frmMain::ConnectControls() {
+    connect(ZelAI1, &ZelAI::Picking, this, &frmMain::FindMore);
+    connect(ZelDIO1, &ZelDIO::Picking, this, &frmMain::FindMore);
     connect(ZelHiResTimerCtl1, &ZelHiResTimerCtl::OnTimer, this, &frmMain::ZelHiResTimerCtl1_OnTimer);
     connect(&statusTimer, &QTimer::timeout, this, &frmMain::ShowStatus);
     silence.setSingleShot(true);

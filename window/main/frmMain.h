@@ -69,6 +69,7 @@ public:
     /// What a test or a tour may put in the machine's place.
     struct Surroundings {
         BoardList boards = FindBoards();
+        std::function<void(BoardList&)> findMore = FindMoreBoards; ///< what was plugged in since
         QString programFolder; ///< "" is the folder that the program lies in
         TickClock ticks = GetTickCount;
         /// Where the program keeps what outlives it (a native path, "" for nowhere); unless told the user's
@@ -256,6 +257,7 @@ protected:
 
 private:
     void MakeControls();
+    void FindMore();
     void ConnectControls();
     void ConnectWidgets();
     void SizeSharedTables();

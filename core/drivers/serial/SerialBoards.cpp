@@ -38,9 +38,11 @@ std::vector<std::string> EntriesOf(const std::string& folder) {
     return names;
 }
 
-void Add(BoardList& boards, const std::string& name, LineSource source) {
-    boards.analog.push_back(
-        {name, Driver, "", false, std::make_shared<SerialBoard>(name, std::move(source)), true});
+void Add(BoardList& boards, const std::string& name, const LineSource& source) {
+    if (std::ranges::find(boards.analog, source.address, &BoardEntry<AnalogBoard>::address) ==
+        boards.analog.end())
+        boards.analog.push_back(
+            {name, Driver, "", false, std::make_shared<SerialBoard>(name, source), source.address, true});
 }
 
 } // namespace

@@ -8,8 +8,8 @@
 
 namespace tracelet {
 
-/// Appends the serial lines of this machine, which `folder` lists, and what `file` names beside them. None of
-/// them is opened, and none is ever selected by itself.
+/// Appends the serial lines of this machine, which `folder` lists, and what `file` names beside them, those
+/// that are not in the list yet. None of them is opened, and none is ever selected by itself.
 void FindSerialBoards(BoardList& boards, const std::string& folder = "/dev/serial/by-id",
                       const std::string& file = "/etc/tracelet/serial.conf");
 

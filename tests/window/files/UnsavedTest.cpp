@@ -398,6 +398,7 @@ protected:
         room = bytes;
         frmMain::Surroundings surroundings;
         surroundings.boards = boards;
+        surroundings.findMore = [](BoardList&) {};
         surroundings.programFolder = folder.path();
         surroundings.stateFolder = state.path().toStdString();
         surroundings.ticks = [this] { return now; };

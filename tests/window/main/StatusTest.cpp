@@ -78,9 +78,8 @@ TEST_F(StatusTest, ARecordingTellsItsSizeAndThatItIsNotSavedUntilItIs) {
     Click(window->CkAISave2Disk);
     StartPolling();
     Tick(1000);
-    EXPECT_THAT(
-        Status(),
-        StartsWith("● Recording · 00:01:40 · 1,000 scans · 10.0 of 10 scans/s · 4.0 kB · "));
+    EXPECT_THAT(Status(),
+                StartsWith("● Recording · 00:01:40 · 1,000 scans · 10.0 of 10 scans/s · 4.0 kB · "));
     EXPECT_THAT(Status(), Not(HasSubstr("Not saved")));
     Click(window->BtnStart);
     EXPECT_THAT(Status(), StartsWith("Ready · Not saved · 1,000 scans · 4.0 kB"));
@@ -113,6 +112,7 @@ TEST_F(StatusTest, ARecordingThatBrokeIsNoRecording) {
 TEST_F(StatusTest, TheTimeThatTheDiskLastsFollowsThePaceSoFar) {
     frmMain::Surroundings surroundings;
     surroundings.boards = boards;
+    surroundings.findMore = [](BoardList&) {};
     surroundings.programFolder = folder.path();
     surroundings.stateFolder = state.path().toStdString();
     surroundings.ticks = [this] { return now; };

@@ -7,6 +7,7 @@
 #include "core/drivers/serial/SerialBoards.h"
 #include "core/drivers/serial/SourceFile.h"
 #include "tests/core/boards/BoardContract.h"
+#include "tests/support/SerialLine.h"
 #include "tests/support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
@@ -20,7 +21,6 @@
 #include <arpa/inet.h>
 #include <fcntl.h>
 #include <netinet/in.h>
-#include <pty.h>
 #include <sys/socket.h>
 #include <termios.h>
 #include <unistd.h>
@@ -33,45 +33,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::ThrowsMessage;
-
-/// A serial line with its far end.
-class Line {
-public:
-    Line() {
-        int far = -1;
-        int near = -1;
-        std::array<char, 64> name{};
-        if (openpty(&far, &near, name.data(), nullptr, nullptr) != 0)
-            throw std::runtime_error("no pseudo-terminal");
-        end = std::make_unique<UniqueFd>(far);
-        close(near);
-        path = name.data();
-        termios raw{};
-        tcgetattr(far, &raw);
-        cfmakeraw(&raw);
-        tcsetattr(far, TCSANOW, &raw);
-    }
-    void Write(std::string_view text) const {
-        while (!text.empty()) {
-            const ssize_t count = write(end->Get(), text.data(), text.size());
-            if (count > 0)
-                text.remove_prefix(static_cast<std::size_t>(count));
-            else
-                std::this_thread::sleep_for(1ms);
-        }
-    }
-    void Unplug() { end.reset(); }
-    [[nodiscard]] speed_t Speed() const {
-        termios now{};
-        tcgetattr(end->Get(), &now);
-        return cfgetispeed(&now);
-    }
-
-    std::string path;
-
-private:
-    std::unique_ptr<UniqueFd> end;
-};
 
 /// Waits for something that a thread does.
 template <typename Condition>
@@ -93,7 +54,7 @@ std::string Fault(const LineReader& reader) {
 }
 
 /// Writes a line until the reader has taken it for sure, as something that prints all the time does.
-bool Prints(const Line& line, const LineReader& reader, const std::string& text, double first) {
+bool Prints(const SerialLine& line, const LineReader& reader, const std::string& text, double first) {
     return Eventually([&] {
         line.Write(text);
         std::this_thread::sleep_for(5ms);
@@ -104,7 +65,7 @@ bool Prints(const Line& line, const LineReader& reader, const std::string& text,
 // ---- Reading
 
 TEST(LineReader, GivesTheNewestLine) {
-    const Line line;
+    const SerialLine line;
     const LineReader reader({line.path, 115200});
     EXPECT_EQ(Fault(reader), "No numbers have come yet");
     ASSERT_TRUE(Prints(line, reader, "1,2\n", 1));
@@ -117,7 +78,7 @@ TEST(LineReader, GivesTheNewestLine) {
 }
 
 TEST(LineReader, CountsWhatItSkips) {
-    const Line line;
+    const SerialLine line;
     const LineReader reader({line.path, 9600});
     ASSERT_TRUE(Prints(line, reader, "1\n", 1));
     const std::int64_t before = reader.Skipped();
@@ -127,7 +88,7 @@ TEST(LineReader, CountsWhatItSkips) {
 }
 
 TEST(LineReader, FindsTheRate) {
-    const Line line;
+    const SerialLine line;
     const LineReader reader({line.path, 0});
     // What a wrong rate makes of lines, until the right one is set.
     ASSERT_TRUE(Eventually([&] {
@@ -140,7 +101,7 @@ TEST(LineReader, FindsTheRate) {
 }
 
 TEST(LineReader, GarbageWithoutALineDisprovesARateToo) {
-    const Line line;
+    const SerialLine line;
     const LineReader reader({line.path, 0});
     ASSERT_TRUE(Eventually([&] {
         line.Write(line.Speed() == B9600 ? "7 8\n" : std::string(64, '\xf8'));
@@ -151,7 +112,7 @@ TEST(LineReader, GarbageWithoutALineDisprovesARateToo) {
 }
 
 TEST(LineReader, SilenceIsAnErrorAndNotTheLastValueAgain) {
-    const Line line;
+    const SerialLine line;
     const LineReader reader({line.path, 9600});
     ASSERT_TRUE(Prints(line, reader, "1\n", 1));
     EXPECT_TRUE(Eventually([&] { return Fault(reader) == "No numbers come any more"; }));
@@ -161,14 +122,14 @@ TEST(LineReader, SilenceIsAnErrorAndNotTheLastValueAgain) {
 TEST(LineReader, AnUnpluggedLineIsGoneAndComesBack) {
     const TemporaryFolder folder;
     const std::string path = folder / "line";
-    auto line = std::make_unique<Line>();
+    auto line = std::make_unique<SerialLine>();
     std::filesystem::create_symlink(line->path, path);
     const LineReader reader({path, 9600});
     ASSERT_TRUE(Prints(*line, reader, "1\n", 1));
     std::filesystem::remove(path);
     line->Unplug();
     EXPECT_TRUE(Eventually([&] { return Fault(reader) == "It is not plugged in"; })) << Fault(reader);
-    line = std::make_unique<Line>();
+    line = std::make_unique<SerialLine>();
     std::filesystem::create_symlink(line->path, path);
     EXPECT_TRUE(Prints(*line, reader, "2\n", 2));
 }
@@ -185,7 +146,7 @@ TEST(LineReader, TellsWhyASourceCannotBeOpened) {
     EXPECT_EQ(fault(folder.Write("file")), "It is no serial line");
     EXPECT_EQ(fault("tcp:localhost"), "An address reads tcp:HOST:PORT");
     EXPECT_EQ(fault("tcp:127.0.0.1:1"), "It takes no connections there");
-    const Line line;
+    const SerialLine line;
     const LineReader first({line.path, 9600});
     ASSERT_TRUE(Prints(line, first, "1\n", 1));
     EXPECT_EQ(fault(line.path), geteuid() == 0 ? "No numbers have come yet" // root may open it twice
@@ -214,7 +175,7 @@ TEST(LineReader, ReadsTheSameLinesFromTheNetwork) {
 // ---- The board
 
 TEST(SerialBoard, ReadsChannelsOfTheNewestLine) {
-    const Line line;
+    const SerialLine line;
     SerialBoard board("Thing", {line.path, 9600});
     const InputRange range = board.Info().ranges.front();
     const ChannelSetup channels[] = {{1, range}, {0, range}, {5, range}};
@@ -258,7 +219,7 @@ public:
     }
 
 private:
-    Line line;
+    SerialLine line;
 
 public:
     SerialBoard board{"Thing", {line.path, 9600}};
@@ -338,7 +299,7 @@ TEST(NameOfLine, IsReadable) {
 }
 
 TEST(SetBaud, RefusesWhatALineCannotHave) {
-    const Line line;
+    const SerialLine line;
     const UniqueFd near(open(line.path.c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
     EXPECT_THROW(SetBaud(near.Get(), 12345), RunTimeError);
     for (const std::int32_t baud : UsualBauds())
