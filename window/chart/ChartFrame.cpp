@@ -65,7 +65,7 @@ void ChartFrame::Arrange(QSize size) {
     int below = Px(Padding);
     if (timeShown)
         below += lineHeight + Px(Gap);
-    if (timeShown && titles && !time.title.isEmpty())
+    if (titles) // of the time axis, or only the button beside it
         below += lineHeight;
     plot = QRect(0, above, size.width(), size.height() - above - below);
     for (AxisStrip& strip : strips) {

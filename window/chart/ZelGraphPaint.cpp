@@ -31,15 +31,20 @@ void ZelGraph::State::FitAxes() {
             FitValues(axis);
 }
 
-void ZelGraph::State::FitTime() {
-    double low = HUGE_VAL;
-    double high = -HUGE_VAL;
+/// From the oldest to the newest point held of what is visible.
+std::optional<AxisSpan> ZelGraph::State::HeldTimes() const {
+    AxisSpan times{HUGE_VAL, -HUGE_VAL};
     for (int plot = 0; plot < store.PlotCount(); ++plot) {
         if (store.Count(plot) == 0 || !plots[static_cast<std::size_t>(plot)].visible)
             continue;
-        low = std::min(low, store.X(plot, store.First(plot)));
-        high = std::max(high, store.X(plot, store.End(plot) - 1));
+        times.low = std::min(times.low, store.X(plot, store.First(plot)));
+        times.high = std::max(times.high, store.X(plot, store.End(plot) - 1));
     }
+    return times.low <= times.high ? std::optional(times) : std::nullopt;
+}
+
+void ZelGraph::State::FitTime() {
+    const auto [low, high] = HeldTimes().value_or(AxisSpan{0, 0});
     AxisEnds& ends = axes[XAxis].ends;
     if (!(low < high) || (low == ends.minimum && high == ends.maximum))
         return;
@@ -50,7 +55,7 @@ void ZelGraph::State::FitTime() {
 }
 
 void ZelGraph::State::FitValues(int axis) {
-    const AxisEnds& time = axes[XAxis].ends;
+    const AxisEnds& time = ShownTime();
     const AxisSpan view = DrawnSpan(time.minimum, time.maximum);
     Extent extent;
     for (std::size_t i = 0; i < plots.size(); ++i) {
@@ -144,7 +149,7 @@ void ZelGraph::State::PlaceGrid() {
         return;
     ColumnGrid placed;
     placed.width = timeSpan.Length() / columns;
-    const AxisEnds& ends = axes[XAxis].ends;
+    const AxisEnds& ends = ShownTime();
     if (ends.span > 0 && timeSpan == AxisSpan{ends.minimum, ends.maximum})
         placed.width = ends.span / columns; // the same for every position of the axis
     const double largest = std::max(std::abs(timeSpan.low), std::abs(timeSpan.high));
@@ -170,7 +175,7 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         pixelSize = newSize;
         ++revision;
     }
-    timeSpan = DrawnSpan(axes[XAxis].ends.minimum, axes[XAxis].ends.maximum);
+    timeSpan = DrawnSpan(ShownTime().minimum, ShownTime().maximum);
     PlaceGrid();
     if (!frame.TimeFits(timeSpan))
         ++revision;

@@ -336,6 +336,8 @@ private:
     void ConnectGraph();
     void BuildModeMenu();
     void ZelGraph1_MouseUp();
+    /// The time base follows a zoom to so many seconds.
+    void TakeTimeSpan(double seconds);
     void ZelGraph1_Error(const QString& text);
 
     [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
