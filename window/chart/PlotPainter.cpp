@@ -1,5 +1,7 @@
 #include "window/chart/PlotPainter.h"
 
+#include "core/chart/EdgeSigns.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -14,6 +16,11 @@ constexpr std::size_t TileColumns = 96;
 
 /// Samples so many columns apart, times the thickness of lines, are marked.
 constexpr double MarkDistance = 24;
+
+/// Columns on either side that signs need, beside those that the line needs.
+int BeyondBeside(const Stroke& stroke) {
+    return std::max(0, SignReach(stroke) - stroke.Beside());
+}
 
 } // namespace
 
@@ -83,7 +90,7 @@ void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) 
             Mark(first, first + pixels.width);
         else {
             // A sample on the edge of a column reaches into both neighbours, and each column further.
-            const int margin = trace.stroke.Before() + 1;
+            const int margin = trace.stroke.Before() + BeyondBeside(trace.stroke) + 1;
             if (now.end > old.end)
                 MarkTimes(scene.grid, margin, old.lastX, now.lastX);
             if (now.first > old.first)
@@ -121,10 +128,10 @@ void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene,
 
 void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,
                              std::int64_t column, int at, int count) {
-    const auto drawn = static_cast<std::size_t>(count);
     const auto thickness = static_cast<std::size_t>(trace.stroke.thickness);
-    const int before = trace.stroke.Before();
-    spans.resize(drawn + static_cast<std::size_t>(before + trace.stroke.Beside()));
+    const int beyond = BeyondBeside(trace.stroke);
+    const int before = trace.stroke.Before() + beyond;
+    spans.resize(static_cast<std::size_t>(before + count + trace.stroke.Beside() + beyond));
     finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, spans);
     if (store.Count(trace.plot) == 0)
         return;
@@ -132,12 +139,18 @@ void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, c
     for (std::size_t i = 0; thickness > 1 && i + thickness <= spans.size(); ++i)
         for (std::size_t next = 1; next < thickness; ++next)
             spans[i].Add(spans[i + next]);
-    const auto shown = std::span(spans).first(spans.size() - (thickness - 1));
+    const auto around = std::span(spans).first(spans.size() - (thickness - 1));
+    const auto shown = [&](int beside) { // the columns drawn and so many on either side
+        const auto left = static_cast<std::size_t>(trace.stroke.Beside() + beyond - beside);
+        return around.subspan(left, around.size() - 2 * left);
+    };
     const RowScale scale(trace.range.low, trace.range.high, scene.height);
-    DrawSpans(pixels, at, column, shown, finder.Crowded().subspan(static_cast<std::size_t>(before)), scale,
-              trace.stroke);
-    if (trace.joint == Joint::Line)
-        DrawMarks(store, trace, at - before, at, count);
+    DrawSpans(pixels, at, column, shown(trace.stroke.Beside()),
+              finder.Crowded().subspan(static_cast<std::size_t>(before)), scale, trace.stroke);
+    if (trace.joint != Joint::Line)
+        return;
+    DrawMarks(store, trace, at - before, at, count);
+    DrawSigns(pixels, at, shown(SignReach(trace.stroke)), scale, trace.stroke);
 }
 
 void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at,

@@ -126,7 +126,7 @@ void ZelGraph::State::BuildScene() {
     scene.gridRows = frame.GridRows();
     scene.ground = ChartColor::Ground;
     scene.gridColor = ChartColor::Grid;
-    const int thickness = std::clamp(CLng(scale), 1, 4);
+    const int thickness = LineThickness(scale, pixelSize.width(), pixelSize.height());
     for (std::size_t i = 0; i < plots.size(); ++i) {
         const PlotAttributes& look = plots[i].attributes;
         if (!plots[i].visible)

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
 #include <vector>
@@ -15,6 +16,7 @@ namespace {
 
 constexpr std::uint32_t Green = 0x00ff00;
 constexpr double MarkDistance = 24; ///< samples so many columns apart are marked
+constexpr int SignReach = 3; ///< columns beside one that leaves the plot area that have parts of its sign
 
 /// Pixels {column, row} of the plot area, or those that a plain renderer finds.
 using PixelSet = std::set<std::pair<int, int>>;
@@ -41,8 +43,8 @@ public:
           firstColumn(static_cast<std::int64_t>(std::ceil(graph.XAxisMax() / width - 1e-6)) - area.width()) {}
 
     void Line(QPointF a, QPointF b) {
-        const int from = std::max(0, ColumnOf(a.x()) - 1);
-        const int to = std::min(area.width() - 1, ColumnOf(b.x()) + 1);
+        const int from = std::max(-SignReach, ColumnOf(a.x()) - 1);
+        const int to = std::min(area.width() - 1 + SignReach, ColumnOf(b.x()) + 1);
         for (int column = from; column <= to; ++column) {
             const double left = std::max(a.x(), Edge(column));
             const double right = std::min(b.x(), Edge(column + 1));
@@ -54,7 +56,7 @@ public:
     }
     void Point(QPointF point) {
         const int column = ColumnOf(point.x());
-        if (column >= 0 && column < area.width())
+        if (column >= -SignReach && column < area.width() + SignReach)
             Rows(column, point.y(), point.y(), false);
     }
     void Mark(QPointF point) {
@@ -100,6 +102,8 @@ private:
         const double lower = Height(std::min(y1, y2));
         for (int row = static_cast<int>(std::floor(upper)); row <= static_cast<int>(std::floor(lower)); ++row)
             Add(touches ? doubtful : drawn, column, row);
+        Sign(column, 0, 1, -upper, touches);
+        Sign(column, area.height() - 1, -1, lower - area.height(), touches);
         for (const double end : {upper, lower}) {
             const double next = std::floor(end + 0.5);
             if (std::abs(end - next) < 1e-3) {
@@ -107,6 +111,16 @@ private:
                 Add(doubtful, column, static_cast<int>(next) - 1);
             }
         }
+    }
+
+    /// Arrowhead at the edge of a column whose trace goes `beyond` it, rows counted from the edge.
+    void Sign(int column, int edge, int inwards, double beyond, bool touches) {
+        const bool close = std::abs(beyond) < 1e-3;
+        if (beyond <= 0 && !close)
+            return;
+        for (int row = 0; row <= SignReach; ++row)
+            for (int x = column - row; x <= column + row; ++x)
+                Add(touches || close ? doubtful : drawn, x, edge + inwards * row);
     }
 
     const ZelGraph& graph;
@@ -366,6 +380,55 @@ TEST_F(ZelGraphDrawing, LinesAreAsThickAsTheDisplaysScaleAsks) {
         columns += inked(x, area.center().y()) ? 1 : 0;
     EXPECT_EQ(rows, thickness);
     EXPECT_EQ(columns, thickness);
+}
+
+TEST_F(ZelGraphDrawing, TracesOfEveryStyleAreThickerOnALargeChart) {
+    for (const auto& [size, thickness] : {std::pair{QSize(1700, 850), 1}, {QSize(3640, 1900), 2}}) {
+        graph.resize(size);
+        for (std::int32_t style = 0; style < 5; ++style) {
+            graph.RemovePlots();
+            graph.AddPlot({QStringLiteral("AI 0"), Green, style, VoltageAxis});
+            for (const double x : {0.0, 5.0, 10.0})
+                graph.AddPoint(0, x, 3);
+            std::map<int, int> rows; // by column
+            for (const auto& [x, y] : GreenPixels(graph))
+                ++rows[x];
+            const int middle = graph.PlotRect().width() / 2;
+            for (const auto& [x, count] : rows) {
+                const bool isMarked = x < 20 || std::abs(x - middle) < 20 || x > 2 * middle - 20; // a sample
+                ASSERT_TRUE(isMarked || count == thickness) << style << ' ' << x;
+            }
+            ASSERT_GT(static_cast<int>(rows.size()), middle / 2);
+        }
+    }
+}
+
+TEST_F(ZelGraphDrawing, SignsTellInThePlotsColourWhereItLeavesItsOwnAxis) {
+    graph.SetPlot(0, {QStringLiteral("AI 0"), 0xff0000, 0, VoltageAxis});
+    graph.AddPlot({QStringLiteral("AI 1"), Green, 0, TemperatureAxis});
+    graph.AddPlot({QStringLiteral("DI 0:0"), Green, 0, DigitalAxis, 1.5});
+    graph.AxisSetRange(TemperatureAxis, 20, 30);
+    graph.AxisSetRange(DigitalAxis, 20, 25);
+    for (int i = 0; i <= 1000; ++i) {
+        graph.AddPoint(0, i * 0.01, 5);
+        graph.AddPoint(1, i * 0.01, i > 250 && i < 500 ? 40 : 25);
+        graph.AddPoint(2, i * 0.01, 1.5); // far below, where zoomed lines often are
+    }
+    const int height = graph.PlotRect().height();
+    const double width = graph.PlotRect().width() / 10.0;
+    int above = 0;
+    for (const auto& [x, y] : GreenPixels(graph)) {
+        EXPECT_LT(y, height - 4) << "no sign there";
+        if (y != 3)
+            continue;
+        ++above;
+        EXPECT_GT(x, 2.5 * width - 5);
+        EXPECT_LT(x, 5 * width + 5);
+    }
+    EXPECT_NEAR(above, 2.5 * width, 8);
+    graph.AxisSetRange(TemperatureAxis, 20, 50);
+    for (const auto& [x, y] : GreenPixels(graph))
+        EXPECT_GT(y, 10);
 }
 
 } // namespace
