@@ -74,7 +74,8 @@ public:
     bool LoseScan(const std::string& reason);
     /// The board lost samples, or the queue behind it.
     void CountOverrun();
-    [[nodiscard]] const SessionEvents& Events() const { return events; } ///< since ResetCounts
+    [[nodiscard]] const SessionFacts& Session() const { return session; } ///< since Begin
+    [[nodiscard]] const SessionEvents& Events() const { return events; }  ///< since ResetCounts
     /// A scan was read. True when the one before was lost.
     bool EndReadFault();
     /// Why the last scan was lost, "" when it was read.

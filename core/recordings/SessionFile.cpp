@@ -25,6 +25,22 @@ Json ToJson(const SessionFacts::Board& board) {
     return {{"name", board.name}, {"simulated", board.isSimulated}};
 }
 
+// What `json` tells of the board of an input; none for no such text.
+SessionFacts::Board BoardOf(const Json& json, const char* input) {
+    SessionFacts::Board board;
+    const auto section = json.find(input);
+    if (section == json.end() || !section->is_object())
+        return board;
+    const auto told = section->find("board");
+    if (told == section->end() || !told->is_object())
+        return board;
+    if (const auto name = told->find("name"); name != told->end() && name->is_string())
+        board.name = *name;
+    if (const auto simulated = told->find("simulated"); simulated != told->end() && simulated->is_boolean())
+        board.isSimulated = *simulated;
+    return board;
+}
+
 Json ToJson(const SessionFacts::Channel& channel) {
     Json json{{"channel", channel.number},      {"name", channel.name},
               {"unit", channel.unit},           {"range", {channel.low, channel.high}},
@@ -92,11 +108,22 @@ std::string SessionText(const SessionFacts& facts, const SessionEvents& events, 
     return json.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+std::string BoardsText(const SessionFacts::Board& analog, const SessionFacts::Board& digital) {
+    std::string text;
+    for (const SessionFacts::Board& board : {analog, digital}) {
+        if (board.name.empty())
+            continue;
+        text += (text.empty() ? "" : ", ") + board.name + (board.isSimulated ? " (simulated)" : "");
+    }
+    return text;
+}
+
 SessionSummary ReadSessionSummary(const std::string& text) {
     SessionSummary summary;
     const Json json = Json::parse(text, nullptr, false);
     if (!json.is_object())
         return summary;
+    summary.boards = BoardsText(BoardOf(json, "analog"), BoardOf(json, "digital"));
     for (const auto& [name, member] : {std::pair("started", &summary.started), {"boot", &summary.boot}}) {
         if (const auto value = json.find(name); value != json.end() && value->is_string())
             *member = *value;

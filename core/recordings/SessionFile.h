@@ -70,11 +70,16 @@ struct SessionEvents {
 [[nodiscard]] std::string SessionText(const SessionFacts& facts, const SessionEvents& events,
                                       std::int32_t scanCount, double scanInterval);
 
-/// What a recovery needs of such a text; empty and 0 for what it does not tell, or is no such text.
+/// The boards in use, for people to read: "pci-6052e, usb-2 (simulated)".
+[[nodiscard]] std::string BoardsText(const SessionFacts::Board& analog, const SessionFacts::Board& digital);
+
+/// What a recovery or a picture needs of such a text; empty and 0 for what it does not tell, or is no such
+/// text.
 struct SessionSummary {
     std::string started;
     std::string boot;            ///< BootId of the system that recorded
     double scansPerSecond = 0.0; ///< reached, else asked
+    std::string boards;          ///< as BoardsText has them
 };
 [[nodiscard]] SessionSummary ReadSessionSummary(const std::string& text);
 

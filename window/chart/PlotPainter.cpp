@@ -1,6 +1,7 @@
 #include "window/chart/PlotPainter.h"
 
 #include "core/chart/EdgeSigns.h"
+#include "window/chart/ChartFrame.h"
 
 #include <QPainter>
 
@@ -188,6 +189,14 @@ void PlotPainter::PaintGround(const PlotScene& scene, std::int64_t column, int a
 
 void PlotPainter::Draw(QPainter& painter, int x, int y) const {
     const int cut = SlotOf(first);
+    if (cut > 0 && KeepsVectors(painter)) { // where two images side by side would show a seam
+        QImage whole(image.size(), image.format());
+        QPainter pixelPainter(&whole);
+        Draw(pixelPainter, 0, 0);
+        pixelPainter.end();
+        painter.drawImage(x, y, whole);
+        return;
+    }
     painter.drawImage(x, y, image, cut, 0, pixels.width - cut, pixels.height);
     if (cut > 0)
         painter.drawImage(x + pixels.width - cut, y, image, 0, 0, cut, pixels.height);

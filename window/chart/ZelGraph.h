@@ -146,6 +146,10 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
 
+    /// Draws what it shows, `scale` dots of `painter` for each of its pixels. Traces are drawn as pixels of a
+    /// dot, all else as what it is.
+    void DrawPicture(QPainter& painter, double scale);
+
     [[nodiscard]] std::int32_t MouseMode() const;
     void SetMouseMode(std::int32_t code); ///< an unknown code is ignored
 

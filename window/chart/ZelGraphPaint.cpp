@@ -100,8 +100,8 @@ AxisStrip ZelGraph::State::StripOf(int axis) const {
     return strip;
 }
 
-void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
-    frame.SetLook(graph.font(), scale);
+void ZelGraph::State::ArrangeFrame(const QFont& font) {
+    frame.SetLook(font, scale);
     frame.time.span = timeSpan;
     frame.time.title = axes[XAxis].title;
     frame.timeShown = axes[XAxis].allowed;
@@ -167,8 +167,11 @@ std::int64_t ZelGraph::State::FirstColumn() const {
 }
 
 void ZelGraph::State::Prepare(const ZelGraph& graph) {
+    Prepare(graph, graph.devicePixelRatioF());
+}
+
+void ZelGraph::State::Prepare(const ZelGraph& graph, double newScale) {
     FitAxes();
-    const double newScale = graph.devicePixelRatioF();
     const QSize newSize(Int(graph.width() * newScale), Int(graph.height() * newScale));
     if (newScale != scale || newSize != pixelSize) {
         scale = newScale;
@@ -183,27 +186,37 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         frame.MoveTime(timeSpan);
         return;
     }
-    ArrangeFrame(graph);
+    ArrangeFrame(graph.font());
     PlaceGrid();
     BuildScene();
     arranged = revision;
 }
 
 void ZelGraph::paintEvent(QPaintEvent*) {
-    State& s = *state;
-    s.Prepare(*this);
+    state->Prepare(*this);
     QPainter painter(this);
-    painter.scale(1 / s.scale, 1 / s.scale); // device pixels from here on
-    const QRect area = s.frame.PlotArea();
+    painter.scale(1 / state->scale, 1 / state->scale); // device pixels from here on
+    state->Draw(painter);
+    if (!state->frame.PlotArea().isEmpty())
+        state->DrawOverlay(painter);
+}
+
+void ZelGraph::DrawPicture(QPainter& painter, double scale) {
+    state->Prepare(*this, scale);
+    state->Draw(painter);
+    state->Prepare(*this);
+}
+
+void ZelGraph::State::Draw(QPainter& painter) {
+    const QRect area = frame.PlotArea();
     if (area.isEmpty()) {
-        s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, 0);
+        frame.Draw(painter, pixelSize + QSize(1, 1), grid, 0);
         return;
     }
-    const std::int64_t first = s.FirstColumn();
-    s.plotPainter.Update(s.store, s.scene, s.arranged, first);
-    s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, first);
-    s.plotPainter.Draw(painter, area.left(), area.top());
-    s.DrawOverlay(painter);
+    const std::int64_t first = FirstColumn();
+    plotPainter.Update(store, scene, arranged, first);
+    frame.Draw(painter, pixelSize + QSize(1, 1), grid, first);
+    plotPainter.Draw(painter, area.left(), area.top());
 }
 
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {

@@ -116,7 +116,9 @@ struct ZelGraph::State {
 
     // Picture.
     void Prepare(const ZelGraph& graph);
-    void ArrangeFrame(const ZelGraph& graph);
+    void Prepare(const ZelGraph& graph, double newScale);
+    void Draw(QPainter& painter);
+    void ArrangeFrame(const QFont& font);
     void BuildScene();
     void PlaceGrid();
     [[nodiscard]] std::int64_t FirstColumn() const;

@@ -22,6 +22,7 @@
 //   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView, BringBackAxes
 //   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
 //   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
+//   graph/Pictures.cpp          pictures of the chart: CopyPicture, SavePicture, PrintPicture
 //   graph/GraphSet.cpp          BtnGraphSet_Click
 // clang-format on
 
@@ -339,6 +340,12 @@ private:
     /// The time base follows a zoom to so many seconds.
     void TakeTimeSpan(double seconds);
     void ZelGraph1_Error(const QString& text);
+    void ConnectPictures();
+    [[nodiscard]] QString PictureCaption() const;
+    void CopyPicture();
+    void SavePicture();
+    void WritePicture(const QString& path);
+    void PrintPicture();
 
     [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
     [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;
