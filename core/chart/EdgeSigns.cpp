@@ -7,43 +7,39 @@ namespace tracelet {
 
 namespace {
 
-/// Rows are counted from an edge.
-class EdgePainter {
-public:
-    EdgePainter(const Pixels& image, const Stroke& line, bool fromBelow)
-        : bits(image.bits + (fromBelow ? (image.height - 1) * image.stride : 0)),
-          stride(fromBelow ? -image.stride : image.stride), height(image.height), stroke(line) {}
+/// Columns from one arrowhead to the next, times the thickness of lines.
+constexpr std::int64_t Period = 16;
 
-    /// An arrowhead whose tip is span `tip`, as far as it lies in the `count` columns drawn.
-    void Arrowhead(int at, int count, int tip) const {
-        const int reach = SignReach(stroke);
-        for (int column = std::max(0, tip - 2 * reach); column <= std::min(tip, count - 1); ++column)
-            for (int row = std::abs(column + reach - tip); row <= std::min(reach, height - 1); ++row)
-                bits[row * stride + at + column] = stroke.color;
-    }
-
-private:
-    std::uint32_t* bits;
-    std::ptrdiff_t stride;
-    int height;
-    const Stroke& stroke;
-};
+/// An arrowhead at an edge, its tip in column `tip` of the `count` ones drawn from `at` on, or beside them.
+void DrawArrowhead(const Pixels& pixels, int at, int count, int tip, bool fromBelow, const Stroke& stroke) {
+    const int reach = SignReach(stroke) - 1;
+    for (int column = std::max(0, tip - reach); column <= std::min(tip + reach, count - 1); ++column)
+        for (int row = std::abs(column - tip); row <= std::min(reach, pixels.height - 1); ++row)
+            pixels.bits[(fromBelow ? pixels.height - 1 - row : row) * pixels.stride + at + column] =
+                stroke.color;
+}
 
 } // namespace
 
-void DrawSigns(const Pixels& pixels, int at, std::span<const Extent> spans, const RowScale& scale,
-               const Stroke& stroke) {
-    const int count = static_cast<int>(spans.size()) - 2 * SignReach(stroke);
+void DrawSigns(const Pixels& pixels, int at, std::int64_t column, std::span<const Extent> spans,
+               const RowScale& scale, const Stroke& stroke) {
+    const int beside = SignReach(stroke);
+    const int count = static_cast<int>(spans.size()) - 2 * beside;
     const double top = scale.top + 0.5 / scale.perUnit;
     const double bottom = top - scale.rowCount / scale.perUnit;
-    const EdgePainter above(pixels, stroke, false);
-    const EdgePainter below(pixels, stroke, true);
-    for (int i = 0; i < static_cast<int>(spans.size()); ++i) {
-        const Extent& span = spans[static_cast<std::size_t>(i)];
-        if (static_cast<double>(span.high) > top)
-            above.Arrowhead(at, count, i);
-        if (static_cast<double>(span.low) < bottom)
-            below.Arrowhead(at, count, i);
+    bool wasAbove = false;
+    bool wasBelow = false;
+    for (int tip = -beside; tip < count + beside; ++tip) {
+        const Extent& span = spans[static_cast<std::size_t>(tip + beside)];
+        const bool isAbove = static_cast<double>(span.high) > top;
+        const bool isBelow = static_cast<double>(span.low) < bottom;
+        const bool isDue = (column + tip) % (Period * stroke.thickness) == 0;
+        if (isAbove && (isDue || !wasAbove))
+            DrawArrowhead(pixels, at, count, tip, false, stroke);
+        if (isBelow && (isDue || !wasBelow))
+            DrawArrowhead(pixels, at, count, tip, true, stroke);
+        wasAbove = isAbove;
+        wasBelow = isBelow;
     }
 }
 

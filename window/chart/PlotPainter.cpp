@@ -151,7 +151,9 @@ void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, c
     if (trace.joint != Joint::Line)
         return;
     DrawMarks(store, trace, at - before, at, count);
-    DrawSigns(pixels, at, shown(SignReach(trace.stroke)), scale, trace.stroke);
+    // Traces that stay away together take turns.
+    DrawSigns(pixels, at, column + 5 * trace.plot * trace.stroke.thickness, shown(SignReach(trace.stroke)),
+              scale, trace.stroke);
 }
 
 void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at,

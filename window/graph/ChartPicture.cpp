@@ -112,6 +112,7 @@ QByteArray ChartPicture::Svg() const {
     generator.setSize(size);
     generator.setViewBox(QRect(QPoint(), size));
     QPainter painter(&generator);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform); // of who shows it
     painter.scale(1 / FineScale, 1 / FineScale);
     Paint(painter, FineScale);
     painter.end();
