@@ -172,6 +172,10 @@ void Tour::RecordPolled() {
     Expect(window->isSystemRunning, "the polled session started");
     RunTicks(frmMain::PollTimer, 200);
     Picture(u"polled-session"_s);
+    window->ZelGraph1->BtnHold->click();
+    RunTicks(frmMain::PollTimer, 60);
+    Picture(u"polled-session-held"_s);
+    window->ZelGraph1->BtnHold->click();
     window->BtnStart->click();
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
     SaveAs(u"Polled"_s);
