@@ -33,10 +33,10 @@ void DrawSigns(const Pixels& pixels, int at, std::int64_t column, std::span<cons
         const Extent& span = spans[static_cast<std::size_t>(tip + beside)];
         const bool isAbove = static_cast<double>(span.high) > top;
         const bool isBelow = static_cast<double>(span.low) < bottom;
-        const bool isDue = (column + tip) % (Period * stroke.thickness) == 0;
-        if (isAbove && (isDue || !wasAbove))
+        const auto isDue = [&] { return (column + tip) % (Period * stroke.thickness) == 0; };
+        if (isAbove && (!wasAbove || isDue()))
             DrawArrowhead(pixels, at, count, tip, false, stroke);
-        if (isBelow && (isDue || !wasBelow))
+        if (isBelow && (!wasBelow || isDue()))
             DrawArrowhead(pixels, at, count, tip, true, stroke);
         wasAbove = isAbove;
         wasBelow = isBelow;

@@ -416,14 +416,17 @@ void ZelGraph::resizeEvent(QResizeEvent*) {
     PlaceHold();
     LookChanged();
 }
+
+/// The keyboard's focus shows once a key has brought it; a change of windows changes nothing.
 void ZelGraph::focusInEvent(QFocusEvent* event) {
     const Qt::FocusReason reason = event->reason();
-    state->keyboardFocus =
-        reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason;
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
+        state->keyboardFocus = true;
     update();
 }
-void ZelGraph::focusOutEvent(QFocusEvent*) {
-    state->keyboardFocus = false;
+void ZelGraph::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+        state->keyboardFocus = false;
     update();
 }
 

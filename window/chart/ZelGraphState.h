@@ -104,6 +104,7 @@ struct ZelGraph::State {
     void ZoomValues(const std::vector<int>& which, double fraction, double factor);
     void PanValues(double fraction);
     void ShowAll();
+    [[nodiscard]] std::function<void()> MoveOf(int key, bool shift);
     [[nodiscard]] std::vector<int> ShownValueAxes() const;
     [[nodiscard]] std::vector<int> ValueAxesAt(QPointF position) const;
 

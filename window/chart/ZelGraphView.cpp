@@ -23,7 +23,7 @@ namespace {
 constexpr double ZoomStep = 0.8; ///< span that a key or a notch of the wheel leaves
 constexpr double PanStep = 0.1;  ///< of the span, a key
 constexpr double Notch = 120;    ///< eighths of a degree
-constexpr double RoomBelow = 1;  ///< digital units that lines show beside their levels
+constexpr double LineRoom = 1;   ///< digital units beside the levels of lines
 constexpr int HoldMargin = 2;    ///< logical pixels about the button
 constexpr int LeastHeight = 160; ///< of a chart that has room for the button, logical pixels
 
@@ -215,7 +215,7 @@ void ZelGraph::State::ShowAll() {
         if (visible && look.axis == DigitalAxis)
             lines = {std::min(lines.low, look.level), std::max(lines.high, look.level + 1)};
     if (lines.low < lines.high)
-        axes[DigitalAxis].ends.SetBoth(lines.low - RoomBelow, lines.high + RoomBelow);
+        axes[DigitalAxis].ends.SetBoth(lines.low - LineRoom, lines.high + LineRoom);
 }
 
 void ZelGraph::ChangeView(bool isRun, const std::function<void()>& change) {
@@ -288,59 +288,62 @@ void ZelGraph::mouseDoubleClickEvent(QMouseEvent* event) {
     ChangeView(false, [this] { state->ShowAll(); });
 }
 
-/// Keys that move what is shown; False for any other.
-bool ZelGraph::MoveView(const QKeyEvent& event) {
-    State& s = *state;
-    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
-    const bool shift = held.testFlag(Qt::ShiftModifier);
-    if ((held & ~Qt::ShiftModifier) != Qt::NoModifier)
-        return false;
-    const auto times = s.HeldTimes();
-    const auto zoomTime = [&](double factor) { ZoomAbout(s.ShownTime(), 0.5, factor); };
-    std::function<void()> change;
-    switch (event.key()) {
-    case Qt::Key_Space:
-        BtnHold->toggle();
-        break;
-    case Qt::Key_Backspace:
-        StepBack();
-        break;
-    case Qt::Key_Left:
-    case Qt::Key_Right:
-        change = [&] { s.ShownTime().Pan(event.key() == Qt::Key_Left ? -PanStep : PanStep); };
-        break;
-    case Qt::Key_Up:
-    case Qt::Key_Down:
-        change = [&] {
-            const bool up = event.key() == Qt::Key_Up;
-            if (shift)
-                s.ZoomValues(s.ShownValueAxes(), 0.5, up ? ZoomStep : 1 / ZoomStep);
-            else
-                s.PanValues(up ? PanStep : -PanStep);
+/// What a key does to the view; nothing for any other.
+std::function<void()> ZelGraph::State::MoveOf(int key, bool shift) {
+    const auto alongTime = [this](double fraction) { return [=, this] { ShownTime().Pan(fraction); }; };
+    const auto zoomTime = [this](double factor) {
+        return [=, this] { ZoomAbout(ShownTime(), 0.5, factor); };
+    };
+    const auto goTo = [this](double share) { // of the span, left of the newest or the oldest sample
+        return [=, this] {
+            if (const auto times = HeldTimes())
+                ShownTime().MoveTo((share > 0 ? times->high : times->low) - share * ShownTime().span);
         };
-        break;
+    };
+    const auto values = [=, this](double fraction, double factor) -> std::function<void()> {
+        if (shift)
+            return [=, this] { ZoomValues(ShownValueAxes(), 0.5, factor); };
+        return [=, this] { PanValues(fraction); };
+    };
+    switch (key) {
+    case Qt::Key_Left:
+        return alongTime(-PanStep);
+    case Qt::Key_Right:
+        return alongTime(PanStep);
+    case Qt::Key_Up:
+        return values(PanStep, ZoomStep);
+    case Qt::Key_Down:
+        return values(-PanStep, 1 / ZoomStep);
     case Qt::Key_Plus:
     case Qt::Key_Equal: // the same key
-        change = [&] { zoomTime(ZoomStep); };
-        break;
+        return zoomTime(ZoomStep);
     case Qt::Key_Minus:
     case Qt::Key_Underscore:
-        change = [&] { zoomTime(1 / ZoomStep); };
-        break;
+        return zoomTime(1 / ZoomStep);
     case Qt::Key_Home:
-        change = [&] { s.ShownTime().MoveTo(times ? times->low : s.ShownTime().minimum); };
-        break;
+        return goTo(0);
     case Qt::Key_End:
-        change = [&] {
-            s.ShownTime().MoveTo(times ? times->high - s.ShownTime().span : s.ShownTime().minimum);
-        };
-        break;
+        return goTo(1);
     default:
-        return false;
+        return {};
     }
-    s.keyboardFocus = true;
-    if (change)
-        ChangeView(true, change);
+}
+
+/// Handles keys that move what is shown; False for any other.
+bool ZelGraph::MoveView(const QKeyEvent& event) {
+    const Qt::KeyboardModifiers held = event.modifiers() & ~Qt::KeypadModifier;
+    if ((held & ~Qt::ShiftModifier) != Qt::NoModifier)
+        return false;
+    if (event.key() == Qt::Key_Space)
+        BtnHold->toggle();
+    else if (event.key() == Qt::Key_Backspace)
+        StepBack();
+    else if (const auto move = state->MoveOf(event.key(), held.testFlag(Qt::ShiftModifier)))
+        ChangeView(true, move);
+    else
+        return false;
+    state->keyboardFocus = true;
+    update();
     return true;
 }
 
