@@ -82,6 +82,7 @@ int ZelGraph::AddPlot(const PlotAttributes& attributes) {
 void ZelGraph::RemovePlots() {
     state->plots.clear();
     state->store.RemovePlots();
+    state->history = {}; // of other plots
     BtnHold->setChecked(false);
     state->FitAnew();
     state->store.SetLimit(state->chartLength);

@@ -154,8 +154,8 @@ public:
     void SetMouseMode(std::int32_t code); ///< an unknown code is ignored
 
     QPushButton* BtnHold; ///< in the chart's corner; ClearData and RemovePlots let it go
-    /// Undoes the last zoom or pan that gesture, wheel or key made. A span comes back; where samples came
-    /// since, it stands at the newest of them.
+    /// Undoes the last zoom or pan of these plots that gesture, wheel or key made. A span comes back; where
+    /// samples came since, it stands at the newest of them.
     void StepBack();
 
 signals:

@@ -2,7 +2,6 @@
 
 #include "core/base/Convert.h"
 #include "window/chart/ZelGraphState.h"
-#include "window/ground/Named.h"
 
 #include <QKeyEvent>
 #include <QPainter>

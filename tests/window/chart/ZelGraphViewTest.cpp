@@ -143,6 +143,17 @@ TEST_F(ZelGraphView, StepBackStandsAtTheNewestOfSamplesThatCameSince) {
     EXPECT_NEAR(graph.XAxisMax(), 20.1, 1e-9);
 }
 
+TEST_F(ZelGraphView, ViewsOfPlotsThatAreGoneDoNotComeBack) {
+    Press(Qt::Key_Plus);
+    graph.ClearData();
+    graph.StepBack();
+    EXPECT_EQ(graph.XAxisMax(), 10) << "cleared ones are still there";
+    Press(Qt::Key_Plus);
+    graph.RemovePlots();
+    graph.StepBack();
+    EXPECT_DOUBLE_EQ(graph.XAxisMax(), 9);
+}
+
 TEST_F(ZelGraphView, ArrowsPanByATenth) {
     Press(Qt::Key_Right);
     EXPECT_DOUBLE_EQ(graph.XAxisMin(), 1);
