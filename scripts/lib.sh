@@ -20,6 +20,6 @@ install() {
         "${missing[@]}" >/dev/null
 }
 
-build_tools=(g++ cmake ninja-build qt6-base-dev libgl-dev libfontconfig-dev fonts-dejavu-core libcomedi-dev
+build_tools=(g++ cmake ninja-build qt6-base-dev qt6-svg-dev libgl-dev libfontconfig-dev fonts-dejavu-core libcomedi-dev
     nlohmann-json3-dev)
 test_tools=(libgtest-dev libgmock-dev python3 locales)

@@ -189,6 +189,10 @@ void Tour::RecordPolled() {
     Expect(window->isSystemRunning, "the polled session started");
     Poll(200);
     Picture(u"polled-session"_s);
+    window->ZelGraph1->BtnHold->click();
+    Poll(60);
+    Picture(u"polled-session-held"_s);
+    window->ZelGraph1->BtnHold->click();
     window->BtnStart->click();
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
     SaveAs(u"Polled"_s);

@@ -1,5 +1,7 @@
 #include "core/chart/AxisEnds.h"
 
+#include "core/chart/AxisTicks.h"
+
 #include <cmath>
 
 namespace tracelet {
@@ -20,6 +22,24 @@ void AxisEnds::SetBoth(double low, double high) {
 void AxisEnds::MoveTo(double newMinimum) {
     minimum = newMinimum;
     maximum = newMinimum + span;
+}
+
+void AxisEnds::TakePart(double from, double to) {
+    const AxisSpan drawn = DrawnSpan(minimum, maximum);
+    const AxisSpan part{drawn.low + from * drawn.Length(), drawn.low + to * drawn.Length()};
+    if (!(part.low < part.high) || !(DrawnSpan(part.low, part.high) == part))
+        return;
+    SetBoth(part.low, part.high);
+    automatic = false;
+}
+
+void AxisEnds::Pan(double fraction) {
+    const AxisSpan drawn = DrawnSpan(minimum, maximum);
+    if (AxisSpan{minimum, maximum} == drawn)
+        MoveTo(minimum + fraction * drawn.Length());
+    else
+        SetBoth(drawn.low + fraction * drawn.Length(), drawn.high + fraction * drawn.Length());
+    automatic = false;
 }
 
 void AxisEnds::Follow(double x) {

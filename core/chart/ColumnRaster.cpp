@@ -1,5 +1,7 @@
 #include "core/chart/ColumnRaster.h"
 
+#include "core/base/Convert.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -244,6 +246,12 @@ void DrawSolid(const SpanPainter& painter, int at, int height, std::span<const E
 
 RowScale::RowScale(double low, double high, int rows)
     : top(high), perUnit((rows - 1) / (high - low)), rowCount(rows) {}
+
+int LineThickness(double scale, int width, int height) {
+    constexpr int columns = 1600; // that one pixel goes well with
+    constexpr int rows = 800;
+    return std::clamp(std::max(CLng(scale), std::min(width / columns, height / rows)), 1, 4);
+}
 
 std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale) {
     static const std::vector<std::vector<int>> lengths = {

@@ -50,6 +50,10 @@ struct Stroke {
     [[nodiscard]] int Before() const { return Beside() + thickness - 1; }
 };
 
+/// How thick lines are on a chart of this size, all in device pixels: a logical pixel, `scale` of them, and
+/// more where that would be a hair on so large a chart.
+[[nodiscard]] int LineThickness(double scale, int width, int height);
+
 /// Dash pattern of a line style (0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot; others solid), `scale`
 /// pixels a unit.
 [[nodiscard]] std::vector<std::uint8_t> DashPattern(std::int32_t lineStyle, int scale);

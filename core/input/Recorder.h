@@ -76,7 +76,8 @@ public:
     void CountOverrun();
     /// The machine was too busy for this many ticks of a polled session.
     void CountMissedTicks(std::int64_t ticks);
-    [[nodiscard]] const SessionEvents& Events() const { return events; } ///< since ResetCounts
+    [[nodiscard]] const SessionFacts& Session() const { return session; } ///< since Begin
+    [[nodiscard]] const SessionEvents& Events() const { return events; }  ///< since ResetCounts
     /// A scan was read. True when the one before was lost.
     bool EndReadFault();
     /// Why the last scan was lost, "" when it was read.

@@ -78,15 +78,8 @@ std::string TimeText(const SessionStatus& status) {
 }
 
 StatusField BoardsField(const std::vector<SessionFacts::Board>& boards) {
-    StatusField field{{}, {}, 3};
-    for (const SessionFacts::Board& board : boards) {
-        if (field.text.find(board.name) == std::string::npos)
-            field.text +=
-                (field.text.empty() ? "" : ", ") + board.name + (board.isSimulated ? " (simulated)" : "");
-        if (board.isSimulated)
-            field.brief = "simulated";
-    }
-    return field;
+    const bool isSimulated = std::ranges::any_of(boards, &SessionFacts::Board::isSimulated);
+    return {BoardsText(boards), isSimulated ? "simulated" : "", 3};
 }
 
 int LineWidth(const std::vector<StatusField>& fields, int gap,

@@ -95,11 +95,6 @@ void ReadHeader(LeftRecording& left) {
     }
 }
 
-std::string ModificationTime(const std::string& path) {
-    struct stat status {};
-    return stat(NativePath(path).c_str(), &status) == 0 ? WallClock(status.st_mtime) : std::string();
-}
-
 // What these files of a work folder hold, with the text of the session's file. Raises where nobody can tell.
 LeftRecording Read(const WorkFolder& files, const std::string& sessionFile) {
     LeftRecording left;

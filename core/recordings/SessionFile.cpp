@@ -1,8 +1,10 @@
 #include "core/recordings/SessionFile.h"
 
 #include "core/disk/UserFolders.h"
+#include "core/files/Paths.h"
 #include "core/files/SystemFile.h"
 
+#include <algorithm>
 #include <array>
 #include <ctime>
 #include <exception>
@@ -12,6 +14,7 @@
 #include <utility>
 
 #include <nlohmann/json.hpp>
+#include <sys/stat.h>
 
 namespace tracelet {
 namespace {
@@ -123,6 +126,16 @@ std::string SessionText(const SessionFacts& facts, const SessionEvents& events, 
     return json.dump(1, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
+std::string BoardsText(const std::vector<SessionFacts::Board>& boards) {
+    std::string text;
+    for (auto board = boards.begin(); board != boards.end(); ++board) {
+        if (board->name.empty() || std::find(boards.begin(), board, *board) != board)
+            continue;
+        text += (text.empty() ? "" : ", ") + board->name + (board->isSimulated ? " (simulated)" : "");
+    }
+    return text;
+}
+
 SessionSummary ReadSessionSummary(const std::string& text) {
     SessionSummary summary;
     const Json json = Json::parse(text, nullptr, false);
@@ -150,6 +163,11 @@ SessionSummary ReadSessionSummary(const std::string& text) {
                 summary.losses.push_back(std::move(*loss));
     }
     return summary;
+}
+
+std::string ModificationTime(const std::string& path) {
+    struct stat status {};
+    return stat(NativePath(path).c_str(), &status) == 0 ? WallClock(status.st_mtime) : std::string();
 }
 
 std::string SessionTextOf(const std::string& path) {

@@ -12,6 +12,8 @@ struct SessionFacts {
     struct Board {
         std::string name; ///< "" for none in use
         bool isSimulated = false;
+
+        bool operator==(const Board&) const = default;
     };
     struct Channel {             // one a position of the scan
         std::int32_t number = 0; ///< physical
@@ -44,6 +46,8 @@ struct SessionFacts {
 /// A time of the system as local time in the form of SessionFacts, and the name of the zone.
 [[nodiscard]] std::string WallClock(std::time_t time = std::time(nullptr));
 [[nodiscard]] std::string TimeZoneName();
+/// The last change of the file at `path` as WallClock; "" where there is none.
+[[nodiscard]] std::string ModificationTime(const std::string& path);
 
 /// Samples that were lost between two scans.
 struct SampleLoss {
@@ -69,6 +73,9 @@ struct SessionEvents {
 /// The text of a "Session.json"; docs/file-formats.md describes it.
 [[nodiscard]] std::string SessionText(const SessionFacts& facts, const SessionEvents& events,
                                       std::int32_t scanCount, double scanInterval);
+
+/// Boards for people to read: "pci-6052e, usb-2 (simulated)"; one of that name once.
+[[nodiscard]] std::string BoardsText(const std::vector<SessionFacts::Board>& boards);
 
 /// What such a text tells of its recording; empty and 0 for what it does not tell, or is no such text.
 struct SessionSummary {

@@ -4,6 +4,7 @@
 #include "core/chart/ColumnRaster.h"
 
 #include <QFontMetrics>
+#include <QPaintEngine>
 #include <QPainter>
 
 #include <algorithm>
@@ -33,6 +34,10 @@ QString ToText(std::int64_t number, const AxisStrip& strip) {
 }
 
 } // namespace
+
+bool KeepsVectors(const QPainter& painter) {
+    return painter.paintEngine()->type() != QPaintEngine::Raster;
+}
 
 void ChartFrame::SetLook(const QFont& newFont, double newScale) {
     if (newScale == scale && newFont == baseFont)
@@ -65,7 +70,7 @@ void ChartFrame::Arrange(QSize size) {
     int below = Px(Padding);
     if (timeShown)
         below += lineHeight + Px(Gap);
-    if (timeShown && titles && !time.title.isEmpty())
+    if (titles) // of the time axis, or only the button beside it
         below += lineHeight;
     plot = QRect(0, above, size.width(), size.height() - above - below);
     for (AxisStrip& strip : strips) {
@@ -174,7 +179,7 @@ std::vector<int> ChartFrame::GridRows() const {
     return rows;
 }
 
-QImage ChartFrame::Rendered(const QString& text, QRgb color) const {
+ChartFrame::Written ChartFrame::Rendered(const QString& text, QRgb color) const {
     const QFontMetrics metrics(font);
     QImage image(std::max(1, metrics.horizontalAdvance(text) + 2), lineHeight,
                  QImage::Format_ARGB32_Premultiplied);
@@ -183,10 +188,20 @@ QImage ChartFrame::Rendered(const QString& text, QRgb color) const {
     painter.setFont(font);
     painter.setPen(QColor(color));
     painter.drawText(1, metrics.ascent(), text);
-    return image;
+    return {image, text, color};
 }
 
-const QImage& ChartFrame::Label(std::int64_t number, const AxisStrip& strip) {
+void ChartFrame::Put(QPainter& painter, int x, int y, const Written& written) const {
+    if (!KeepsVectors(painter)) {
+        painter.drawImage(x, y, written.image);
+        return;
+    }
+    painter.setFont(font);
+    painter.setPen(QColor(written.color));
+    painter.drawText(x + 1, y + QFontMetrics(font).ascent(), written.text);
+}
+
+const ChartFrame::Written& ChartFrame::Label(std::int64_t number, const AxisStrip& strip) {
     const LabelKey key{number, strip.step, strip.form};
     const auto found = labels.constFind(key);
     if (found != labels.constEnd())
@@ -196,7 +211,7 @@ const QImage& ChartFrame::Label(std::int64_t number, const AxisStrip& strip) {
     return *labels.insert(key, Rendered(ToText(number, strip), ChartColor::Label));
 }
 
-const QImage& ChartFrame::Text(const QString& text, QRgb color) {
+const ChartFrame::Written& ChartFrame::Text(const QString& text, QRgb color) {
     const QString key = text + QChar(color & 0xffff) + QChar(color >> 16 & 0xff);
     const auto found = texts.constFind(key);
     if (found != texts.constEnd())
@@ -249,14 +264,14 @@ void ChartFrame::DrawStrip(QPainter& painter, const AxisStrip& strip) {
                          QColor(ChartColor::Border));
     for (std::int64_t tick = strip.ticks.first; tick <= strip.ticks.last; ++tick) {
         const int row = plot.top() + Int(scaleOf.RowOf(strip.step.At(tick)));
-        const QImage& label = Label(tick, strip);
+        const Written& label = Label(tick, strip);
         const int y = row - label.height() / 2;
         if (strip.left) {
-            painter.drawImage(strip.area.right() + 1 - Px(Gap + TickLength) - label.width() + 1, y, label);
+            Put(painter, strip.area.right() + 1 - Px(Gap + TickLength) - label.width() + 1, y, label);
             painter.fillRect(plot.left() - Px(TickLength) - line, row, Px(TickLength), line,
                              QColor(ChartColor::Border));
         } else {
-            painter.drawImage(strip.area.left() + Px(Gap + TickLength), y, label);
+            Put(painter, strip.area.left() + Px(Gap + TickLength), y, label);
             painter.fillRect(strip.area.left() + line, row, Px(TickLength), line, QColor(ChartColor::Border));
         }
     }
@@ -269,10 +284,10 @@ void ChartFrame::DrawNames(QPainter& painter, const AxisStrip& strip) {
     for (const NameLabel& name : strip.block.labels) {
         if (name.row + half < 0 || name.row - half > plot.height())
             continue;
-        const QImage& label = Text(name.text, name.color);
+        const Written& label = Text(name.text, name.color);
         const int row = Int(std::clamp<double>(name.row, 0, plot.height()));
         const int indent = strip.left ? name.width - label.width() : 0;
-        painter.drawImage(left + name.column + indent, plot.top() + row - lineHeight / 2, label);
+        Put(painter, left + name.column + indent, plot.top() + row - lineHeight / 2, label);
     }
 }
 
@@ -290,9 +305,9 @@ void ChartFrame::DrawTitles(QPainter& painter) {
     for (const AxisStrip& strip : strips) {
         if (strip.title.isEmpty())
             continue;
-        const QImage& title = Text(strip.title, ChartColor::Title);
+        const Written& title = Text(strip.title, ChartColor::Title);
         const int x = strip.left ? Px(Padding) : strip.area.left() + Px(Gap + TickLength);
-        painter.drawImage(x, Px(Padding) / 2, title);
+        Put(painter, x, Px(Padding) / 2, title);
     }
 }
 
@@ -304,19 +319,19 @@ void ChartFrame::DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid,
         const std::int64_t column = grid.ColumnOf(time.step.At(tick) + grid.width * 1e-6) - firstColumn;
         const auto offset = static_cast<int>(std::clamp<std::int64_t>(column, 0, plot.width()));
         const int x = plot.left() + offset;
-        const QImage& label = Label(tick, time);
+        const Written& label = Label(tick, time);
         const int labelX = std::min(x - label.width() / 2, size.width() - label.width());
         painter.fillRect(x, top + line, line, Px(TickLength), QColor(ChartColor::Border));
         if (labelX < free)
             continue;
-        painter.drawImage(labelX, top + Px(Gap), label);
+        Put(painter, labelX, top + Px(Gap), label);
         free = labelX + label.width() + Px(TimeLabelGap) / 2;
     }
     const int titleTop = top + Px(Gap) + lineHeight;
     if (time.title.isEmpty() || titleTop + lineHeight > size.height())
         return;
-    const QImage& title = Text(time.title, ChartColor::Title);
-    painter.drawImage(plot.center().x() - title.width() / 2, titleTop, title);
+    const Written& title = Text(time.title, ChartColor::Title);
+    Put(painter, plot.center().x() - title.width() / 2, titleTop, title);
 }
 
 } // namespace tracelet

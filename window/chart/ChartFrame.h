@@ -27,6 +27,9 @@ constexpr QRgb Title = 0xff7d8b98;
 constexpr QRgb Focus = 0xff4d7ea8;
 } // namespace ChartColor
 
+/// Whether what is drawn stays what it is, such as text, rather than pixels.
+[[nodiscard]] bool KeepsVectors(const QPainter& painter);
+
 /// An axis beside the plot area.
 struct AxisStrip {
     AxisSpan span;
@@ -65,7 +68,8 @@ public:
     /// Ticks of the time axis for where it stands now.
     void MoveTime(AxisSpan span);
 
-    /// Draws ground, labels and titles around the plot area; `firstColumn` is its leftmost one.
+    /// Draws ground, labels and titles around the plot area; `firstColumn` is its leftmost one. Text is text
+    /// where `painter` keeps it as such.
     void Draw(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn);
 
 private:
@@ -77,6 +81,14 @@ private:
         friend std::size_t qHash(const LabelKey& key, std::size_t seed) {
             return qHashMulti(seed, key.number, key.step.mantissa, key.step.exponent, key.form.base);
         }
+    };
+
+    struct Written { ///< once, as it is drawn again and again
+        QImage image;
+        QString text;
+        QRgb color = 0;
+        [[nodiscard]] int width() const { return image.width(); }
+        [[nodiscard]] int height() const { return image.height(); }
     };
 
     [[nodiscard]] int Px(int logical) const;
@@ -92,9 +104,10 @@ private:
     [[nodiscard]] bool HasTitles() const;
     [[nodiscard]] int TitleWidth(const AxisStrip& strip);
     void DrawTime(QPainter& painter, QSize size, const ColumnGrid& grid, std::int64_t firstColumn);
-    const QImage& Label(std::int64_t number, const AxisStrip& strip);
-    const QImage& Text(const QString& text, QRgb color);
-    [[nodiscard]] QImage Rendered(const QString& text, QRgb color) const;
+    const Written& Label(std::int64_t number, const AxisStrip& strip);
+    const Written& Text(const QString& text, QRgb color);
+    [[nodiscard]] Written Rendered(const QString& text, QRgb color) const;
+    void Put(QPainter& painter, int x, int y, const Written& written) const;
 
     QFont baseFont; ///< as it was given
     QFont font;
@@ -103,8 +116,8 @@ private:
     QRect plot;
     TickStep timeGrid;
     double timeLimit = 0; ///< times up to it have room for their labels
-    QHash<LabelKey, QImage> labels;
-    QHash<QString, QImage> texts;
+    QHash<LabelKey, Written> labels;
+    QHash<QString, Written> texts;
 };
 
 } // namespace tracelet

@@ -1,5 +1,8 @@
 #include "window/chart/PlotPainter.h"
 
+#include "core/chart/EdgeSigns.h"
+#include "window/chart/ChartFrame.h"
+
 #include <QPainter>
 
 #include <algorithm>
@@ -14,6 +17,11 @@ constexpr std::size_t TileColumns = 96;
 
 /// Samples so many columns apart, times the thickness of lines, are marked.
 constexpr double MarkDistance = 24;
+
+/// Columns on either side that signs need, beside those that the line needs.
+int BeyondBeside(const Stroke& stroke) {
+    return std::max(0, SignReach(stroke) - stroke.Beside());
+}
 
 } // namespace
 
@@ -83,7 +91,7 @@ void PlotPainter::MarkChanged(const SampleStore& store, const PlotScene& scene) 
             Mark(first, first + pixels.width);
         else {
             // A sample on the edge of a column reaches into both neighbours, and each column further.
-            const int margin = trace.stroke.Before() + 1;
+            const int margin = trace.stroke.Before() + BeyondBeside(trace.stroke) + 1;
             if (now.end > old.end)
                 MarkTimes(scene.grid, margin, old.lastX, now.lastX);
             if (now.first > old.first)
@@ -121,10 +129,10 @@ void PlotPainter::PaintColumns(const SampleStore& store, const PlotScene& scene,
 
 void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, const PlotScene::Trace& trace,
                              std::int64_t column, int at, int count) {
-    const auto drawn = static_cast<std::size_t>(count);
     const auto thickness = static_cast<std::size_t>(trace.stroke.thickness);
-    const int before = trace.stroke.Before();
-    spans.resize(drawn + static_cast<std::size_t>(before + trace.stroke.Beside()));
+    const int beyond = BeyondBeside(trace.stroke);
+    const int before = trace.stroke.Before() + beyond;
+    spans.resize(static_cast<std::size_t>(before + count + trace.stroke.Beside() + beyond));
     finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, spans);
     if (store.Count(trace.plot) == 0)
         return;
@@ -132,12 +140,20 @@ void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, c
     for (std::size_t i = 0; thickness > 1 && i + thickness <= spans.size(); ++i)
         for (std::size_t next = 1; next < thickness; ++next)
             spans[i].Add(spans[i + next]);
-    const auto shown = std::span(spans).first(spans.size() - (thickness - 1));
+    const auto around = std::span(spans).first(spans.size() - (thickness - 1));
+    const auto shown = [&](int beside) { // the columns drawn and so many on either side
+        const auto left = static_cast<std::size_t>(trace.stroke.Beside() + beyond - beside);
+        return around.subspan(left, around.size() - 2 * left);
+    };
     const RowScale scale(trace.range.low, trace.range.high, scene.height);
-    DrawSpans(pixels, at, column, shown, finder.Crowded().subspan(static_cast<std::size_t>(before)), scale,
-              trace.stroke);
-    if (trace.joint == Joint::Line)
-        DrawMarks(store, trace, at - before, at, count);
+    DrawSpans(pixels, at, column, shown(trace.stroke.Beside()),
+              finder.Crowded().subspan(static_cast<std::size_t>(before)), scale, trace.stroke);
+    if (trace.joint != Joint::Line)
+        return;
+    DrawMarks(store, trace, at - before, at, count);
+    // Traces that stay away together take turns.
+    DrawSigns(pixels, at, column + 5 * trace.plot * trace.stroke.thickness, shown(SignReach(trace.stroke)),
+              scale, trace.stroke);
 }
 
 void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at,
@@ -175,6 +191,14 @@ void PlotPainter::PaintGround(const PlotScene& scene, std::int64_t column, int a
 
 void PlotPainter::Draw(QPainter& painter, int x, int y) const {
     const int cut = SlotOf(first);
+    if (cut > 0 && KeepsVectors(painter)) { // where two images side by side would show a seam
+        QImage whole(image.size(), image.format());
+        QPainter pixelPainter(&whole);
+        Draw(pixelPainter, 0, 0);
+        pixelPainter.end();
+        painter.drawImage(x, y, whole);
+        return;
+    }
     painter.drawImage(x, y, image, cut, 0, pixels.width - cut, pixels.height);
     if (cut > 0)
         painter.drawImage(x + pixels.width - cut, y, image, 0, 0, cut, pixels.height);

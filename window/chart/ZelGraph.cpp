@@ -6,6 +6,7 @@
 #include <QEvent>
 #include <QFocusEvent>
 #include <QHelpEvent>
+#include <QPushButton>
 #include <QTimerEvent>
 #include <QToolTip>
 
@@ -39,7 +40,8 @@ QColor ResolvedColor(std::uint32_t raw) {
                   static_cast<int>(raw >> 16 & 0xffU));
 }
 
-ZelGraph::ZelGraph(QWidget* parent) : QWidget(parent), state(std::make_unique<State>()) {
+ZelGraph::ZelGraph(QWidget* parent)
+    : QWidget(parent), BtnHold(MakeHoldButton(this)), state(std::make_unique<State>()) {
     state->axes[VoltageAxis].ends.SetBoth(-10, 10);
     state->axes[DigitalAxis].ends.SetBoth(-1, 29);
     state->axes[TemperatureAxis].ends.SetBoth(0, 100);
@@ -50,6 +52,7 @@ ZelGraph::ZelGraph(QWidget* parent) : QWidget(parent), state(std::make_unique<St
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
     setAccessibleName(tr("Graph"));
+    connect(BtnHold, &QPushButton::toggled, this, &ZelGraph::Hold);
 }
 
 ZelGraph::~ZelGraph() = default;
@@ -81,6 +84,8 @@ int ZelGraph::AddPlot(const PlotAttributes& attributes) {
 void ZelGraph::RemovePlots() {
     state->plots.clear();
     state->store.RemovePlots();
+    state->history = {}; // of other plots
+    BtnHold->setChecked(false);
     state->FitAnew();
     state->store.SetLimit(state->chartLength);
     LookChanged();
@@ -138,11 +143,13 @@ double ZelGraph::AxisMax(int axis) const {
 
 void ZelGraph::SetAxisMin(int axis, double value) {
     state->AxisOf(axis).ends.SetMinimum(value);
+    state->ViewLikeSpan();
     LookChanged();
 }
 
 void ZelGraph::SetAxisMax(int axis, double value) {
     state->AxisOf(axis).ends.SetMaximum(value);
+    state->ViewLikeSpan();
     LookChanged();
 }
 
@@ -152,6 +159,7 @@ void ZelGraph::AxisSetRange(int axis, double minimum, double maximum) {
         throw RunTimeError("Invalid axis range");
     target.ends.SetBoth(minimum, maximum);
     target.ends.automatic = false;
+    state->ViewLikeSpan();
     LookChanged();
 }
 
@@ -230,7 +238,7 @@ std::int32_t ZelGraph::ChartLength() const {
 
 void ZelGraph::SetChartLength(std::int32_t points) {
     state->chartLength = points;
-    state->store.SetLimit(points);
+    state->LimitStore();
     SamplesChanged();
 }
 
@@ -282,7 +290,7 @@ void ZelGraph::State::MakeRoom() {
     for (int plot = 0; plot < store.PlotCount(); ++plot)
         most = std::max(most, store.Count(plot));
     const std::int64_t kept = std::max<std::int64_t>(1, most - most / 4);
-    store.SetLimit(chartLength > 0 ? std::min<std::int64_t>(chartLength, kept) : kept);
+    store.SetLimit(chartLength > 0 && !stillTime ? std::min<std::int64_t>(chartLength, kept) : kept);
     store.DropSurplus();
 }
 
@@ -371,6 +379,7 @@ QString ZelGraph::LossAt(double x) const {
 
 void ZelGraph::ClearData() {
     state->store.Clear();
+    BtnHold->setChecked(false);
     state->FitAnew();
     state->store.SetLimit(state->chartLength);
     LookChanged();
@@ -434,18 +443,28 @@ bool ZelGraph::event(QEvent* event) {
 }
 
 void ZelGraph::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::FontChange)
+    if (event->type() == QEvent::FontChange) {
+        PlaceHold();
         LookChanged();
+    }
     QWidget::changeEvent(event);
 }
 
 void ZelGraph::resizeEvent(QResizeEvent*) {
+    PlaceHold();
     LookChanged();
 }
-void ZelGraph::focusInEvent(QFocusEvent*) {
+
+/// The keyboard's focus shows once a key has brought it; a change of windows changes nothing.
+void ZelGraph::focusInEvent(QFocusEvent* event) {
+    const Qt::FocusReason reason = event->reason();
+    if (reason == Qt::TabFocusReason || reason == Qt::BacktabFocusReason || reason == Qt::ShortcutFocusReason)
+        state->keyboardFocus = true;
     update();
 }
-void ZelGraph::focusOutEvent(QFocusEvent*) {
+void ZelGraph::focusOutEvent(QFocusEvent* event) {
+    if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
+        state->keyboardFocus = false;
     update();
 }
 

@@ -5,9 +5,12 @@
 #include <QWidget>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <variant>
+
+class QPushButton;
 
 namespace tracelet {
 
@@ -50,6 +53,9 @@ struct SampleBlock {
 ///
 /// X follows the newest point: a point beyond XAxisMax scrolls the axis, span kept, so that it stands at
 /// the right edge; one before XAxisMin moves the axis so that it starts there.
+///
+/// While BtnHold is down, what is shown stands still and X follows unseen: zooms and pans move the view
+/// alone, whose span, however reached, is always that of X. Until it is up no point goes for ChartLength.
 class ZelGraph : public QWidget {
     Q_OBJECT
     Q_PROPERTY(double XAxisMin READ XAxisMin WRITE SetXAxisMin)
@@ -149,14 +155,25 @@ public:
 
     [[nodiscard]] QSize sizeHint() const override;
 
+    /// Draws what it shows, `scale` dots of `painter` for each of its pixels. Traces are drawn as pixels of a
+    /// dot, all else as what it is.
+    void DrawPicture(QPainter& painter, double scale);
+
     [[nodiscard]] std::int32_t MouseMode() const;
     void SetMouseMode(std::int32_t code); ///< an unknown code is ignored
+
+    QPushButton* BtnHold; ///< in the chart's corner; ClearData and RemovePlots let it go
+    /// Undoes the last zoom or pan of these plots that gesture, wheel or key made. A span comes back; where
+    /// samples came since, it stands at the newest of them.
+    void StepBack();
 
 signals:
     /// Button codes 1 left, 2 right, 4 middle; shift bits 1 shift, 2 control, 4 alt; graph coordinates.
     void MouseDown(int button, int shift, double x, double y);
     /// After the graph has applied a zoom.
     void MouseUp(int button, int shift, double x, double y);
+    /// The time axis spans `seconds` by other than a drag: wheel, key, double click or a step back.
+    void Zoomed(double seconds);
     void Error(int number, const QString& text);
 
 protected:
@@ -166,6 +183,8 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void wheelEvent(QWheelEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void focusOutEvent(QFocusEvent* event) override;
@@ -179,6 +198,10 @@ private:
     template <typename Append>
     bool TryAppend(Append append);
     void UpdateCursor();
+    [[nodiscard]] bool MoveView(const QKeyEvent& event);
+    void ChangeView(bool isRun, const std::function<void()>& change);
+    void Hold(bool still);
+    void PlaceHold();
     std::unique_ptr<State> state;
 };
 

@@ -104,17 +104,6 @@ QRectF ZelGraph::State::Band() const {
     return band;
 }
 
-/// Sets `ends` to the part between two fractions of them; a part that doubles cannot tell apart sets nothing.
-static bool TakePart(AxisEnds& ends, double from, double to) {
-    const AxisSpan span = DrawnSpan(ends.minimum, ends.maximum);
-    const AxisSpan part{span.low + from * span.Length(), span.low + to * span.Length()};
-    if (!(part.low < part.high) || !(DrawnSpan(part.low, part.high) == part))
-        return false;
-    ends.SetBoth(part.low, part.high);
-    ends.automatic = false;
-    return true;
-}
-
 void ZelGraph::State::ApplyZoom() {
     const QRectF band = Band();
     const bool thinX = Along(Qt::Horizontal) && band.width() < ThinnestBand;
@@ -122,41 +111,30 @@ void ZelGraph::State::ApplyZoom() {
     if (thinX || thinY || plotRect.isEmpty())
         return;
     if (Along(Qt::Horizontal))
-        TakePart(axes[XAxis].ends, (band.left() - plotRect.left()) / plotRect.width(),
-                 (band.right() - plotRect.left()) / plotRect.width());
+        ShownTime().TakePart((band.left() - plotRect.left()) / plotRect.width(),
+                             (band.right() - plotRect.left()) / plotRect.width());
     if (!Along(Qt::Vertical))
         return;
     const double bottom = plotRect.top() + plotRect.height();
-    for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
-        if (Shown(axis))
-            TakePart(axes[static_cast<std::size_t>(axis)].ends, (bottom - band.bottom()) / plotRect.height(),
-                     (bottom - band.top()) / plotRect.height());
+    for (const int axis : ShownValueAxes())
+        axes[static_cast<std::size_t>(axis)].ends.TakePart((bottom - band.bottom()) / plotRect.height(),
+                                                           (bottom - band.top()) / plotRect.height());
 }
 
 void ZelGraph::State::ApplyPan(QPointF by) {
     if (plotRect.isEmpty())
         return;
-    const auto move = [](AxisEnds& ends, double fraction) {
-        const AxisSpan span = DrawnSpan(ends.minimum, ends.maximum);
-        if (AxisSpan{ends.minimum, ends.maximum} == span)
-            ends.MoveTo(ends.minimum + fraction * span.Length());
-        else
-            ends.SetBoth(span.low + fraction * span.Length(), span.high + fraction * span.Length());
-        ends.automatic = false;
-    };
     if (Along(Qt::Horizontal) && by.x() != 0)
-        move(axes[XAxis].ends, -by.x() / plotRect.width());
-    if (!Along(Qt::Vertical) || by.y() == 0)
-        return;
-    for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
-        if (Shown(axis))
-            move(axes[static_cast<std::size_t>(axis)].ends, by.y() / plotRect.height());
+        ShownTime().Pan(-by.x() / plotRect.width());
+    if (Along(Qt::Vertical) && by.y() != 0)
+        PanValues(by.y() / plotRect.height());
 }
 
 void ZelGraph::mousePressEvent(QMouseEvent* event) {
     State& s = *state;
     s.Prepare(*this);
     s.gesture = State::Gesture::None; // a second button ends what the first began
+    s.panned = false;
     if (event->button() == Qt::LeftButton && s.mouseMode != MouseNone && !s.plotRect.isEmpty()) {
         s.gesture = s.Zooms() ? State::Gesture::Zoom : State::Gesture::Pan;
         s.pressed = s.pointer = event->position();
@@ -176,7 +154,10 @@ void ZelGraph::mouseMoveEvent(QMouseEvent* event) {
         update();
         return;
     }
-    s.ApplyPan(by);
+    if (s.panned)
+        s.ApplyPan(by);
+    else
+        s.panned = s.Change(ViewHistory::Step::Lone, [&] { s.ApplyPan(by); });
     LookChanged();
 }
 
@@ -185,7 +166,7 @@ void ZelGraph::mouseReleaseEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && s.gesture != State::Gesture::None) {
         mouseMoveEvent(event);
         if (s.gesture == State::Gesture::Zoom)
-            s.ApplyZoom();
+            s.Change(ViewHistory::Step::Lone, [&] { s.ApplyZoom(); });
         s.gesture = State::Gesture::None;
         UpdateCursor();
         LookChanged();
@@ -196,7 +177,8 @@ void ZelGraph::mouseReleaseEvent(QMouseEvent* event) {
 
 void ZelGraph::keyPressEvent(QKeyEvent* event) {
     if (event->key() != Qt::Key_Escape || state->gesture == State::Gesture::None) {
-        QWidget::keyPressEvent(event);
+        if (!MoveView(*event))
+            QWidget::keyPressEvent(event);
         return;
     }
     state->gesture = State::Gesture::None;

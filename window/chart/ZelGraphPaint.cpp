@@ -33,15 +33,20 @@ void ZelGraph::State::FitAxes() {
             FitValues(axis);
 }
 
-void ZelGraph::State::FitTime() {
-    double low = HUGE_VAL;
-    double high = -HUGE_VAL;
+/// From the oldest to the newest point held of what is visible.
+std::optional<AxisSpan> ZelGraph::State::HeldTimes() const {
+    AxisSpan times{HUGE_VAL, -HUGE_VAL};
     for (int plot = 0; plot < store.PlotCount(); ++plot) {
         if (store.Count(plot) == 0 || !plots[static_cast<std::size_t>(plot)].visible)
             continue;
-        low = std::min(low, store.X(plot, store.First(plot)));
-        high = std::max(high, store.X(plot, store.End(plot) - 1));
+        times.low = std::min(times.low, store.X(plot, store.First(plot)));
+        times.high = std::max(times.high, store.X(plot, store.End(plot) - 1));
     }
+    return times.low <= times.high ? std::optional(times) : std::nullopt;
+}
+
+void ZelGraph::State::FitTime() {
+    const auto [low, high] = HeldTimes().value_or(AxisSpan{0, 0});
     AxisEnds& ends = axes[XAxis].ends;
     if (!(low < high) || (low == ends.minimum && high == ends.maximum))
         return;
@@ -52,7 +57,7 @@ void ZelGraph::State::FitTime() {
 }
 
 void ZelGraph::State::FitValues(int axis) {
-    const AxisEnds& time = axes[XAxis].ends;
+    const AxisEnds& time = ShownTime();
     const AxisSpan view = DrawnSpan(time.minimum, time.maximum);
     Extent extent;
     for (std::size_t i = 0; i < plots.size(); ++i) {
@@ -97,8 +102,8 @@ AxisStrip ZelGraph::State::StripOf(int axis) const {
     return strip;
 }
 
-void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
-    frame.SetLook(graph.font(), scale);
+void ZelGraph::State::ArrangeFrame(const QFont& font) {
+    frame.SetLook(font, scale);
     frame.time.span = timeSpan;
     frame.time.title = axes[XAxis].title;
     frame.timeShown = axes[XAxis].allowed;
@@ -123,7 +128,7 @@ void ZelGraph::State::BuildScene() {
     scene.gridRows = frame.GridRows();
     scene.ground = ChartColor::Ground;
     scene.gridColor = ChartColor::Grid;
-    const int thickness = std::clamp(CLng(scale), 1, 4);
+    const int thickness = LineThickness(scale, pixelSize.width(), pixelSize.height());
     for (std::size_t i = 0; i < plots.size(); ++i) {
         const PlotAttributes& look = plots[i].attributes;
         if (!plots[i].visible)
@@ -146,7 +151,7 @@ void ZelGraph::State::PlaceGrid() {
         return;
     ColumnGrid placed;
     placed.width = timeSpan.Length() / columns;
-    const AxisEnds& ends = axes[XAxis].ends;
+    const AxisEnds& ends = ShownTime();
     if (ends.span > 0 && timeSpan == AxisSpan{ends.minimum, ends.maximum})
         placed.width = ends.span / columns; // the same for every position of the axis
     const double largest = std::max(std::abs(timeSpan.low), std::abs(timeSpan.high));
@@ -164,15 +169,18 @@ std::int64_t ZelGraph::State::FirstColumn() const {
 }
 
 void ZelGraph::State::Prepare(const ZelGraph& graph) {
+    Prepare(graph, graph.devicePixelRatioF());
+}
+
+void ZelGraph::State::Prepare(const ZelGraph& graph, double newScale) {
     FitAxes();
-    const double newScale = graph.devicePixelRatioF();
     const QSize newSize(Int(graph.width() * newScale), Int(graph.height() * newScale));
     if (newScale != scale || newSize != pixelSize) {
         scale = newScale;
         pixelSize = newSize;
         ++revision;
     }
-    timeSpan = DrawnSpan(axes[XAxis].ends.minimum, axes[XAxis].ends.maximum);
+    timeSpan = DrawnSpan(ShownTime().minimum, ShownTime().maximum);
     PlaceGrid();
     if (!frame.TimeFits(timeSpan))
         ++revision;
@@ -180,27 +188,37 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         frame.MoveTime(timeSpan);
         return;
     }
-    ArrangeFrame(graph);
+    ArrangeFrame(graph.font());
     PlaceGrid();
     BuildScene();
     arranged = revision;
 }
 
 void ZelGraph::paintEvent(QPaintEvent*) {
-    State& s = *state;
-    s.Prepare(*this);
+    state->Prepare(*this);
     QPainter painter(this);
-    painter.scale(1 / s.scale, 1 / s.scale); // device pixels from here on
-    const QRect area = s.frame.PlotArea();
+    painter.scale(1 / state->scale, 1 / state->scale); // device pixels from here on
+    state->Draw(painter);
+    if (!state->frame.PlotArea().isEmpty())
+        state->DrawOverlay(painter);
+}
+
+void ZelGraph::DrawPicture(QPainter& painter, double scale) {
+    state->Prepare(*this, scale);
+    state->Draw(painter);
+    state->Prepare(*this);
+}
+
+void ZelGraph::State::Draw(QPainter& painter) {
+    const QRect area = frame.PlotArea();
     if (area.isEmpty()) {
-        s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, 0);
+        frame.Draw(painter, pixelSize + QSize(1, 1), grid, 0);
         return;
     }
-    const std::int64_t first = s.FirstColumn();
-    s.plotPainter.Update(s.store, s.scene, s.arranged, first);
-    s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, first);
-    s.plotPainter.Draw(painter, area.left(), area.top());
-    s.DrawOverlay(painter);
+    const std::int64_t first = FirstColumn();
+    plotPainter.Update(store, scene, arranged, first);
+    frame.Draw(painter, pixelSize + QSize(1, 1), grid, first);
+    plotPainter.Draw(painter, area.left(), area.top());
 }
 
 double ZelGraph::State::PixelOf(double time) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/chart/AxisEnds.h"
+#include "core/chart/ViewHistory.h"
 #include "core/samples/SampleStore.h"
 #include "window/chart/ChartFrame.h"
 #include "window/chart/PlotPainter.h"
@@ -10,9 +11,13 @@
 #include <QPoint>
 
 #include <array>
+#include <functional>
+#include <optional>
 #include <vector>
 
 namespace tracelet {
+
+[[nodiscard]] QPushButton* MakeHoldButton(ZelGraph* graph);
 
 /// Everything that the graph holds.
 struct ZelGraph::State {
@@ -57,6 +62,11 @@ struct ZelGraph::State {
     double division = 0;     ///< seconds, of the time axis; 0: none was told
     bool fitPending = false; ///< samples changed since automatic axes were fitted
 
+    // What is shown of them.
+    std::optional<AxisEnds> stillTime; ///< the time axis as it is shown while the view is held
+    ViewHistory history;
+    bool panned = false; ///< the gesture has moved something
+
     // Picture.
     ChartFrame frame;
     PlotScene scene;
@@ -90,7 +100,23 @@ struct ZelGraph::State {
     void Advance(double step, std::int64_t count);
     void MakeRoom();
 
+    // View.
+    AxisEnds& ShownTime() { return stillTime ? *stillTime : axes[XAxis].ends; }
+    [[nodiscard]] ChartView View();
+    void Show(const ChartView& view);
+    bool Change(ViewHistory::Step step, const std::function<void()>& change);
+    void SpanLikeView();
+    void ViewLikeSpan();
+    void LimitStore();
+    void ZoomValues(const std::vector<int>& which, double fraction, double factor);
+    void PanValues(double fraction);
+    void ShowAll();
+    [[nodiscard]] std::function<void()> MoveOf(int key, bool shift);
+    [[nodiscard]] std::vector<int> ShownValueAxes() const;
+    [[nodiscard]] std::vector<int> ValueAxesAt(QPointF position) const;
+
     // Automatic axes.
+    [[nodiscard]] std::optional<AxisSpan> HeldTimes() const;
     void FitAxes();
     void FitTime();
     void FitValues(int axis);
@@ -98,7 +124,9 @@ struct ZelGraph::State {
 
     // Picture.
     void Prepare(const ZelGraph& graph);
-    void ArrangeFrame(const ZelGraph& graph);
+    void Prepare(const ZelGraph& graph, double newScale);
+    void Draw(QPainter& painter);
+    void ArrangeFrame(const QFont& font);
     void BuildScene();
     void PlaceGrid();
     [[nodiscard]] std::int64_t FirstColumn() const;

@@ -4,6 +4,7 @@
 #include "window/widgets/ZelLED.h"
 
 #include <QMenu>
+#include <QShortcut>
 
 using namespace Qt::StringLiterals;
 
@@ -28,11 +29,15 @@ constexpr ModeEntry ModeEntries[] = {
 
 void frmMain::ConnectGraph() {
     BuildModeMenu();
+    ConnectPictures();
     connect(ZelGraph1, &ZelGraph::MouseDown, this, [this](int button, int, double x, double y) {
         if (button == RightButton)
             Menufile->popup(ZelGraph1->mapToGlobal(QPointF(x, y).toPoint()));
     });
     connect(ZelGraph1, &ZelGraph::MouseUp, this, [this] { QuietHandler([&] { ZelGraph1_MouseUp(); }); });
+    connect(ZelGraph1, &ZelGraph::Zoomed, this,
+            [this](double seconds) { QuietHandler([&] { TakeTimeSpan(seconds); }); });
+    connect(new QShortcut(QKeySequence::Undo, this), &QShortcut::activated, ZelGraph1, &ZelGraph::StepBack);
     connect(ZelGraph1, &ZelGraph::Error, this, [this](int, const QString& text) { ZelGraph1_Error(text); });
 }
 
@@ -53,8 +58,12 @@ void frmMain::BuildModeMenu() {
 void frmMain::ZelGraph1_MouseUp() {
     if (ZelGraph1->MouseMode() < MouseXZoom)
         return;
+    TakeTimeSpan(ZelGraph1->XAxisMax() - ZelGraph1->XAxisMin());
+}
+
+void frmMain::TakeTimeSpan(double seconds) {
     ZelLED1->SetEnabled(false);
-    dDIVValue = (ZelGraph1->XAxisMax() - ZelGraph1->XAxisMin()) / 10;
+    dDIVValue = seconds / 10;
     ZelLED1->SetValue(dDIVValue);
     QuietHandler([this] { AdjustXAxisAndChartLength(false); });
     ZelLED1->SetEnabled(true);

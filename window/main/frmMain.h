@@ -23,6 +23,7 @@
 //   graph/Plots.cpp             SetAIColors, InitPlotAttributes, BuildPlots, UpdatePlotListView, BringBackAxes
 //   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
 //   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
+//   graph/Pictures.cpp          pictures of the chart: CopyPicture, SavePicture, PrintPicture
 //   graph/GraphSet.cpp          BtnGraphSet_Click
 // clang-format on
 
@@ -352,7 +353,15 @@ private:
     void ConnectGraph();
     void BuildModeMenu();
     void ZelGraph1_MouseUp();
+    /// The time base follows a zoom to so many seconds.
+    void TakeTimeSpan(double seconds);
     void ZelGraph1_Error(const QString& text);
+    void ConnectPictures();
+    [[nodiscard]] QString PictureCaption() const;
+    void CopyPicture();
+    void SavePicture();
+    void WritePicture(const QString& path);
+    void PrintPicture();
 
     [[nodiscard]] std::vector<PlotLook> LiveLooks() const;
     [[nodiscard]] std::vector<PlotLook> HistoryLooks() const;

@@ -264,5 +264,34 @@ TEST(AxisEnds, FollowPassesOverTimesThatAreNone) {
     EXPECT_EQ(ends.maximum, 10);
 }
 
+TEST(AxisEnds, PartsLieBetweenFractionsOfWhatIsDrawn) {
+    const struct {
+        double from, to, minimum, maximum;
+    } rows[] = {{0.25, 0.5, 2.5, 5},       {-0.5, 1.5, -5, 15}, {0.5, 0.5, 0, 10}, {0.6, 0.4, 0, 10},
+                {0.5, 0.5 + 1e-15, 0, 10}, {0, Inf, 0, 10},     {0, Nan, 0, 10}};
+    for (const auto& row : rows) {
+        AxisEnds ends;
+        ends.automatic = true;
+        ends.TakePart(row.from, row.to);
+        EXPECT_EQ(ends.minimum, row.minimum) << row.from << ' ' << row.to;
+        EXPECT_EQ(ends.maximum, row.maximum) << row.from << ' ' << row.to;
+        EXPECT_EQ(ends.automatic, row.minimum == 0) << "one that changed nothing stays automatic";
+    }
+}
+
+TEST(AxisEnds, PanKeepsTheSpan) {
+    AxisEnds ends;
+    ends.automatic = true;
+    ends.Pan(0.25);
+    EXPECT_EQ(ends.minimum, 2.5);
+    EXPECT_EQ(ends.maximum, 12.5);
+    EXPECT_EQ(ends.span, 10);
+    EXPECT_FALSE(ends.automatic);
+    ends.SetBoth(8, 4); // drawn from 4 to 8
+    ends.Pan(-0.5);
+    EXPECT_EQ(ends.minimum, 2);
+    EXPECT_EQ(ends.maximum, 6);
+}
+
 } // namespace
 } // namespace tracelet

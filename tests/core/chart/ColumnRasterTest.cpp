@@ -236,5 +236,17 @@ TEST(ColumnRaster, ColumnsDrawnTogetherEqualThoseDrawnOneByOne) {
         }
 }
 
+TEST(ColumnRaster, LinesFollowTheScaleAndLargeCharts) {
+    const struct {
+        double scale;
+        int width, height, thickness;
+    } rows[] = {{1, 800, 400, 1},   {1, 3199, 1600, 1},  {1, 3200, 1599, 1},   {1, 3640, 1900, 2},
+                {2, 3640, 1900, 2}, {1.5, 1000, 600, 2}, {1.25, 1000, 600, 1}, {3, 1000, 600, 3},
+                {0.5, 100, 100, 1}, {1, 7480, 4000, 4},  {6, 9000, 5000, 4}};
+    for (const auto& row : rows)
+        EXPECT_EQ(LineThickness(row.scale, row.width, row.height), row.thickness)
+            << row.scale << ' ' << row.width << " x " << row.height;
+}
+
 } // namespace
 } // namespace tracelet

@@ -67,6 +67,13 @@ TEST(ReadSessionSummary, ALossOfAnOddNumberIsOneOfUnknownLength) {
     EXPECT_EQ(most.losses.at(0).scans, SampleLoss::Unknown);
 }
 
+TEST(BoardsText, NamesEachOnceAndTheSimulatedOnes) {
+    EXPECT_EQ(BoardsText({}), "");
+    EXPECT_EQ(BoardsText({{"pci-6052e", false}, {"usb-2", true}}), "pci-6052e, usb-2 (simulated)");
+    EXPECT_EQ(BoardsText({{"", false}, {"usb-2", true}}), "usb-2 (simulated)");
+    EXPECT_EQ(BoardsText({{"Both", false}, {"Both", false}}), "Both");
+}
+
 TEST(SessionTextOf, IsEmptyForWhatIsNoSuchFile) {
     const TemporaryFolder folder;
     const std::string path = folder.Path() + "/Session.json";

@@ -6,6 +6,7 @@
 
 #include <cmath>
 #include <functional>
+#include <map>
 #include <random>
 #include <set>
 #include <vector>
@@ -15,6 +16,8 @@ namespace {
 
 constexpr std::uint32_t Green = 0x00ff00;
 constexpr double MarkDistance = 24; ///< samples so many columns apart are marked
+constexpr int SignReach = 4;        ///< columns beside one that decide which signs it has
+constexpr std::int64_t SignPeriod = 16;
 
 /// Pixels {column, row} of the plot area, or those that a plain renderer finds.
 using PixelSet = std::set<std::pair<int, int>>;
@@ -41,8 +44,8 @@ public:
           firstColumn(static_cast<std::int64_t>(std::ceil(graph.XAxisMax() / width - 1e-6)) - area.width()) {}
 
     void Line(QPointF a, QPointF b) {
-        const int from = std::max(0, ColumnOf(a.x()) - 1);
-        const int to = std::min(area.width() - 1, ColumnOf(b.x()) + 1);
+        const int from = std::max(-SignReach, ColumnOf(a.x()) - 1);
+        const int to = std::min(area.width() - 1 + SignReach, ColumnOf(b.x()) + 1);
         for (int column = from; column <= to; ++column) {
             const double left = std::max(a.x(), Edge(column));
             const double right = std::min(b.x(), Edge(column + 1));
@@ -54,7 +57,7 @@ public:
     }
     void Point(QPointF point) {
         const int column = ColumnOf(point.x());
-        if (column >= 0 && column < area.width())
+        if (column >= -SignReach && column < area.width() + SignReach)
             Rows(column, point.y(), point.y(), false);
     }
     void Mark(QPointF point) {
@@ -67,7 +70,9 @@ public:
 
     [[nodiscard]] double Spacing(QPointF a, QPointF b) const { return (b.x() - a.x()) / width; }
 
-    void Compare(const PixelSet& found, const std::string& name) const {
+    void Compare(const PixelSet& found, const std::string& name) {
+        Signs(above, 0, 1);
+        Signs(below, area.height() - 1, -1);
         ASSERT_FALSE(drawn.empty()) << name;
         int missing = 0;
         int surplus = 0;
@@ -100,12 +105,38 @@ private:
         const double lower = Height(std::min(y1, y2));
         for (int row = static_cast<int>(std::floor(upper)); row <= static_cast<int>(std::floor(lower)); ++row)
             Add(touches ? doubtful : drawn, column, row);
+        Leave(above, column, -upper, touches);
+        Leave(below, column, lower - area.height(), touches);
         for (const double end : {upper, lower}) {
             const double next = std::floor(end + 0.5);
             if (std::abs(end - next) < 1e-3) {
                 Add(doubtful, column, static_cast<int>(next));
                 Add(doubtful, column, static_cast<int>(next) - 1);
             }
+        }
+    }
+
+    enum class Away { No, Perhaps, Surely };
+
+    /// Notes a column whose trace goes `beyond` an edge.
+    void Leave(std::map<int, Away>& edge, int column, double beyond, bool touches) {
+        const bool close = std::abs(beyond) < 1e-3;
+        if (beyond > 0 || close)
+            edge[column] = std::max(edge[column], touches || close ? Away::Perhaps : Away::Surely);
+    }
+
+    /// Arrowheads at an edge where the trace leaves it and at regular times while it stays away; rows are
+    /// counted from the edge.
+    void Signs(std::map<int, Away> away, int edge, int inwards) {
+        for (int column = -SignReach + 1; column < area.width() + SignReach; ++column) {
+            const Away before = away[column - 1];
+            const bool due = (firstColumn + column) % SignPeriod == 0;
+            if (away[column] == Away::No || (before == Away::Surely && !due))
+                continue;
+            const bool sure = away[column] == Away::Surely && (due || before == Away::No);
+            for (int row = 0; row < SignReach; ++row)
+                for (int x = column - row; x <= column + row; ++x)
+                    Add(sure ? drawn : doubtful, x, edge + inwards * row);
         }
     }
 
@@ -117,6 +148,8 @@ private:
     std::int64_t firstColumn;
     PixelSet drawn;
     PixelSet doubtful;
+    std::map<int, Away> above; ///< by column
+    std::map<int, Away> below;
 };
 
 /// What drawing every held sample of plot 0 must cover.
@@ -366,6 +399,55 @@ TEST_F(ZelGraphDrawing, LinesAreAsThickAsTheDisplaysScaleAsks) {
         columns += inked(x, area.center().y()) ? 1 : 0;
     EXPECT_EQ(rows, thickness);
     EXPECT_EQ(columns, thickness);
+}
+
+TEST_F(ZelGraphDrawing, TracesOfEveryStyleAreThickerOnALargeChart) {
+    for (const auto& [size, thickness] : {std::pair{QSize(1700, 850), 1}, {QSize(3640, 1900), 2}}) {
+        graph.resize(size);
+        for (std::int32_t style = 0; style < 5; ++style) {
+            graph.RemovePlots();
+            graph.AddPlot({QStringLiteral("AI 0"), Green, style, VoltageAxis});
+            for (const double x : {0.0, 5.0, 10.0})
+                graph.AddPoint(0, x, 3);
+            std::map<int, int> rows; // by column
+            for (const auto& [x, y] : GreenPixels(graph))
+                ++rows[x];
+            const int middle = graph.PlotRect().width() / 2;
+            for (const auto& [x, count] : rows) {
+                const bool isMarked = x < 20 || std::abs(x - middle) < 20 || x > 2 * middle - 20; // a sample
+                ASSERT_TRUE(isMarked || count == thickness) << style << ' ' << x;
+            }
+            ASSERT_GT(static_cast<int>(rows.size()), middle / 2);
+        }
+    }
+}
+
+TEST_F(ZelGraphDrawing, SignsTellInThePlotsColourWhereItLeavesItsOwnAxis) {
+    graph.SetPlot(0, {QStringLiteral("AI 0"), 0xff0000, 0, VoltageAxis});
+    graph.AddPlot({QStringLiteral("AI 1"), Green, 0, TemperatureAxis});
+    graph.AddPlot({QStringLiteral("DI 0:0"), Green, 0, DigitalAxis, 1.5});
+    graph.AxisSetRange(TemperatureAxis, 20, 30);
+    graph.AxisSetRange(DigitalAxis, 20, 25);
+    for (int i = 0; i <= 1000; ++i) {
+        graph.AddPoint(0, i * 0.01, 5);
+        graph.AddPoint(1, i * 0.01, i > 250 && i < 500 ? 40 : 25);
+        graph.AddPoint(2, i * 0.01, 1.5); // far below, where zoomed lines often are
+    }
+    const int height = graph.PlotRect().height();
+    const double width = graph.PlotRect().width() / 10.0;
+    int above = 0;
+    for (const auto& [x, y] : GreenPixels(graph)) {
+        EXPECT_LT(y, height - 4) << "no sign of the line";
+        if (y != 0)
+            continue;
+        ++above; // the tip of an arrowhead
+        EXPECT_GT(x, 2.5 * width - 5);
+        EXPECT_LT(x, 5 * width + 5);
+    }
+    EXPECT_NEAR(above, 2.5 * width / 16 + 2, 2) << "with the trace itself on its way there and back";
+    graph.AxisSetRange(TemperatureAxis, 20, 50);
+    for (const auto& [x, y] : GreenPixels(graph))
+        EXPECT_GT(y, 10);
 }
 
 } // namespace

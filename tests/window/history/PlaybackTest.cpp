@@ -28,6 +28,19 @@ TEST_F(PlaybackTest, PlayStartsTheTimer) {
     EXPECT_EQ(window->ZelSliderR->Value(), 0.0);
 }
 
+TEST_F(PlaybackTest, HoldIsOffAtEveryStart) {
+    OpenSaved(Polled(10));
+    Click(window->ZelGraph1->BtnHold);
+    ASSERT_TRUE(window->ZelGraph1->BtnHold->isChecked());
+    Click(window->ChkPlay);
+    EXPECT_FALSE(window->ZelGraph1->BtnHold->isChecked());
+    PlayTicks(3);
+    Click(window->ZelGraph1->BtnHold);
+    Click(window->ChkPlay); // a pause is no end
+    Click(window->ChkPlay);
+    EXPECT_TRUE(window->ZelGraph1->BtnHold->isChecked());
+}
+
 TEST_F(PlaybackTest, BoxSetByCodePlaysAndPauses) {
     OpenSaved(Polled(10));
     window->ChkPlay->setChecked(true);
