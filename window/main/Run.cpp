@@ -1,6 +1,7 @@
 #include "window/main/Run.h"
 
 #include "core/base/UniqueFd.h"
+#include "window/aids/Style.h"
 #include "window/main/FontWarmUp.h"
 #include "window/main/frmMain.h"
 
@@ -95,7 +96,7 @@ int Run(int argc, char** argv, const std::function<void(frmMain&)>& beforeShow) 
     watch.reset();
     fonts.reset();
     QApplication::setApplicationName(QStringLiteral("Tracelet"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    InstallStyle();
     const EndSignals endSignals; // before there is anything that they could leave behind
     QObject::connect(&application, &QGuiApplication::commitDataRequest, [] { QCoreApplication::exit(0); });
     frmMain window;

@@ -65,6 +65,47 @@ TEST_F(GraphSetTest, ReturnInABoxPressesNoButton) {
     });
 }
 
+TEST_F(GraphSetTest, EnterPressesTheButtonThatHasTheFocus) {
+    InDialog([&] {
+        Enter("txtXMax");
+        Find<QPushButton>("BtnCancel")->setFocus();
+        QTest::keyClick(Find<QPushButton>("BtnCancel"), Qt::Key_Return);
+        EXPECT_FALSE(dialog->isVisible());
+    });
+    InDialog([&] {
+        Type("txtXMax", "99");
+        Find<QPushButton>("BtnApply")->setFocus();
+        QTest::keyClick(Find<QPushButton>("BtnApply"), Qt::Key_Enter);
+        EXPECT_FALSE(dialog->isVisible());
+    });
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 99.0);
+}
+
+TEST_F(GraphSetTest, RangesAreShownRoundedAndKeptAsTheyAre) {
+    const double minimum = 1.0 / 3.0;
+    const double maximum = 10.0 / 3.0;
+    ZelGraph& graph = *window->ZelGraph1;
+    graph.AxisSetRange(XAxis, minimum, maximum);
+    graph.AxisSetRange(VoltageAxis, -1e-7 / 3.0, 1e-7);
+    InDialog([&] {
+        EXPECT_EQ(TextOf("txtXMin"), u"0.333333"_s);
+        EXPECT_EQ(TextOf("txtXMax"), u"3.333333"_s);
+        EXPECT_EQ(TextOf("txtYMax"), u"0.0000001"_s);
+        Enter("txtXMin");
+        Tab();
+        Ok();
+    });
+    EXPECT_DOUBLE_EQ(graph.XAxisMin(), minimum);
+    EXPECT_DOUBLE_EQ(graph.XAxisMax(), maximum);
+    EXPECT_EQ(graph.AxisMin(VoltageAxis), -1e-7 / 3.0);
+    InDialog([&] {
+        Type("txtXMin", "0.33333");
+        Ok();
+    });
+    EXPECT_DOUBLE_EQ(graph.XAxisMin(), 0.33333);
+    EXPECT_DOUBLE_EQ(graph.XAxisMax(), maximum) << "the other end was not typed";
+}
+
 TEST_F(GraphSetTest, ClosingWhenIdleKeepsTheSamples) {
     window->ZelGraph1->AddPoint(0, 1.0, 1.0);
     InDialog([&] { Ok(); });
