@@ -19,7 +19,7 @@ window/ground
 window/aids
 window/widgets    window/chart    window/controls    window/folders
 window/main
-window/settings    window/graph    window/files    window/history    window/export
+window/settings    window/graph    window/files    window/history    window/export    window/help
 """
 
 MOST_FILES = 16

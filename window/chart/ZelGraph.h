@@ -124,6 +124,10 @@ public:
     [[nodiscard]] double NextX() const;
     void SetNextX(double seconds);
 
+    /// Text drawn in the chart while no plot holds samples; lines end in "\n".
+    void SetHint(const QString& text);
+    [[nodiscard]] QString Hint() const;
+
     /// Removes all samples; plots, axes, NextX and mouse mode stay.
     void ClearData();
 

@@ -198,7 +198,33 @@ void ZelGraph::paintEvent(QPaintEvent*) {
     s.plotPainter.Update(s.store, s.scene, s.arranged, first);
     s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, first);
     s.plotPainter.Draw(painter, area.left(), area.top());
+    s.DrawHint(painter, font());
     s.DrawOverlay(painter);
+}
+
+void ZelGraph::SetHint(const QString& text) {
+    if (state->hint == text)
+        return;
+    state->hint = text;
+    update();
+}
+
+QString ZelGraph::Hint() const {
+    return state->hint;
+}
+
+void ZelGraph::State::DrawHint(QPainter& painter, const QFont& font) const {
+    for (int plot = 0; plot < store.PlotCount(); ++plot)
+        if (store.Count(plot) > 0)
+            return;
+    painter.save();
+    painter.scale(scale, scale); // logical pixels
+    QFont large = font;
+    large.setPixelSize(QFontInfo(font).pixelSize() * 5 / 4);
+    painter.setFont(large);
+    painter.setPen(QColor(ChartColor::Title));
+    painter.drawText(plotRect, Qt::AlignCenter | Qt::TextWordWrap, hint);
+    painter.restore();
 }
 
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {

@@ -67,6 +67,8 @@ struct ZelGraph::State {
     bool stale = false;
     int idleTicks = 0;
 
+    QString hint; ///< drawn while there are no samples
+
     bool keyboardFocus = false; ///< came by a key, so that it shows
 
     // Mouse.
@@ -97,6 +99,7 @@ struct ZelGraph::State {
     [[nodiscard]] std::int64_t FirstColumn() const;
     [[nodiscard]] AxisStrip StripOf(int axis) const;
     void DrawOverlay(QPainter& painter) const;
+    void DrawHint(QPainter& painter, const QFont& font) const;
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }

@@ -7,9 +7,18 @@
 #include <QLabel>
 #include <QPushButton>
 
+using namespace Qt::StringLiterals;
+
 namespace tracelet {
 
 void frmMain::EnableControls(When when) {
+    EnableAsOf(when);
+    LabelAIOn->setText(bAIEnabled ? u"On"_s : u"Off"_s);
+    LabelDIOn->setText(bDIEnabled ? u"On"_s : u"Off"_s);
+    ShowNextStep();
+}
+
+void frmMain::EnableAsOf(When when) {
     // clang-format off
     switch (when) { // what a row does not name stays as it is
     case When::Switched:  EnableAll({CkAISave2Disk}, bAIEnabled);
@@ -39,7 +48,7 @@ void frmMain::EnableSetCmdControls(bool Enable) {
                LabelAI, LabelAIOn, LabelDI, LabelDIOn},
               Enable);
     if (Enable)
-        EnableControls(When::Switched);
+        EnableAsOf(When::Switched);
 }
 
 void frmMain::EnableHisControls(bool value) {

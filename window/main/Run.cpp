@@ -100,6 +100,7 @@ int Run(int argc, char** argv, const std::function<void(frmMain&)>& beforeShow) 
     const EndSignals endSignals; // before there is anything that they could leave behind
     QObject::connect(&application, &QGuiApplication::commitDataRequest, [] { QCoreApplication::exit(0); });
     frmMain window;
+    window.FitToScreen();
     beforeShow(window);
     window.show();
     return QApplication::exec();

@@ -36,6 +36,9 @@ frmMain::frmMain(Surroundings given) : surroundings(std::move(given)) {
     ConnectControls();
     ConnectWidgets();
     ConnectGraph();
+    ConnectKeys();
+    SetUpTips();
+    setAcceptDrops(true);
 }
 
 frmMain::~frmMain() {

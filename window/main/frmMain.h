@@ -23,6 +23,9 @@
 //   graph/TimeAxis.cpp          AdjustXAxisAndChartLength, ZelLED1_Step
 //   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
 //   graph/GraphSet.cpp          BtnGraphSet_Click
+//   help/Keys.cpp               what keys do; beside it the page that F1 shows
+//   help/MainTips.cpp           what controls tell of themselves
+//   help/Hint.cpp               what to do next, in the empty chart
 // clang-format on
 
 #include "core/base/TickCount.h"
@@ -244,11 +247,15 @@ public:
     void BtnClearGraph_Click();
     void BtnGraphSet_Click();
     void Form_Resize();
+    /// Makes a window that was not shown yet no larger than its screen.
+    void FitToScreen();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void MakeControls();
@@ -312,6 +319,9 @@ private:
     /// Offers the last unsaved recording no more, so that it can be replaced.
     void LetUnsavedGo();
 
+    void EnableAsOf(When when);
+
+    void OpenProject(const std::string& path);
     void EnterHistoryMode(const std::string& path);
     void ShowDataFiles();
     void ShowRecordingStart();
@@ -344,6 +354,13 @@ private:
     [[nodiscard]] QString UnitOf(const PlotLook& look) const;
     /// Units of the shown plots on an axis, "V, mA".
     [[nodiscard]] QString UnitsOn(int axis) const;
+
+    void ConnectKeys();
+    void SetUpTips();
+    /// Why most of what is disabled is disabled, or else `otherwise`.
+    [[nodiscard]] QString WhatGoesFirst(const QString& otherwise) const;
+    [[nodiscard]] QString NextStep() const;
+    void ShowNextStep();
 
     void SnapToMinimum();
     void LayOut(QSize outer);
