@@ -13,8 +13,8 @@ void MsgBox(QWidget* owner, const QString& text, const QString& title) {
     // The title bar holds its icon and buttons beside a title that is often bold.
     QFont bold = QApplication::font();
     bold.setBold(true);
-    const int width = QFontMetrics(bold).horizontalAdvance(title) +
-                      5 * box.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int width =
+        QFontMetrics(bold).horizontalAdvance(title) + 5 * box.style()->pixelMetric(QStyle::PM_TitleBarHeight);
     auto* grid = qobject_cast<QGridLayout*>(box.layout());
     grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
     box.exec();
