@@ -2,6 +2,7 @@
 // FOLDER/recordings. tour FOLDER NAME: only the running main window, as picture NAME.
 
 #include "tour/Tour.h"
+#include "window/aids/Style.h"
 
 #include <QApplication>
 #include <QProcess>
@@ -31,7 +32,7 @@ static bool PictureScaleFactors(const QString& folder) {
 int main(int argc, char** argv) {
     qInstallMessageHandler(ShowFaultsOnly);
     QApplication application(argc, argv);
-    QApplication::setStyle(u"Fusion"_s);
+    tracelet::InstallStyle();
     const QStringList arguments = QApplication::arguments();
     if (arguments.size() < 2) {
         std::fprintf(stderr, "usage: tour FOLDER [NAME]\n");

@@ -7,6 +7,7 @@
 #include "core/drivers/simulated/SimulatedBoards.h"
 
 #include <algorithm>
+#include <chrono>
 #include <iterator>
 #include <utility>
 
@@ -26,7 +27,10 @@ BoardList FindBoards() {
 #ifdef TRACELET_COMEDI
     FindComediBoards(list);
 #endif
-    Append(list, SimulatedBoards());
+    const auto start = std::chrono::steady_clock::now();
+    Append(list, SimulatedBoards([start] {
+               return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+           }));
     FindMoreBoards(list);
     return list;
 }

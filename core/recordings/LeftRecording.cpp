@@ -33,12 +33,6 @@ constexpr std::array Months{"Jan", "Feb", "Mar", "Apr", "May", "Jun",
 constexpr auto LongestKept = 24h * 7;
 constexpr auto YoungestSwept = 10s; // a program makes its folder first and holds it then
 
-// "tl", four hexadecimal digits and ".tmp".
-bool IsWorkFolderName(const std::string& name) {
-    return name.size() == 10 && name.starts_with("tl") && name.ends_with(".tmp") &&
-           name.find_first_not_of("0123456789abcdefABCDEF", 2) == 6;
-}
-
 std::chrono::system_clock::duration AgeOf(const std::string& folder) {
     struct stat status {};
     if (stat(NativePath(folder).c_str(), &status) != 0)

@@ -4,6 +4,7 @@
 #include "core/base/NumberText.h"
 #include "core/base/RunTimeError.h"
 
+#include <array>
 #include <cmath>
 #include <span>
 
@@ -110,6 +111,18 @@ void ReadStopRecord(ByteReader& reader, ProjectInfo& info) {
         throw RunTimeError("The project file has a scan interval of " + NumberText(info.ScanInterval));
 }
 
+// Only then may what could not be read be a project at all.
+bool BeginsWithFlags(const SystemFile& file) {
+    std::array<std::byte, 8> flags; // four Booleans
+    const std::size_t count = file.ReadAt(0, flags);
+    for (std::size_t at = 0; at + 1 < count; at += 2) {
+        const auto flag = ReadLittleEndian<std::int16_t>(flags, at);
+        if (flag != 0 && flag != True)
+            return false;
+    }
+    return true;
+}
+
 } // namespace
 
 std::vector<std::byte> ProjectHeader(const ProjectInfo& info) {
@@ -166,7 +179,13 @@ ProjectInfo ReadProject(ByteReader& reader) {
 ProjectInfo ReadProjectFile(std::string_view path) {
     const SystemFile file(path, Disposition::OpenExisting);
     ByteReader reader(file);
-    return ReadProject(reader);
+    try {
+        return ReadProject(reader);
+    } catch (const RunTimeError&) {
+        if (BeginsWithFlags(file))
+            throw;
+        throw RunTimeError("The file is not a Tracelet project");
+    }
 }
 
 } // namespace tracelet

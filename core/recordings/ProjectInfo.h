@@ -80,7 +80,8 @@ struct ProjectInfo {
 /// count of N" below 0, and the same for an interval below 0 or not finite. Paths that are missing are empty.
 [[nodiscard]] ProjectInfo ReadProject(ByteReader& reader);
 
-/// ReadProject of the file at `path`; raises also what opening it for reading does.
+/// ReadProject of the file at `path`; raises also what opening it for reading does. What cannot be read and
+/// does not even begin with four Booleans is "The file is not a Tracelet project".
 [[nodiscard]] ProjectInfo ReadProjectFile(std::string_view path);
 
 } // namespace tracelet

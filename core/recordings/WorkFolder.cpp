@@ -35,6 +35,11 @@ WorkFolder WorkFolderAt(const std::string& path) {
             .szFAIFileName = path + "\\FAI.tld"};
 }
 
+bool IsWorkFolderName(std::string_view name) {
+    return name.size() == 10 && name.starts_with(Prefix) && name.ends_with(".tmp") &&
+           name.find_first_not_of("0123456789abcdefABCDEF", 2) == 6;
+}
+
 WorkFolder MakeWorkFolder(const std::string& programFolder, const std::string& stateFolder) {
     for (const std::string& parent : {programFolder, stateFolder, GetTempDir()}) {
         const std::string path = parent.empty() ? std::string() : MakeUniqueFolder(parent);

@@ -2,6 +2,7 @@
 
 #include <span>
 #include <string>
+#include <string_view>
 
 namespace tracelet {
 
@@ -24,6 +25,9 @@ struct WorkFolder {
 /// files are not created.
 [[nodiscard]] WorkFolder MakeWorkFolder(const std::string& programFolder,
                                         const std::string& stateFolder = {});
+
+/// Whether a folder of this name, without its path, may be one that MakeWorkFolder made.
+[[nodiscard]] bool IsWorkFolderName(std::string_view name);
 
 /// Deletes the four files, set aside or not, then the folder; a folder that holds anything else stays.
 /// Failures are ignored.

@@ -1,6 +1,8 @@
 // Runs window tests: one QApplication for all of them; an unexpected warning of the toolkit fails the test
 // that caused it.
 
+#include "window/aids/Style.h"
+
 #include <QApplication>
 #include <QLocale>
 #include <gtest/gtest.h>
@@ -23,7 +25,7 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
     QApplication application(argc, argv);
     QApplication::setQuitOnLastWindowClosed(false);
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    tracelet::InstallStyle();
     qInstallMessageHandler(FailOnWarning);
     const int result = RUN_ALL_TESTS();
     qInstallMessageHandler(nullptr);

@@ -139,6 +139,10 @@ public:
     /// Text of the mark at the horizontal graph coordinate `x`, give or take a few pixels; "" for none.
     [[nodiscard]] QString LossAt(double x) const;
 
+    /// Text drawn in the chart while no plot holds samples; lines end in "\n".
+    void SetHint(const QString& text);
+    [[nodiscard]] QString Hint() const;
+
     /// Removes all samples; plots, axes, NextX, marks and mouse mode stay.
     void ClearData();
 

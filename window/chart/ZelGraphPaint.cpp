@@ -199,8 +199,10 @@ void ZelGraph::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.scale(1 / state->scale, 1 / state->scale); // device pixels from here on
     state->Draw(painter);
-    if (!state->frame.PlotArea().isEmpty())
-        state->DrawOverlay(painter);
+    if (state->frame.PlotArea().isEmpty())
+        return;
+    state->DrawHint(painter, font());
+    state->DrawOverlay(painter);
 }
 
 void ZelGraph::DrawPicture(QPainter& painter, double scale) {
@@ -219,6 +221,8 @@ void ZelGraph::State::Draw(QPainter& painter) {
     plotPainter.Update(store, scene, arranged, first);
     frame.Draw(painter, pixelSize + QSize(1, 1), grid, first);
     plotPainter.Draw(painter, area.left(), area.top());
+    if (!losses.empty())
+        DrawLosses(painter);
 }
 
 double ZelGraph::State::PixelOf(double time) const {
@@ -256,10 +260,33 @@ void ZelGraph::State::DrawLosses(QPainter& painter) const {
     painter.restore();
 }
 
+void ZelGraph::SetHint(const QString& text) {
+    if (state->hint == text)
+        return;
+    state->hint = text;
+    update();
+}
+
+QString ZelGraph::Hint() const {
+    return state->hint;
+}
+
+void ZelGraph::State::DrawHint(QPainter& painter, const QFont& font) const {
+    for (int plot = 0; plot < store.PlotCount(); ++plot)
+        if (store.Count(plot) > 0)
+            return;
+    painter.save();
+    painter.scale(scale, scale); // logical pixels
+    QFont large = font;
+    large.setPixelSize(QFontInfo(font).pixelSize() * 5 / 4);
+    painter.setFont(large);
+    painter.setPen(QColor(ChartColor::Title));
+    painter.drawText(plotRect, Qt::AlignCenter | Qt::TextWordWrap, hint);
+    painter.restore();
+}
+
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {
     const QRect area = frame.PlotArea();
-    if (!losses.empty())
-        DrawLosses(painter);
     const int line = std::max(1, CLng(scale));
     painter.setBrush(Qt::NoBrush);
     if (gesture == Gesture::Zoom) {

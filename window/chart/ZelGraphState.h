@@ -84,6 +84,8 @@ struct ZelGraph::State {
     bool stale = false;
     int idleTicks = 0;
 
+    QString hint; ///< drawn while there are no samples
+
     bool keyboardFocus = false; ///< came by a key, so that it shows
 
     // Mouse.
@@ -134,6 +136,7 @@ struct ZelGraph::State {
     void DrawOverlay(QPainter& painter) const;
     void DrawLosses(QPainter& painter) const;
     [[nodiscard]] double PixelOf(double time) const; ///< device pixel of the plot area's column
+    void DrawHint(QPainter& painter, const QFont& font) const;
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }

@@ -1,5 +1,7 @@
 #include "window/controls/DevicePicker.h"
 
+#include "window/aids/EnterPresses.h"
+
 #include <QDialogButtonBox>
 #include <QHeaderView>
 #include <QLabel>
@@ -68,6 +70,7 @@ void DevicePicker::BuildList(const QStringList& columns, const std::vector<Row>&
     lstBoards = new QTreeWidget;
     lstBoards->setObjectName(QStringLiteral("lstBoards"));
     lstBoards->setAccessibleName(tr("Boards"));
+    lstBoards->setToolTip(tr("Boards of this machine; a double click chooses one"));
     lstBoards->setHeaderLabels(columns);
     lstBoards->setRootIsDecorated(false);
     lstBoards->setUniformRowHeights(true);
@@ -108,9 +111,11 @@ void DevicePicker::BuildButtons() {
     OKButton = buttons->addButton(tr("&OK"), QDialogButtonBox::AcceptRole);
     OKButton->setObjectName(QStringLiteral("OKButton"));
     OKButton->setDefault(true);
+    OKButton->setToolTip(tr("Use the board"));
     BtnCancel = buttons->addButton(tr("&Cancel"), QDialogButtonBox::RejectRole);
     BtnCancel->setObjectName(QStringLiteral("BtnCancel"));
-    BtnCancel->setAutoDefault(false);
+    BtnCancel->setToolTip(tr("Keep the board in use"));
+    EnterPresses(BtnCancel);
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout()->addWidget(buttons);

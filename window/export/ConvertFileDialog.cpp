@@ -45,6 +45,7 @@ void ConvertFileDialog::Build() {
 void ConvertFileDialog::Offer(QCheckBox* box, bool recorded, bool& flag) {
     box->setEnabled(recorded);
     box->setChecked(recorded);
+    box->setToolTip(recorded ? u"Write these data as text"_s : u"The recording holds no such data"_s);
     flag = recorded;
     connect(box, &QCheckBox::toggled, box, [&flag](bool checked) { flag = checked; });
 }

@@ -1,5 +1,6 @@
 #include "window/folders/FolderDialogParts.h"
 
+#include <QDateTime>
 #include <QDialogButtonBox>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,6 +14,9 @@ namespace tracelet {
 QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog) {
     txtFolderName->setObjectName(u"txtFolderName"_s);
     txtFolderName->setAccessibleName(u"Folder Name"_s);
+    txtFolderName->setText(QDateTime::currentDateTime().toString(u"yyyy-MM-dd HH-mm-ss"_s));
+    txtFolderName->selectAll();
+    txtFolderName->setToolTip(u"Name of the folder that is made in the current one"_s);
     auto* label = new QLabel(u"Folder Name"_s, dialog);
     label->setBuddy(txtFolderName);
     auto* row = new QHBoxLayout;
@@ -25,6 +29,8 @@ QDialogButtonBox* BuildOKAndCancel(QWidget* dialog) {
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, dialog);
     buttons->button(QDialogButtonBox::Ok)->setObjectName(u"OKButton"_s);
     buttons->button(QDialogButtonBox::Cancel)->setObjectName(u"BtnCancel"_s);
+    buttons->button(QDialogButtonBox::Ok)->setToolTip(u"Make the folder, and write into it"_s);
+    buttons->button(QDialogButtonBox::Cancel)->setToolTip(u"Write nothing"_s);
     return buttons;
 }
 

@@ -9,7 +9,8 @@ namespace tracelet {
 
 // What both dialogs that ask for a new folder have below their lists. The parts are children of `dialog`.
 
-/// The box `txtFolderName` behind its label "Folder Name".
+/// The box `txtFolderName` behind its label "Folder Name", with the date and time to start from, which typing
+/// replaces.
 [[nodiscard]] QHBoxLayout* BuildFolderName(QLineEdit* txtFolderName, QWidget* dialog);
 
 /// The buttons `OKButton`, which Enter in a text box presses too, and `BtnCancel`.

@@ -1,7 +1,11 @@
 #include "window/folders/FolderLists.h"
 
+#include "core/base/RunTimeError.h"
 #include "core/files/Paths.h"
+#include "core/recordings/WorkFolder.h"
+#include "window/ground/LeaveCheck.h"
 #include "window/ground/MsgBox.h"
+#include "window/ground/Named.h"
 
 #include <QComboBox>
 #include <QDir>
@@ -11,6 +15,7 @@
 #include <QSignalBlocker>
 #include <QStandardPaths>
 #include <QStorageInfo>
+#include <QToolButton>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -45,11 +50,15 @@ QString NearestFolder(QString folder) {
     return QDir::isAbsolutePath(folder) ? folder : Root;
 }
 
+QString DocumentsFolder() {
+    return QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+}
+
 // The program's folder, or one of the user's own where it cannot be written.
 QString FirstFolder(const std::string& programFolder) {
     if (!GetTempFile(false, "tl", programFolder).empty())
         return QString::fromStdString(programFolder);
-    const QString documents = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+    const QString documents = DocumentsFolder();
     return QFileInfo(documents).isDir() ? documents : QDir::homePath();
 }
 
@@ -85,16 +94,37 @@ void FolderLists::Build() {
     Dir1->setAccessibleName(u"Folder"_s);
     Dir1->installEventFilter(this);
     Dir1->setMinimumSize(280, 180);
+    Drive1->setToolTip(u"Choose a disk"_s);
+    Dir1->setToolTip(u"Double click or Enter goes into a folder"_s);
+    txtPath->setToolTip(u"The current folder; type another and press Enter to go there"_s);
     txtPath->setObjectName(u"txtPath"_s);
     txtPath->setAccessibleName(u"Current folder"_s);
-    txtPath->setReadOnly(true);
-    txtPath->setFrame(false);
+    txtPath->installEventFilter(this);
+    new LeaveCheck(txtPath, [this] {
+        const bool isEntered = EnterTyped();
+        txtPath->setText(path);
+        return isEntered;
+    });
+    auto* places = new QHBoxLayout;
+    places->addWidget(Drive1, 1);
+    places->addWidget(PlaceButton("BtnHome", u"Home"_s, QDir::homePath()));
+    places->addWidget(PlaceButton("BtnDocuments", u"Documents"_s, DocumentsFolder()));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addWidget(Drive1);
+    layout->addLayout(places);
     layout->addWidget(txtPath);
     layout->addWidget(Dir1, 1);
     setFocusProxy(Drive1);
+}
+
+QToolButton* FolderLists::PlaceButton(const char* name, const QString& caption, const QString& folder) {
+    auto* button = Named<QToolButton>(name, this);
+    button->setText(caption);
+    button->setToolTip(u"Go to %1"_s.arg(folder));
+    button->setFocusPolicy(Qt::StrongFocus); // a click leaves the box of the path
+    button->setVisible(QFileInfo(folder).isDir());
+    connect(button, &QToolButton::clicked, this, [this, folder] { Enter(folder); });
+    return button;
 }
 
 void FolderLists::Load(const std::string& programFolder, std::string& driveText, std::string& folderText) {
@@ -119,16 +149,27 @@ std::string FolderLists::Path() const {
     return path.toStdString();
 }
 
-// Enter in the folder list goes into the folder; it must not reach the dialog, whose OK it would press.
+// Enter in the list and in the box of the path goes into the folder; it must not reach the dialog, whose OK
+// it would press.
 bool FolderLists::eventFilter(QObject* watched, QEvent* event) {
-    if (watched != Dir1 || event->type() != QEvent::KeyPress)
+    if (event->type() != QEvent::KeyPress)
         return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
     if (key != Qt::Key_Return && key != Qt::Key_Enter)
         return false;
-    if (const QListWidgetItem* item = Dir1->currentItem())
+    if (watched == txtPath)
+        (void)EnterTyped();
+    else if (const QListWidgetItem* item = Dir1->currentItem())
         Dir1_Change(item->text());
     return true;
+}
+
+bool FolderLists::EnterTyped() {
+    const QString typed = txtPath->text();
+    if (typed == path || (!typed.contains(u'\\') && Enter(QDir::cleanPath(QDir(path).filePath(typed)))))
+        return true;
+    MsgBox(this, QString::fromUtf8(Fault::PathNotFound().what()));
+    return false;
 }
 
 void FolderLists::Drive1_Change() {
@@ -164,7 +205,7 @@ void FolderLists::List() {
         Dir1->addItem(FolderAbove);
     for (const QString& name :
          QDir(path).entryList(Folders, QDir::Name | QDir::IgnoreCase | QDir::LocaleAware)) {
-        if (!name.contains(u'\\'))
+        if (!name.contains(u'\\') && !IsWorkFolderName(name.toStdString()))
             Dir1->addItem(name);
     }
     Dir1->setCurrentRow(0);

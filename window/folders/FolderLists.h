@@ -9,6 +9,7 @@
 class QComboBox;
 class QLineEdit;
 class QListWidget;
+class QToolButton;
 
 namespace tracelet {
 
@@ -17,9 +18,10 @@ namespace tracelet {
 [[nodiscard]] QStringList MountedVolumes();
 
 /// A drive list (a mounted volume each) above a list of the folders in the current folder, as both folder
-/// dialogs show them. Going into a drive or folder makes it the process's current folder, so relative names
-/// and the next file dialog start there; a mounted stick therefore stays busy while it is current. Folders
-/// that are hidden, or whose name holds a "\" and so fits no composed path, are not listed.
+/// dialogs show them, and the current folder in a box to type another into. Going into a drive or folder
+/// makes it the process's current folder, so relative names and the next file dialog start there; a mounted
+/// stick therefore stays busy while it is current. Folders that are hidden, or whose name holds a "\" and so
+/// fits no composed path, are not listed, nor are work folders.
 ///
 /// Use: lay it out in the dialog, call Load once, read Drive and Path on OK.
 class FolderLists : public QWidget {
@@ -37,14 +39,18 @@ public:
     [[nodiscard]] std::string Drive() const; ///< the folder that the chosen drive is mounted on
     [[nodiscard]] std::string Path() const;  ///< the folder gone into, a native path
 
-    QComboBox* Drive1; ///< each item's data is the folder that the drive is mounted on
-    QListWidget* Dir1; ///< ".." first, unless this is "/"; double click or Enter goes in
+    QComboBox* Drive1;  ///< each item's data is the folder that the drive is mounted on
+    QListWidget* Dir1;  ///< ".." first, unless this is "/"; double click or Enter goes in
+    QLineEdit* txtPath; ///< shows Path; Enter, and leaving it, goes to the folder typed
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void Build();
+    [[nodiscard]] QToolButton* PlaceButton(const char* name, const QString& caption, const QString& folder);
+    /// False after a message: there is no such folder.
+    [[nodiscard]] bool EnterTyped();
     void Drive1_Change();
     void Dir1_Change(const QString& name);
     bool Enter(const QString& folder);
@@ -52,7 +58,6 @@ private:
     void SelectDrive(const QString& drive);
     [[nodiscard]] QString DriveOf(const QString& folder) const;
 
-    QLineEdit* txtPath; ///< shows Path, for reading and copying
     QString path;
     QString drive;
     QHash<QString, QString> currentFolders; ///< where each drive was left, by drive

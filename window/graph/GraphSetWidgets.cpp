@@ -1,6 +1,9 @@
 // Widgets of the graph settings dialog and what they run.
 
+#include "window/aids/EnterPresses.h"
+#include "window/aids/Tips.h"
 #include "window/chart/ZelGraph.h"
+#include "window/graph/RangeBox.h"
 #include "window/graph/frmGraphSet.h"
 #include "window/ground/Handler.h"
 #include "window/ground/LeaveCheck.h"
@@ -10,9 +13,7 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLabel>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -26,19 +27,6 @@ Widget* Named(const QString& name, Widget* widget) {
     widget->setObjectName(name);
     return widget;
 }
-
-// No plot is selected at first: the first arrow key selects the line that the focus stands on, where a plain
-// list goes past it.
-class PlotList : public QListWidget {
-protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        const bool isArrow = event->key() == Qt::Key_Down || event->key() == Qt::Key_Up;
-        if (isArrow && selectedItems().isEmpty() && currentItem() != nullptr)
-            currentItem()->setSelected(true);
-        else
-            QListWidget::keyPressEvent(event);
-    }
-};
 
 QLabel* Caption(const QString& name, const QString& text, QWidget* buddy) {
     auto* label = Named(name, new QLabel(text));
@@ -61,12 +49,13 @@ frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
     BtnApply = Named(u"BtnApply"_s, new QPushButton(u"OK"_s));
     BtnCancel = Named(u"BtnCancel"_s, new QPushButton(u"Cancel"_s));
     for (QPushButton* button : {BtnApply, BtnCancel})
-        button->setAutoDefault(false);
+        EnterPresses(button);
     buttons->addStretch();
     buttons->addWidget(BtnApply);
     buttons->addWidget(BtnCancel);
     layout->addLayout(buttons, 1, 0, 1, 2);
 
+    SetUpTips();
     ConnectWidgets();
     LoadPlots();
     LoadAxes();
@@ -74,14 +63,14 @@ frmGraphSet::frmGraphSet(frmMain& owner) : QDialog(&owner), main(owner) {
 
 QGroupBox* frmGraphSet::BuildPlotGroup() {
     auto* frame = Named(u"framePlots"_s, new QGroupBox(u"Plots"_s));
-    lstPlots = Named(u"lstPlots"_s, new PlotList);
+    lstPlots = Named(u"lstPlots"_s, new QListWidget);
     lstPlots->setAccessibleName(u"Plots"_s);
     BtnColor = Named(u"BtnColor"_s, new QPushButton);
     BtnColor->setAccessibleName(u"Line color"_s);
-    BtnColor->setAutoDefault(false);
+    EnterPresses(BtnColor);
     CmbLineStyle = Named(u"CmbLineStyle"_s, new QComboBox);
     CmbLineStyle->addItems({u"Solid"_s, u"Dash"_s, u"Dot"_s, u"DashDot"_s, u"DashDotDot"_s});
-    CmbLineStyle->setCurrentIndex(-1); // until a plot is selected
+    CmbLineStyle->setCurrentIndex(-1);
 
     auto* layout = new QGridLayout(frame);
     layout->addWidget(lstPlots, 0, 0, 1, 2);
@@ -110,9 +99,9 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
     group.frame = Named(frameName, new QGroupBox(axisName));
     group.automatic = Named(u"chk%1AutoS"_s.arg(axisName), new QCheckBox(u"AutoScale"_s));
     group.automatic->setChecked(true);
-    group.minimum = Named(u"txt%1Min"_s.arg(axisName), new QLineEdit);
-    group.maximum = Named(u"txt%1Max"_s.arg(axisName), new QLineEdit);
-    for (QLineEdit* box : {group.minimum, group.maximum}) {
+    group.minimum = Named(u"txt%1Min"_s.arg(axisName), new RangeBox);
+    group.maximum = Named(u"txt%1Max"_s.arg(axisName), new RangeBox);
+    for (RangeBox* box : {group.minimum, group.maximum}) {
         box->setEnabled(false);
         box->setMinimumWidth(box->fontMetrics().horizontalAdvance(u"-0.000000000000000000"_s));
     }
@@ -124,6 +113,24 @@ void frmGraphSet::BuildAxis(AxisGroup& group, const QString& axisName, const QSt
     layout->addWidget(group.minimum, 1, 1);
     layout->addWidget(Caption(isX ? u"Label5"_s : u"LabelYMax"_s, u"Max:"_s, group.maximum), 2, 0);
     layout->addWidget(group.maximum, 2, 1);
+}
+
+void frmGraphSet::SetUpTips() {
+    auto* tips = new Tips(this);
+    tips->Add(lstPlots, u"Choose the plot to set"_s);
+    tips->Add(BtnColor, u"Choose the colour of the plot"_s);
+    tips->Add(CmbLineStyle, u"Line style of the plot"_s);
+    for (const AxisGroup* group : {&x, &y}) {
+        tips->Add(group->automatic, u"Let the axis follow what is measured"_s);
+        tips->Add(group->minimum, u"Lower end of the axis"_s, [this, group] {
+            return group->automatic->isChecked()
+                       ? u"Not while AutoScale is ticked"_s
+                       : u"Time begins at 0 here while a session or playback runs"_s;
+        });
+        tips->Add(group->maximum, u"Upper end of the axis"_s, u"Not while AutoScale is ticked"_s);
+    }
+    tips->Add(BtnApply, u"Set plots and axes"_s);
+    tips->Add(BtnCancel, u"Leave everything as it is"_s);
 }
 
 void frmGraphSet::ConnectWidgets() {

@@ -104,6 +104,7 @@ void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
     for (const int axis : {VoltageAxis, TemperatureAxis})
         ZelGraph1->SetAxisUnit(axis, UnitsOn(axis));
     UpdatePlotListView();
+    ShowNextStep();
 }
 
 // What a recording's temperatures were measured in, it does not tell.

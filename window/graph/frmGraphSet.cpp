@@ -1,15 +1,14 @@
 #include "window/graph/frmGraphSet.h"
 
-#include "core/base/Convert.h"
 #include "core/base/NumberText.h"
 #include "window/chart/ZelGraph.h"
+#include "window/graph/RangeBox.h"
 #include "window/ground/Handler.h"
 #include "window/main/frmMain.h"
 
 #include <QCheckBox>
 #include <QColorDialog>
 #include <QComboBox>
-#include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -21,10 +20,6 @@ namespace tracelet {
 namespace {
 
 constexpr double RepairSpan = 10.0;
-
-double Number(const QLineEdit* box) {
-    return TextToDouble(box->text().toStdString());
-}
 
 QString Text(double value) {
     return QString::fromStdString(NumberText(value));
@@ -39,7 +34,7 @@ struct Ends {
 template <typename Group>
 std::optional<Ends> EndsOf(const Group& group) {
     try {
-        return Ends{Number(group.minimum), Number(group.maximum)};
+        return Ends{group.minimum->Number(), group.maximum->Number()};
     } catch (const RunTimeError&) {
         return std::nullopt;
     }
@@ -65,6 +60,7 @@ void frmGraphSet::LoadPlots() {
         PlotLineStyles[i] = plot.lineStyle;
         PlotColors[i] = plot.color;
     }
+    lstPlots->setCurrentRow(0);
 }
 
 void frmGraphSet::LoadAxes() {
@@ -113,8 +109,8 @@ void frmGraphSet::PaintColor(std::uint32_t color) {
 }
 
 void frmGraphSet::FillRange(const AxisGroup& group, double minimum, double maximum) {
-    group.minimum->setText(Text(minimum));
-    group.maximum->setText(Text(maximum));
+    group.minimum->Show(minimum, maximum - minimum);
+    group.maximum->Show(maximum, maximum - minimum);
 }
 
 void frmGraphSet::ChkXAutoS_Click() {
@@ -185,7 +181,7 @@ void frmGraphSet::ApplyTime() {
     ZelGraph& graph = *main.ZelGraph1;
     graph.SetAxisAutoScale(XAxis, x.automatic->isChecked());
     if (!x.automatic->isChecked())
-        graph.AxisSetRange(XAxis, Number(x.minimum), Number(x.maximum));
+        graph.AxisSetRange(XAxis, x.minimum->Number(), x.maximum->Number());
 }
 
 void frmGraphSet::ApplyValues() {
@@ -195,8 +191,8 @@ void frmGraphSet::ApplyValues() {
         main.BringBackAxes();
         return;
     }
-    graph.SetAxisMin(VoltageAxis, Number(y.minimum));
-    graph.SetAxisMax(VoltageAxis, Number(y.maximum));
+    graph.SetAxisMin(VoltageAxis, y.minimum->Number());
+    graph.SetAxisMax(VoltageAxis, y.maximum->Number());
 }
 
 void frmGraphSet::StoreLiveAttributes() {

@@ -10,12 +10,12 @@ class QCheckBox;
 class QComboBox;
 class QGroupBox;
 class QLabel;
-class QLineEdit;
 class QListWidget;
 class QPushButton;
 
 namespace tracelet {
 
+class RangeBox;
 class frmMain;
 
 /// Colours and line styles of the plots, and the ranges of the X and the voltage axis. Works on a copy; "OK"
@@ -33,14 +33,15 @@ private:
         QString fault; ///< message of a reversed range
         QGroupBox* frame = nullptr;
         QCheckBox* automatic = nullptr;
-        QLineEdit* minimum = nullptr;
-        QLineEdit* maximum = nullptr;
+        RangeBox* minimum = nullptr;
+        RangeBox* maximum = nullptr;
         bool applies = false; ///< "OK" sets the axis
     };
 
     [[nodiscard]] QGroupBox* BuildPlotGroup();
     [[nodiscard]] QGroupBox* BuildAxesGroup();
     void BuildAxis(AxisGroup& group, const QString& name, const QString& caption);
+    void SetUpTips();
     void ConnectWidgets();
 
     void LoadPlots();

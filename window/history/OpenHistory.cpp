@@ -10,8 +10,11 @@
 #include "window/widgets/ZelLED.h"
 #include "window/widgets/ZelSlider.h"
 
+#include <QDragEnterEvent>
 #include <QFileDialog>
+#include <QMimeData>
 #include <QPushButton>
+#include <QUrl>
 
 #include <utility>
 
@@ -39,6 +42,15 @@ std::string ChosenProject(QWidget* owner, const std::string& folder) {
     return dialog.selectedFiles().value(0).toStdString();
 }
 
+// The one project that is dragged; empty for anything else.
+std::string DroppedProject(const QMimeData& dragged) {
+    const QList<QUrl> files = dragged.urls();
+    if (files.size() != 1 || !files.front().isLocalFile())
+        return {};
+    const QString file = files.front().toLocalFile();
+    return file.endsWith(u".tlp"_s, Qt::CaseInsensitive) ? file.toStdString() : std::string();
+}
+
 void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& plots) {
     tables.Resize(static_cast<std::int64_t>(plots.size()));
     std::int64_t i = 0;
@@ -55,10 +67,28 @@ void AssignPlots(const AttributeTables& tables, const std::vector<PlotRecord>& p
 void frmMain::BtnHistory_Click() {
     Handler(this, u"BtnHistory"_s, [this] {
         const std::string lastSaved = szHisProjectFileName.empty() ? szDir : std::string();
-        const std::string path = ChosenProject(this, lastSaved);
-        if (FileExists(path))
-            EnterHistoryMode(path);
+        OpenProject(ChosenProject(this, lastSaved));
     });
+}
+
+void frmMain::OpenProject(const std::string& path) {
+    if (FileExists(path))
+        EnterHistoryMode(path);
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent* event) {
+    if (BtnHistory->isEnabled() && !DroppedProject(*event->mimeData()).empty())
+        event->acceptProposedAction();
+}
+
+// Where the project comes from must not wait for a message box.
+void frmMain::dropEvent(QDropEvent* event) {
+    event->acceptProposedAction();
+    const auto open = [this, path = DroppedProject(*event->mimeData())] {
+        if (BtnHistory->isEnabled())
+            Handler(this, u"BtnHistory"_s, [&] { OpenProject(path); });
+    };
+    QMetaObject::invokeMethod(this, open, Qt::QueuedConnection);
 }
 
 void frmMain::EnterHistoryMode(const std::string& path) {

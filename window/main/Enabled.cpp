@@ -6,12 +6,20 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
-#include <QScopeGuard>
+
+using namespace Qt::StringLiterals;
 
 namespace tracelet {
 
 void frmMain::EnableControls(When when) {
-    const auto show = qScopeGuard([this] { ShowStatus(); });
+    EnableAsOf(when);
+    LabelAIOn->setText(bAIEnabled ? u"On"_s : u"Off"_s);
+    LabelDIOn->setText(bDIEnabled ? u"On"_s : u"Off"_s);
+    ShowNextStep();
+    ShowStatus();
+}
+
+void frmMain::EnableAsOf(When when) {
     // clang-format off
     switch (when) { // what a row does not name stays as it is
     case When::Switched:  EnableAll({CkAISave2Disk}, bAIEnabled);
@@ -41,7 +49,7 @@ void frmMain::EnableSetCmdControls(bool Enable) {
                LabelAI, LabelAIOn, LabelDI, LabelDIOn},
               Enable);
     if (Enable)
-        EnableControls(When::Switched);
+        EnableAsOf(When::Switched);
 }
 
 void frmMain::EnableHisControls(bool value) {

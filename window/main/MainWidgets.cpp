@@ -159,9 +159,9 @@ void MainWidgets::BuildSignalGroup(QWidget& window) {
     FrameCmd = Named<QGroupBox>("FrameCmd", u"Signal"_s, &window);
     ZelButton1 = Named<ZelButton>("ZelButton1", FrameCmd);
     ZelButton2 = Named<ZelButton>("ZelButton2", FrameCmd);
-    LabelAIOn = Named<QLabel>("LabelAIOn", u"On"_s, FrameCmd);
+    LabelAIOn = Named<QLabel>("LabelAIOn", FrameCmd);
     LabelAI = Named<QLabel>("LabelAI", u"Analog\ninput"_s, FrameCmd);
-    LabelDIOn = Named<QLabel>("LabelDIOn", u"On"_s, FrameCmd);
+    LabelDIOn = Named<QLabel>("LabelDIOn", FrameCmd);
     LabelDI = Named<QLabel>("LabelDI", u"Digital\ninput"_s, FrameCmd);
     QGridLayout* grid = GridIn(FrameCmd);
     grid->setVerticalSpacing(0);
@@ -184,11 +184,8 @@ void MainWidgets::BuildGraphGroup(QWidget& window) {
     QGridLayout* grid = GridIn(FrameGraph);
     grid->addWidget(BtnGraphSet, 0, 0);
     grid->addWidget(BtnClearGraph, 1, 0);
-    LabelGraphHint = Named<QLabel>(
-        "LabelGraphHint", u"Right-click the graph to choose what the mouse does: zoom or pan."_s, FrameGraph);
+    LabelGraphHint = Named<QLabel>("LabelGraphHint", FrameGraph);
     LabelGraphHint->setWordWrap(true);
-    LabelGraphHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored);
-    grid->addWidget(LabelGraphHint, 0, 1, 2, 1);
     grid->setColumnStretch(1, 1);
     grid->setRowStretch(2, 1);
 }
@@ -250,8 +247,6 @@ void MainWidgets::NameForAssistance() const {
     };
     for (const auto& [widget, name] : names)
         widget->setAccessibleName(name);
-    for (QWidget* button : std::initializer_list<QWidget*>{ChkPlay, BtnAccelerate, BtnStop})
-        button->setToolTip(button->accessibleName());
 }
 
 void MainWidgets::OrderTabs() const {

@@ -43,7 +43,7 @@ struct MainWidgets {
     QGroupBox* FrameGraph = nullptr; ///< "Graph"
     QPushButton* BtnGraphSet = nullptr;
     QPushButton* BtnClearGraph = nullptr;
-    QLabel* LabelGraphHint = nullptr; ///< shown where there is room
+    QLabel* LabelGraphHint = nullptr; ///< beside the buttons or, where there is no room, below them
 
     QGroupBox* FrameHis = nullptr; ///< "History Playback"
     QCheckBox* ChkPlay = nullptr;
@@ -89,6 +89,7 @@ private:
     [[nodiscard]] WindowPlaces DesignedPlaces() const;
     void DesignGroups(WindowPlaces& at) const;
     void DesignPlaybackRow(WindowPlaces& at) const;
+    void PlaceGraphHint() const;
 };
 
 } // namespace tracelet

@@ -4,6 +4,7 @@
 #include "window/widgets/ZelSlider.h"
 
 #include <QCheckBox>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
@@ -11,6 +12,8 @@
 
 #include <algorithm>
 #include <initializer_list>
+
+using namespace Qt::StringLiterals;
 
 namespace tracelet {
 namespace {
@@ -112,7 +115,22 @@ void MainWidgets::Place(OuterSize outer) const {
     const QRect bottomRow = PixelRect(at.FrameSet).united(PixelRect(at.BtnExit));
     FrameFoot->setGeometry(bottomRow.left(), bottomRow.bottom() + 1, bottomRow.width(),
                            FrameFoot->parentWidget()->height() - bottomRow.bottom() - 1);
-    LabelGraphHint->setVisible(FrameGraph->width() >= BtnClearGraph->minimumWidth() + HintWidth);
+    PlaceGraphHint();
+}
+
+void MainWidgets::PlaceGraphHint() const {
+    const bool isWide = FrameGraph->width() >= BtnClearGraph->minimumWidth() + HintWidth;
+    const QString text = isWide ? u"Right-click the graph to choose what the mouse does: zoom or pan."_s
+                                : u"Right-click to zoom"_s;
+    if (LabelGraphHint->text() == text)
+        return;
+    LabelGraphHint->setText(text);
+    LabelGraphHint->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Ignored); // a new text asks for room
+    auto* grid = qobject_cast<QGridLayout*>(FrameGraph->layout());
+    if (isWide)
+        grid->addWidget(LabelGraphHint, 0, 1, 2, 1);
+    else
+        grid->addWidget(LabelGraphHint, 2, 0, 1, 2);
 }
 
 } // namespace tracelet

@@ -4,6 +4,8 @@
 #include "window/main/frmMain.h"
 
 #include <QEvent>
+#include <QScreen>
+#include <QStyle>
 
 #include <utility>
 
@@ -37,6 +39,12 @@ void frmMain::Form_Resize() {
     case ResizeStep::LayOut:
         return LayOut(outer);
     }
+}
+
+void frmMain::FitToScreen() {
+    const int border = style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    const QSize frame(2 * border, border + style()->pixelMetric(QStyle::PM_TitleBarHeight));
+    resize(size().boundedTo(screen()->availableSize() - frame));
 }
 
 void frmMain::SnapToMinimum() {

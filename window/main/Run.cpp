@@ -1,6 +1,7 @@
 #include "window/main/Run.h"
 
 #include "core/base/UniqueFd.h"
+#include "window/aids/Style.h"
 #include "window/main/FontWarmUp.h"
 #include "window/main/frmMain.h"
 
@@ -11,6 +12,8 @@
 #include <cerrno>
 #include <csignal>
 #include <cstdint>
+#include <cstdio>
+#include <cstdlib>
 #include <initializer_list>
 #include <optional>
 
@@ -57,17 +60,47 @@ private:
     QSocketNotifier notifier;
 };
 
+/// While the application is made: where no display can be opened, the program ends with one line instead of
+/// the toolkit's abort. What the toolkit says meanwhile is told afterwards.
+class DisplayWatch {
+public:
+    DisplayWatch() : previous(qInstallMessageHandler(Hold)) {}
+    ~DisplayWatch() {
+        qInstallMessageHandler(previous);
+        for (const QByteArray& line : held)
+            std::fprintf(stderr, "%s\n", line.constData());
+        held.clear();
+    }
+    DisplayWatch(const DisplayWatch&) = delete;
+    DisplayWatch& operator=(const DisplayWatch&) = delete;
+
+private:
+    static void Hold(QtMsgType type, const QMessageLogContext& context, const QString& text) {
+        if (type == QtFatalMsg) {
+            std::fputs("tracelet: there is no display to open a window on\n", stderr);
+            std::_Exit(1);
+        }
+        held.append(qFormatLogMessage(type, context, text).toLocal8Bit());
+    }
+
+    static inline QByteArrayList held;
+    QtMessageHandler previous;
+};
+
 } // namespace
 
 int Run(int argc, char** argv, const std::function<void(frmMain&)>& beforeShow) {
     std::optional<FontWarmUp> fonts(std::in_place);
+    std::optional<DisplayWatch> watch(std::in_place);
     QApplication application(argc, argv);
+    watch.reset();
     fonts.reset();
     QApplication::setApplicationName(QStringLiteral("Tracelet"));
-    QApplication::setStyle(QStringLiteral("Fusion"));
+    InstallStyle();
     const EndSignals endSignals; // before there is anything that they could leave behind
     QObject::connect(&application, &QGuiApplication::commitDataRequest, [] { QCoreApplication::exit(0); });
     frmMain window;
+    window.FitToScreen();
     beforeShow(window);
     window.show();
     return QApplication::exec();

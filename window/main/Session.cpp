@@ -72,10 +72,12 @@ void frmMain::SwitchInput(ZelButton* button, bool& isInputEnabled, const QString
 
 void frmMain::CkAISave2Disk_Click() {
     bAISaveToDisk = CkAISave2Disk->isChecked();
+    ShowNextStep();
 }
 
 void frmMain::CkDISave2Disk_Click() {
     bDISaveToDisk = CkDISave2Disk->isChecked();
+    ShowNextStep();
 }
 
 void frmMain::BtnStart_Click() {

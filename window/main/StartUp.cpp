@@ -40,6 +40,9 @@ frmMain::frmMain(Surroundings given) : surroundings(std::move(given)) {
     ConnectControls();
     ConnectWidgets();
     ConnectGraph();
+    ConnectKeys();
+    SetUpTips();
+    setAcceptDrops(true);
     statusTimer.start(StatusMs);
 }
 
@@ -74,7 +77,7 @@ void frmMain::ConnectControls() {
     connect(ZelAI1, &ZelAI::Picking, this, &frmMain::FindMore);
     connect(ZelDIO1, &ZelDIO::Picking, this, &frmMain::FindMore);
     connect(ZelHiResTimerCtl1, &ZelHiResTimerCtl::OnTimer, this, &frmMain::ZelHiResTimerCtl1_OnTimer);
-    connect(&statusTimer, &QTimer::timeout, this, &frmMain::ShowStatus);
+    connect(&statusTimer, &QTimer::timeout, this, [this] { QuietHandler([this] { ShowStatus(); }); });
     silence.setSingleShot(true);
     connect(&silence, &QTimer::timeout, this, &frmMain::TellSilence);
     connect(ZelAI1, &ZelAI::OnFirstBufferChange, this, &frmMain::ZelAI1_OnFirstBufferChange);

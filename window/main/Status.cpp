@@ -1,10 +1,11 @@
 #include "core/files/Paths.h"
-#include "core/playback/PlaybackPosition.h"
 #include "window/chart/ZelGraph.h"
 #include "window/ground/StatusLine.h"
 #include "window/main/frmMain.h"
 
 #include <algorithm>
+#include <cmath>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -64,8 +65,8 @@ SessionStatus frmMain::PlaybackStatus() const {
                                    : SessionStatus::Doing::Open;
     status.recording = RecordingName(recording.project);
     status.boards = recording.session.boards;
-    status.time = ScanTime(HisScanIndex, ScanInterval);
-    status.length = ScanTime(HisScanCount, ScanInterval);
+    status.time = static_cast<double>(HisScanIndex) * ScanInterval;
+    status.length = HisScanCount * ScanInterval;
     status.scans = HisScanCount;
     status.losses = CountsOf(recording.session.losses);
     return status;
@@ -114,8 +115,9 @@ void frmMain::ForgetLosses() {
 void frmMain::MarkRecordedLosses() {
     ZelGraph1->ClearLossMarks();
     for (const SampleLoss& loss : recording.session.losses) {
-        const double time = ScanTime(loss.nextScan, ScanInterval);
-        ZelGraph1->MarkLoss(time, time, LossText(loss));
+        const double time = loss.nextScan * ScanInterval;
+        if (std::isfinite(time))
+            ZelGraph1->MarkLoss(time, time, LossText(loss));
     }
 }
 

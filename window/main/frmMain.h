@@ -25,6 +25,9 @@
 //   graph/Interaction.cpp       Menufile, the graph's mouse and error handlers, BtnClearGraph_Click
 //   graph/Pictures.cpp          pictures of the chart: CopyPicture, SavePicture, PrintPicture
 //   graph/GraphSet.cpp          BtnGraphSet_Click
+//   help/Keys.cpp               what keys do; beside it the page that F1 shows
+//   help/MainTips.cpp           what controls tell of themselves
+//   help/Hint.cpp               what to do next, in the empty chart
 // clang-format on
 
 #include "core/base/TickCount.h"
@@ -250,11 +253,15 @@ public:
     void BtnClearGraph_Click();
     void BtnGraphSet_Click();
     void Form_Resize();
+    /// Makes a window that was not shown yet no larger than its screen.
+    void FitToScreen();
 
 protected:
     void closeEvent(QCloseEvent* event) override;
     void resizeEvent(QResizeEvent* event) override;
     bool event(QEvent* event) override;
+    void dragEnterEvent(QDragEnterEvent* event) override;
+    void dropEvent(QDropEvent* event) override;
 
 private:
     void MakeControls();
@@ -329,6 +336,9 @@ private:
     /// Offers the last unsaved recording no more, so that it can be replaced.
     void LetUnsavedGo();
 
+    void EnableAsOf(When when);
+
+    void OpenProject(const std::string& path);
     void EnterHistoryMode(const std::string& path);
     void ShowDataFiles();
     void ShowRecordingStart();
@@ -369,6 +379,13 @@ private:
     [[nodiscard]] QString UnitOf(const PlotLook& look) const;
     /// Units of the shown plots on an axis, "V, mA".
     [[nodiscard]] QString UnitsOn(int axis) const;
+
+    void ConnectKeys();
+    void SetUpTips();
+    /// Why most of what is disabled is disabled, or else `otherwise`.
+    [[nodiscard]] QString WhatGoesFirst(const QString& otherwise) const;
+    [[nodiscard]] QString NextStep() const;
+    void ShowNextStep();
 
     void SnapToMinimum();
     void LayOut(QSize outer);

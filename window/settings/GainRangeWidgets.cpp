@@ -1,4 +1,5 @@
 #include "core/settings/ChannelTable.h"
+#include "window/aids/EnterPresses.h"
 #include "window/ground/Handler.h"
 #include "window/settings/DialogParts.h"
 #include "window/settings/dlgGainRange.h"
@@ -25,7 +26,7 @@ const QString WidestCaption = u"ExpChan"_s;
 void dlgGainRange::Build() {
     BuildTable();
     OKButton = Named<QPushButton>("OKButton", u"Exit"_s);
-    OKButton->setAutoDefault(false);
+    EnterPresses(OKButton);
 
     auto* grid = new QGridLayout(this);
     grid->addWidget(lstViewGain, 0, 0, 6, 1);

@@ -46,7 +46,8 @@ QWidget* frmSetting::BuildSoftPage() {
     grid->addWidget(FrameDIScan, 1, 1);
     grid->addLayout(interval, 2, 0);
     grid->addWidget(cmdDIOK, 4, 1, Qt::AlignRight);
-    grid->setRowStretch(3, 1);
+    for (const int row : {0, 1}) // as high as the other page
+        grid->setRowStretch(row, 1);
     grid->setColumnStretch(0, 1);
     grid->setColumnStretch(1, 1);
     return page;

@@ -24,6 +24,7 @@ dlgGainRange::dlgGainRange(QWidget& owner, frmMain& mainWindow)
     setObjectName(u"dlgGainRange"_s);
     setWindowTitle(u"Input Range"_s);
     Build();
+    SetUpTips();
     ShowFirstChannel();
     ConnectWidgets();
 }

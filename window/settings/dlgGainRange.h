@@ -73,6 +73,7 @@ private:
     [[nodiscard]] QGroupBox* BuildThermo();
     [[nodiscard]] QGroupBox* BuildRange();
     [[nodiscard]] QGroupBox* BuildConnection();
+    void SetUpTips();
     void ConnectWidgets();
 
     void ShowFirstChannel();

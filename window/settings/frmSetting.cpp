@@ -1,6 +1,7 @@
 #include "window/settings/frmSetting.h"
 
 #include "core/settings/BoxRules.h"
+#include "window/aids/EnterPresses.h"
 #include "window/ground/Handler.h"
 #include "window/ground/LeaveCheck.h"
 #include "window/main/frmMain.h"
@@ -46,6 +47,7 @@ frmSetting::frmSetting(frmMain& mainWindow)
     BuildPages();
     ConnectWidgets();
     WatchBoxes();
+    SetUpTips();
 
     txtAITimeInterval->setText(QString::number(main.nTimerInterval));
     QuietHandler([this] { GetAIPropertiesEx(); });
@@ -63,7 +65,7 @@ void frmSetting::BuildPages() {
     layout->addWidget(SSTab1);
     layout->setSizeConstraint(QLayout::SetMinimumSize);
     for (QPushButton* button : findChildren<QPushButton*>())
-        button->setAutoDefault(false); // Enter in a box must not press a button
+        EnterPresses(button);
 }
 
 void frmSetting::BuildAnalogDevice(int page, const QString& caption) {

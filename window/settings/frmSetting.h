@@ -6,6 +6,7 @@
 // clang-format off
 //   settings/frmSetting.cpp   opening, the analog device and channels of both pages
 //   settings/FastPage.cpp     page "Fast AI": GetFAIProperties, SetFAIProperties, chkCylic_Click, cmdFAIOK_Click
+//   settings/SettingTips.cpp  what the controls tell of themselves
 //   settings/SoftPage.cpp     page "SoftAI and/or DI": the digital half, cmdDIOK_Click
 // clang-format on
 //
@@ -28,6 +29,7 @@ class QTabWidget;
 
 namespace tracelet {
 
+class Tips;
 class ZelAI;
 class ZelDIO;
 class frmMain;
@@ -144,6 +146,14 @@ private:
     void WatchBoxes();
     void Watch(QLineEdit* box, const BoxRule& rule);
     void ConnectWidgets();
+
+    void SetUpTips();
+    void AddAnalogTips(Tips& tips, int page);
+    void AddFastTips(Tips& tips);
+    void AddTriggerTips(Tips& tips);
+    void AddDigitalTips(Tips& tips);
+    /// Why a control of analog input is disabled: there is no board, or else `lack`.
+    [[nodiscard]] QString WhatBoardLacks(const QString& lack) const;
 
     void GetFAIProperties();
     void ProbePacer();

@@ -8,7 +8,7 @@ namespace tracelet {
 namespace {
 
 std::int32_t SampledCode(const Converter& converter, const ChannelSetup& channel, const Signal& signal,
-                         std::uint64_t index) {
+                         SignalPlace index) {
     return CodeOf(SignalValue(signal, channel.range, index), channel.range, converter.resolution);
 }
 
@@ -87,14 +87,14 @@ void FillSpan(const std::vector<std::vector<Sample>>& periods, std::uint64_t fir
 } // namespace
 
 std::int16_t SampledCount(const Converter& converter, const ChannelSetup& channel, const Signal& signal,
-                          std::uint64_t index) {
+                          SignalPlace index) {
     const std::int16_t count = CountOf(SampledCode(converter, channel, signal, index), converter.resolution);
     const std::int32_t tag = converter.taggedCounts ? (channel.channel & 15) << 12 : 0;
     return static_cast<std::int16_t>(count | tag);
 }
 
 double SampledValue(const Converter& converter, const ChannelSetup& channel, const Signal& signal,
-                    std::uint64_t index) {
+                    SignalPlace index) {
     return ValueOf(SampledCode(converter, channel, signal, index), channel.range, converter.resolution);
 }
 

@@ -18,9 +18,9 @@ struct Converter {
 
 /// Raw count of a signal, and its value as the converter sees it, at an index.
 [[nodiscard]] std::int16_t SampledCount(const Converter& converter, const ChannelSetup& channel,
-                                        const Signal& signal, std::uint64_t index);
+                                        const Signal& signal, SignalPlace index);
 [[nodiscard]] double SampledValue(const Converter& converter, const ChannelSetup& channel,
-                                  const Signal& signal, std::uint64_t index);
+                                  const Signal& signal, SignalPlace index);
 
 /// Sample form of a buffer.
 [[nodiscard]] SampleForm FormOf(const StreamBuffer& buffer);

@@ -73,7 +73,7 @@ void SimulatedAnalogBoard::CheckScan(std::span<const ChannelSetup> channels) con
         CheckChannel(channel);
 }
 
-double SimulatedAnalogBoard::PolledValue(const ChannelSetup& channel, std::uint64_t ordinal) const {
+double SimulatedAnalogBoard::PolledValue(const ChannelSetup& channel, SignalPlace ordinal) const {
     return SampledValue(ConverterOf(), channel, PolledSignal(kind.number, channel.channel), ordinal);
 }
 
@@ -85,8 +85,9 @@ void SimulatedAnalogBoard::ReadScan(std::span<const ChannelSetup> channels, std:
     if (values.size() != channels.size())
         throw Fault::SubscriptOutOfRange();
     std::this_thread::sleep_for(now.slow);
+    const SignalPlace ordinal = PolledOrdinal(kind.clock, scansRead);
     for (std::size_t i = 0; i < channels.size(); ++i)
-        values[i] = PolledValue(channels[i], scansRead);
+        values[i] = PolledValue(channels[i], ordinal);
     ++scansRead;
 }
 
@@ -103,11 +104,11 @@ ThermocoupleReading SimulatedAnalogBoard::ReadThermocouple(const ChannelSetup& c
     if (expansion < 0 || expansion > 15)
         throw RunTimeError("The board has no expansion channel " + NumberText(expansion));
     std::this_thread::sleep_for(now.slow);
-    std::uint64_t& ordinal = thermocoupleReadings[{channel.channel, expansion}];
-    const double celsius = SimulatedCelsius(channel.channel, expansion, ordinal);
+    std::uint64_t& readings = thermocoupleReadings[{channel.channel, expansion}];
+    const double celsius = SimulatedCelsius(channel.channel, expansion, PolledOrdinal(kind.clock, readings));
     const double junction = SimulatedColdJunction(channel.channel);
     const double millivolts = ThermocoupleMillivolts(type, celsius) - ThermocoupleMillivolts(type, junction);
-    ++ordinal;
+    ++readings;
     return {millivolts, junction};
 }
 

@@ -3,6 +3,7 @@
 #include "core/boards/Board.h"
 #include "core/drivers/simulated/Faults.h"
 #include "core/drivers/simulated/SampleTables.h"
+#include "core/drivers/simulated/SimulatedSignals.h"
 #include "core/drivers/simulated/SimulatedStream.h"
 
 #include <cstdint>
@@ -18,11 +19,13 @@ struct SimulatedAnalogKind {
     AnalogBoardInfo info;
     double dividedClock = 0.0; ///< hertz; rates are this by a whole number, or with 0 whole millihertz
     bool taggedCounts = false; ///< see Converter
+    SignalClock clock = {};    ///< that polled readings follow
 };
 
-/// A board without hardware. Its samples are those of SimulatedSignals.h: a polled scan is that of the number
-/// of scans read before it since the board was made, a thermocouple reading that of the number of readings of
-/// its channel, a stream begins at FirstScan. Readings that fail are not counted.
+/// A board without hardware. Its samples are those of SimulatedSignals.h: a polled scan is that of the clock
+/// or, without one, of the number of scans read before it since the board was made, a thermocouple reading
+/// then that of the number of readings of its channel; a stream begins at FirstScan. Readings that fail are
+/// not counted.
 class SimulatedAnalogBoard final : public AnalogBoard {
 public:
     explicit SimulatedAnalogBoard(SimulatedAnalogKind described);
@@ -45,7 +48,7 @@ public:
     /// Scans that were read, so the ordinal of the next one.
     [[nodiscard]] std::uint64_t ScansRead() const { return scansRead; }
     /// Value that ReadScan gives for a channel in the scan of this ordinal.
-    [[nodiscard]] double PolledValue(const ChannelSetup& channel, std::uint64_t ordinal) const;
+    [[nodiscard]] double PolledValue(const ChannelSetup& channel, SignalPlace ordinal) const;
     void SetFaults(const Faults& value) { faults.Set(value); }
     /// Whether streams that are started from now on keep real time (as made) or come as fast as they are
     /// read.

@@ -115,29 +115,31 @@ BoardEntry<BoardType> Entry(std::shared_ptr<BoardType> board) {
     return entry;
 }
 
-void Add(BoardList& list, SimulatedAnalogKind kind) {
+void Add(BoardList& list, SimulatedAnalogKind kind, const SignalClock& clock) {
+    kind.clock = clock;
     kind.number = static_cast<std::int32_t>(list.analog.size());
     list.analog.push_back(Entry<AnalogBoard>(std::make_shared<SimulatedAnalogBoard>(std::move(kind))));
 }
 
-void Add(BoardList& list, const char* name, std::int32_t portCount) {
+void Add(BoardList& list, const char* name, std::int32_t portCount, const SignalClock& clock) {
     DigitalBoardInfo info;
     info.name = name;
     info.driver = DriverName;
     info.simulated = true;
     info.portCount = portCount;
-    list.digital.push_back(Entry<DigitalBoard>(std::make_shared<SimulatedDigitalBoard>(std::move(info))));
+    list.digital.push_back(
+        Entry<DigitalBoard>(std::make_shared<SimulatedDigitalBoard>(std::move(info), clock)));
 }
 
 } // namespace
 
-BoardList SimulatedBoards() {
+BoardList SimulatedBoards(const SignalClock& clock) {
     BoardList list;
     for (auto* make : {Plain, Swift, Small, HighGain6601, Tagged6602, HighGain6605, Isolated3605})
-        Add(list, make());
-    Add(list, "Merula Port 4", 4);
-    Add(list, "Merula Port 1", 1);
-    Add(list, "Merula Port 12", 12);
+        Add(list, make(), clock);
+    Add(list, "Merula Port 4", 4, clock);
+    Add(list, "Merula Port 1", 1, clock);
+    Add(list, "Merula Port 12", 12, clock);
     return list;
 }
 

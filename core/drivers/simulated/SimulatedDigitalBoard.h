@@ -2,16 +2,18 @@
 
 #include "core/boards/Board.h"
 #include "core/drivers/simulated/Faults.h"
+#include "core/drivers/simulated/SimulatedSignals.h"
 
 #include <cstdint>
 
 namespace tracelet {
 
-/// A digital board without hardware. Port p of a reading is SimulatedPort(p, number of readings before it
-/// since the board was made). Readings that fail are not counted.
+/// A digital board without hardware. Port p of a reading is SimulatedPort(p, ordinal), the ordinal being that
+/// of the clock or, without one, the number of readings before it since the board was made. Readings that
+/// fail are not counted.
 class SimulatedDigitalBoard final : public DigitalBoard {
 public:
-    explicit SimulatedDigitalBoard(DigitalBoardInfo described);
+    explicit SimulatedDigitalBoard(DigitalBoardInfo described, SignalClock followed = {});
 
     [[nodiscard]] const DigitalBoardInfo& Info() const override { return info; }
     void Open() override;
@@ -25,6 +27,7 @@ public:
 
 private:
     const DigitalBoardInfo info;
+    const SignalClock clock;
     bool isOpen = false;
     std::uint64_t readings = 0;
     FaultSwitch faults;

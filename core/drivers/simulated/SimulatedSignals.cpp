@@ -25,8 +25,8 @@ Signal ChannelSignal(std::int32_t board, std::int32_t channel, std::int64_t wave
     return signal;
 }
 
-double TriangleLevel(std::uint64_t q, std::int64_t period) {
-    return 1.0 - std::abs(4.0 * static_cast<double>(q) / static_cast<double>(period) - 2.0);
+double TriangleLevel(double q, double period) {
+    return 1.0 - std::abs(4.0 * q / period - 2.0);
 }
 
 bool Passes(double before, double now, const TriggerSetup& trigger) {
@@ -41,7 +41,7 @@ std::optional<std::uint64_t> TriggerScan(std::int32_t board, const TriggerSetup&
     const Signal signal = StreamSignal(board, trigger.source - 1, scanRate);
     double before = signal.amplitude * SignalLevel(signal, 0);
     for (std::int64_t scan = 1; scan <= signal.period; ++scan) {
-        const double now = signal.amplitude * SignalLevel(signal, static_cast<std::uint64_t>(scan));
+        const double now = signal.amplitude * SignalLevel(signal, scan);
         if (Passes(before, now, trigger))
             return static_cast<std::uint64_t>(scan);
         before = now;
@@ -57,6 +57,10 @@ std::uint64_t ScansIn(double milliseconds, double scanRate) {
 }
 
 } // namespace
+
+SignalPlace PolledOrdinal(const SignalClock& clock, std::uint64_t readings) {
+    return clock ? SignalPlace(clock() / PolledStep) : SignalPlace(readings);
+}
 
 Signal StreamSignal(std::int32_t board, std::int32_t channel, double scanRate) {
     const double frequency = 10.0 + 5.0 * (channel % 7);
@@ -76,25 +80,26 @@ std::uint32_t Scramble(std::uint32_t x) {
     return x;
 }
 
-double SignalLevel(const Signal& signal, std::uint64_t index) {
-    const auto period = static_cast<std::uint64_t>(signal.period);
-    const std::uint64_t q = index % period;
+double SignalLevel(const Signal& signal, SignalPlace index) {
+    const auto period = static_cast<double>(signal.period);
+    const double q = std::fmod(index.at, period);
+    const auto whole = static_cast<std::int64_t>(q);
     switch (signal.shape) {
     case SignalShape::Sine:
-        return std::sin(2.0 * std::numbers::pi * static_cast<double>(q) / static_cast<double>(period));
+        return std::sin(2.0 * std::numbers::pi * q / period);
     case SignalShape::Square:
         return 2 * q < period ? 1.0 : -1.0;
     case SignalShape::Triangle:
-        return TriangleLevel(q, signal.period);
+        return TriangleLevel(q, period);
     case SignalShape::Noise:
-        return Scramble(signal.seed + static_cast<std::uint32_t>(q)) / 2147483648.0 - 1.0;
+        return Scramble(signal.seed + static_cast<std::uint32_t>(whole)) / 2147483648.0 - 1.0;
     case SignalShape::Spike:
-        return q == period / 2 ? 1.0 : 0.0;
+        return whole == signal.period / 2 ? 1.0 : 0.0;
     }
     return 0.0;
 }
 
-double SignalValue(const Signal& signal, const InputRange& range, std::uint64_t index) {
+double SignalValue(const Signal& signal, const InputRange& range, SignalPlace index) {
     const double level = SignalLevel(signal, index);
     return IsMilliamperes(range) ? 12.0 + 8.0 * level : signal.amplitude * level;
 }
@@ -114,16 +119,18 @@ std::optional<std::uint64_t> FirstScan(std::int32_t board, const StreamSetup& se
     return setup.totalSamples == 0 || end < length ? 0 : end - length;
 }
 
-double SimulatedCelsius(std::int32_t channel, std::int32_t expansion, std::uint64_t ordinal) {
-    return 100.0 + 2.0 * channel + 5.0 * expansion + 50.0 * TriangleLevel(ordinal % 200, 200);
+double SimulatedCelsius(std::int32_t channel, std::int32_t expansion, SignalPlace ordinal) {
+    return 100.0 + 2.0 * channel + 5.0 * expansion +
+           50.0 * TriangleLevel(std::fmod(ordinal.at, 200.0), 200.0);
 }
 
 double SimulatedColdJunction(std::int32_t channel) {
     return 24.0 + 0.5 * (channel % 4);
 }
 
-std::uint8_t SimulatedPort(std::int32_t port, std::uint64_t ordinal) {
-    return static_cast<std::uint8_t>((ordinal + 16U * static_cast<std::uint64_t>(port)) % 256U);
+std::uint8_t SimulatedPort(std::int32_t port, SignalPlace ordinal) {
+    return static_cast<std::uint8_t>(
+        (static_cast<std::uint64_t>(ordinal.at) + 16U * static_cast<std::uint64_t>(port)) % 256U);
 }
 
 } // namespace tracelet

@@ -312,5 +312,20 @@ TEST(ProjectInfo, ReadsTheFile) {
     EXPECT_EQ(FaultOf([&] { (void)ReadProjectFile("C:\\Project.tlp"); }), "Path not found");
 }
 
+TEST(ProjectInfo, AFileOfAnotherKindIsToldAsThat) {
+    const TemporaryFolder folder;
+    const auto fault = [&](const std::string& bytes) {
+        const std::string path = folder.Write("Some.tlp", bytes);
+        return FaultOf([&] { (void)ReadProjectFile(path); });
+    };
+    for (const std::string& other :
+         {"Dear Sir or Madam"s, "nonsense"s, "\x89PNG\r\n\x1A\n"s, "PK\x03\x04"s, std::string(500, '\xFE')})
+        EXPECT_EQ(fault(other), "The file is not a Tracelet project") << other;
+    const std::string whole = Joined(BothInputsFields);
+    for (const std::size_t length : {0U, 1U, 2U, 7U, 8U, 20U})
+        EXPECT_EQ(fault(whole.substr(0, length)).find("The file is not"), std::string::npos) << length;
+    EXPECT_EQ(fault("\x01\0"s + whole.substr(2)), "") << "any flag but 0 is true";
+}
+
 } // namespace
 } // namespace tracelet

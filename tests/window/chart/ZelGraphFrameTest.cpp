@@ -267,5 +267,19 @@ TEST_F(ZelGraphFrame, NamesInDarkColoursAreReadable) {
     EXPECT_GT(brightest, 100);
 }
 
+TEST_F(ZelGraphFrame, AHintStandsInTheChartUntilTheFirstSample) {
+    graph.AddPlot({QStringLiteral("one"), Green, 0, VoltageAxis, 0});
+    const QImage plain = graph.grab().toImage();
+    graph.SetHint(QStringLiteral("Press Start"));
+    EXPECT_EQ(graph.Hint(), QStringLiteral("Press Start"));
+    EXPECT_NE(graph.grab().toImage(), plain);
+    graph.AddPoint(0, 1.0, std::nan("")); // no trace is seen
+    EXPECT_EQ(graph.grab().toImage(), plain);
+    graph.ClearData();
+    EXPECT_NE(graph.grab().toImage(), plain);
+    graph.SetHint({});
+    EXPECT_EQ(graph.grab().toImage(), plain);
+}
+
 } // namespace
 } // namespace tracelet

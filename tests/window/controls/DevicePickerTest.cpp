@@ -153,6 +153,18 @@ TEST_F(DevicePickerTest, CancelAndEscapeKeepTheSelectionAndItsSettings) {
     EXPECT_EQ(ai.SampleRate(), 777.0);
 }
 
+TEST_F(DevicePickerTest, EnterOnCancelCancels) {
+    Pick(ai, [&](QDialog& picker) {
+        picker.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&picker));
+        ClickRow(*ListOf(picker), 0);
+        QPushButton* cancel = ButtonOf(picker, QStringLiteral("BtnCancel"));
+        cancel->setFocus();
+        QTest::keyClick(cancel, Qt::Key_Return);
+    });
+    EXPECT_EQ(ai.DeviceNumber(), 2);
+}
+
 TEST_F(DevicePickerTest, OkOnTheSelectedBoardKeepsItsSettings) {
     ai.SetSampleRate(777);
     Pick(ai, [&](QDialog& picker) { QTest::keyClick(&picker, Qt::Key_Return); });

@@ -1,9 +1,11 @@
 #include "window/files/Dialog.h"
 
+#include "tests/support/MessageBoxes.h"
 #include "tests/support/TemporaryFolder.h"
 #include "window/folders/FolderLists.h"
 
 #include <QComboBox>
+#include <QDateTime>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -114,6 +116,7 @@ TEST_F(DialogTest, OKTakesAnEmptyNameToo) {
     szNewFolder = "before";
     Dialog dialog(program, szDrive, szDir, szNewFolder);
     dialog.show();
+    Find<QLineEdit>(dialog, "txtFolderName")->clear();
     QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(szNewFolder, "");
@@ -147,7 +150,45 @@ TEST_F(DialogTest, ReopensWhereTheUserLeftIt) {
     const Dialog dialog(program, szDrive, szDir, szNewFolder);
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Path(), folder.Path());
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Drive(), "/");
-    EXPECT_EQ(Find<QLineEdit>(dialog, "txtFolderName")->text(), u""_s);
+}
+
+TEST_F(DialogTest, TheNameStartsFromDateAndTimeThatTypingReplaces) {
+    Dialog dialog(program, szDrive, szDir, szNewFolder);
+    auto* name = Find<QLineEdit>(dialog, "txtFolderName");
+    const QDateTime told = QDateTime::fromString(name->text(), u"yyyy-MM-dd HH-mm-ss"_s);
+    EXPECT_LT(std::abs(told.secsTo(QDateTime::currentDateTime())), 60);
+    EXPECT_EQ(name->selectedText(), name->text());
+    dialog.show();
+    QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
+    EXPECT_EQ(szNewFolder, told.toString(u"yyyy-MM-dd HH-mm-ss"_s).toStdString());
+}
+
+TEST_F(DialogTest, AFolderTypedIsTheOneOfOK) {
+    Dialog dialog(program, szDrive, szDir, szNewFolder);
+    dialog.show();
+    dialog.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&dialog));
+    auto* path = Find<QLineEdit>(dialog, "txtPath");
+    path->setFocus();
+    path->selectAll();
+    QTest::keyClicks(path, QString::fromStdString(folder.Path()));
+    QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton); // without Enter
+    EXPECT_FALSE(dialog.isVisible());
+    EXPECT_EQ(szDir, folder.Path());
+}
+
+TEST_F(DialogTest, EnterInThePathKeepsTheDialogOpen) {
+    MessageBoxes boxes;
+    Dialog dialog(program, szDrive, szDir, szNewFolder);
+    dialog.show();
+    auto* path = Find<QLineEdit>(dialog, "txtPath");
+    for (const std::string& typed : {folder.Path(), folder / "none"}) {
+        path->setText(QString::fromStdString(typed));
+        QTest::keyClick(path, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible());
+        EXPECT_EQ(dialog.findChild<FolderLists*>()->Path(), folder.Path());
+    }
+    EXPECT_THAT(boxes.Take(), testing::ElementsAre(MessageBoxes::Box{"Path not found", "Tracelet"}));
 }
 
 TEST_F(DialogTest, EverythingIsReachedByKeyboard) {
@@ -160,7 +201,7 @@ TEST_F(DialogTest, EverythingIsReachedByKeyboard) {
         QTest::keyClick(&dialog, Qt::Key_Tab);
     }
     EXPECT_EQ(visited.value(0), u"txtFolderName"_s) << "typing goes into the name";
-    for (const char* name : {"Drive1", "Dir1", "txtFolderName", "OKButton", "BtnCancel"})
+    for (const char* name : {"Drive1", "txtPath", "Dir1", "txtFolderName", "OKButton", "BtnCancel"})
         EXPECT_TRUE(visited.contains(QLatin1String(name))) << name;
 }
 

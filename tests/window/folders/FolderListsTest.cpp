@@ -6,8 +6,10 @@
 
 #include <QComboBox>
 #include <QDir>
+#include <QLineEdit>
 #include <QListWidget>
 #include <QTest>
+#include <QToolButton>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -124,6 +126,73 @@ TEST_F(FolderListsTest, EnterGoesIn) {
     EXPECT_EQ(lists.Path(), program + "/Inner");
     QTest::keyClick(lists.Dir1, Qt::Key_Enter); // ".." is the current entry now
     EXPECT_EQ(lists.Path(), program);
+}
+
+TEST_F(FolderListsTest, ATypedPathIsEnteredByEnterAndByLeavingIt) {
+    lists.Load(program, drive, path);
+    lists.show();
+    lists.activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(&lists));
+    const auto type = [this](const std::string& text) {
+        lists.txtPath->setFocus();
+        lists.txtPath->selectAll();
+        QTest::keyClicks(lists.txtPath, QString::fromStdString(text));
+    };
+    type(folder / "beta");
+    QTest::keyClick(lists.txtPath, Qt::Key_Return);
+    EXPECT_EQ(lists.Path(), folder / "beta");
+    EXPECT_EQ(fs::current_path(), folder / "beta");
+    EXPECT_THAT(Listed(), ElementsAre(".."));
+    type("../Alpha");
+    lists.Dir1->setFocus();
+    EXPECT_EQ(lists.Path(), program);
+    EXPECT_EQ(lists.txtPath->text().toStdString(), program);
+}
+
+TEST_F(FolderListsTest, ATypedPathThatCannotBeEnteredIsTold) {
+    MessageBoxes boxes;
+    lists.Load(program, drive, path);
+    lists.show();
+    const auto activate = [this] {
+        lists.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&lists));
+    };
+    activate();
+    for (const std::string& typed : {folder / "none", folder / "file", folder / "other\\system"}) {
+        lists.txtPath->setFocus();
+        lists.txtPath->setText(QString::fromStdString(typed));
+        QTest::keyClick(lists.txtPath, Qt::Key_Return);
+        EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"Path not found", "Tracelet"}));
+        EXPECT_EQ(lists.txtPath->text().toStdString(), typed) << "to be put right";
+        activate();
+        lists.txtPath->setFocus();
+        lists.Dir1->setFocus();
+        EXPECT_THAT(boxes.Take(), ElementsAre(MessageBoxes::Box{"Path not found", "Tracelet"}));
+        EXPECT_EQ(lists.txtPath->text().toStdString(), program) << "left as it is, it means nothing";
+    }
+    EXPECT_EQ(lists.Path(), program);
+}
+
+TEST_F(FolderListsTest, HomeAndDocumentsAreAClickAway) {
+    const QByteArray homeBefore = qgetenv("HOME");
+    qputenv("HOME", folder.Path().c_str());
+    fs::create_directory(folder / "Documents");
+    FolderLists places;
+    places.Load(program, drive, path);
+    for (const auto& [button, name] : {std::pair("BtnDocuments", "/Documents"), {"BtnHome", ""}}) {
+        QTest::mouseClick(places.findChild<QToolButton*>(QLatin1String(button)), Qt::LeftButton);
+        EXPECT_EQ(places.Path(), folder.Path() + name);
+    }
+    fs::remove(folder / "Documents");
+    EXPECT_TRUE(FolderLists().findChild<QToolButton*>(u"BtnDocuments"_s)->isHidden());
+    qputenv("HOME", homeBefore);
+}
+
+TEST_F(FolderListsTest, WorkFoldersAreNotListed) {
+    for (const char* name : {"tl0A1f.tmp", "tl0A1g.tmp", "tl.tmp"})
+        fs::create_directory(fs::path(program) / name);
+    lists.Load(program, drive, path);
+    EXPECT_THAT(Listed(), ElementsAre("..", "Inner", "tl.tmp", "tl0A1g.tmp"));
 }
 
 TEST_F(FolderListsTest, TheRootHasNothingAbove) {

@@ -106,26 +106,24 @@ TEST_F(GraphSetTest, KeysChooseStyles) {
     EXPECT_EQ(window->M1.AIPlotLineStyle[0], 2);
 }
 
-TEST_F(GraphSetTest, NothingIsSelectedAtFirst) {
-    InDialog([&] {
-        EXPECT_TRUE(Find<QListWidget>("lstPlots")->selectedItems().isEmpty());
-        EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), -1);
-    });
-}
-
-TEST_F(GraphSetTest, ArrowKeySelectsTheFirstPlotFirst) {
+TEST_F(GraphSetTest, TheFirstPlotIsSelectedAtFirst) {
+    window->M1.AIPlotLineStyle[0] = 3;
     Scan(0, 2);
     InDialog([&] {
-        auto* list = Find<QListWidget>("lstPlots");
-        dialog->activateWindow();
-        ASSERT_TRUE(QTest::qWaitForWindowActive(dialog));
-        list->setFocus();
-        for (int row = 0; row < 2; ++row) {
-            QTest::keyClick(list, Qt::Key_Down);
-            ASSERT_EQ(list->selectedItems().size(), 1);
-            EXPECT_TRUE(list->item(row)->isSelected());
-        }
-        EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 0);
+        EXPECT_TRUE(Find<QListWidget>("lstPlots")->item(0)->isSelected());
+        EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), 3);
+        EXPECT_FALSE(Find<QPushButton>("BtnColor")->styleSheet().isEmpty());
+        Ok();
+    });
+    EXPECT_EQ(window->M1.AIPlotLineStyle[0], 3);
+}
+
+TEST_F(GraphSetTest, WithoutPlotsNoneIsSelected) {
+    Open(BoardList{});
+    InDialog([&] {
+        EXPECT_EQ(Find<QListWidget>("lstPlots")->count(), 0);
+        EXPECT_EQ(Find<QComboBox>("CmbLineStyle")->currentIndex(), -1);
+        Click(Find<QPushButton>("BtnColor"));
     });
 }
 
@@ -163,6 +161,7 @@ TEST_F(GraphSetTest, ColourButtonShowsThePlotsColour) {
 
 TEST_F(GraphSetTest, ColourWithoutAPlotOpensNoChooser) {
     InDialog([&] {
+        Find<QListWidget>("lstPlots")->clearSelection();
         Click(Find<QPushButton>("BtnColor"));
         EXPECT_EQ(QApplication::activeModalWidget(), dialog);
     });
@@ -224,6 +223,7 @@ TEST_F(GraphSetTest, PlotOutsideATableIsAFault) {
 
 TEST_F(GraphSetTest, StyleWithoutAPlotDoesNothing) {
     InDialog([&] {
+        Find<QListWidget>("lstPlots")->clearSelection();
         Choose(2);
         Ok();
     });

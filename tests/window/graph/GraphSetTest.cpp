@@ -3,6 +3,7 @@
 #include "tests/window/graph/GraphSetTest.h"
 
 #include "window/chart/ZelGraph.h"
+#include "window/graph/RangeBox.h"
 #include "window/widgets/ZelLED.h"
 
 #include <QTreeWidget>
@@ -63,6 +64,49 @@ TEST_F(GraphSetTest, ReturnInABoxPressesNoButton) {
         EXPECT_TRUE(dialog->isVisible());
         EXPECT_EQ(window->ZelGraph1->XAxisMax(), 10.0);
     });
+}
+
+TEST_F(GraphSetTest, EnterPressesTheButtonThatHasTheFocus) {
+    InDialog([&] {
+        Enter("txtXMax");
+        Find<QPushButton>("BtnCancel")->setFocus();
+        QTest::keyClick(Find<QPushButton>("BtnCancel"), Qt::Key_Return);
+        EXPECT_FALSE(dialog->isVisible());
+    });
+    InDialog([&] {
+        Type("txtXMax", "99");
+        Find<QPushButton>("BtnApply")->setFocus();
+        QTest::keyClick(Find<QPushButton>("BtnApply"), Qt::Key_Enter);
+        EXPECT_FALSE(dialog->isVisible());
+    });
+    EXPECT_EQ(window->ZelGraph1->XAxisMax(), 99.0);
+}
+
+TEST_F(GraphSetTest, RangesAreShownRoundedAndKeptAsTheyAre) {
+    const double minimum = 1.0 / 3.0;
+    const double maximum = 10.0 / 3.0;
+    ZelGraph& graph = *window->ZelGraph1;
+    graph.AxisSetRange(XAxis, minimum, maximum);
+    graph.AxisSetRange(VoltageAxis, -1e-7 / 3.0, 1e-7);
+    InDialog([&] {
+        EXPECT_EQ(Find<RangeBox>("txtXMin")->Drawn(), u"0.333333"_s);
+        EXPECT_EQ(TextOf("txtXMin"), u"0.333333333333333"_s);
+        EXPECT_EQ(Find<RangeBox>("txtXMax")->Drawn(), u"3.333333"_s);
+        EXPECT_EQ(Find<RangeBox>("txtYMax")->Drawn(), u"1e-07"_s);
+        Enter("txtXMin");
+        EXPECT_EQ(Find<RangeBox>("txtXMin")->Drawn(), u"0.333333333333333"_s) << "while one may type";
+        Tab();
+        Ok();
+    });
+    EXPECT_DOUBLE_EQ(graph.XAxisMin(), minimum);
+    EXPECT_DOUBLE_EQ(graph.XAxisMax(), maximum);
+    EXPECT_EQ(graph.AxisMin(VoltageAxis), -1e-7 / 3.0);
+    InDialog([&] {
+        Type("txtXMin", "0.33333");
+        Ok();
+    });
+    EXPECT_NEAR(graph.XAxisMin(), 0.33333, 1e-12);
+    EXPECT_NEAR(graph.XAxisMax(), maximum, 1e-12) << "the other end was not typed";
 }
 
 TEST_F(GraphSetTest, ClosingWhenIdleKeepsTheSamples) {

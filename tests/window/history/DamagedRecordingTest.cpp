@@ -232,8 +232,7 @@ TEST_F(DamagedRecordingTest, ChartLengthBeyond32BitsIsAnOverflow) {
 
 TEST_F(DamagedRecordingTest, RecordingThatCannotBeReadLeavesTheOneBefore) {
     OpenSaved(Polled(4));
-    OpenProject(saved.Write("Broken.tlp", "nonsense"));
-    EXPECT_THAT(boxes.Take(), ElementsAre(Field(&Box::title, "BtnHistory")));
+    ExpectRefused("nonsense", "The file is not a Tracelet project");
     Click(window->ChkPlay);
     PlayTicks(2);
     EXPECT_THAT(PointsOf(1), ElementsAre(std::pair(0.0, 1.0), std::pair(Slow, 11.0)));

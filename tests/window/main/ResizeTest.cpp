@@ -2,6 +2,8 @@
 
 #include "window/chart/ZelGraph.h"
 
+#include <QScreen>
+
 namespace tracelet {
 namespace {
 
@@ -46,6 +48,32 @@ TEST_F(ResizeTest, MinimisedWindowIsLeftAlone) {
     window->showNormal();
     GiveOuter(1100, 650);
     EXPECT_EQ(window->ZelGraph1->width(), graph.width() + 100);
+}
+
+TEST_F(ResizeTest, ANewWindowIsNoLargerThanItsScreen) {
+    window->resize(5000, 4000);
+    window->FitToScreen();
+    const QSize screen = window->screen()->availableSize();
+    EXPECT_LE(window->frameGeometry().width(), std::max(screen.width(), 763));
+    EXPECT_LT(window->frameGeometry().height(), std::max(screen.height(), 484)) << "with room for the title";
+    window->resize(770, 490);
+    window->FitToScreen();
+    EXPECT_EQ(window->size(), QSize(770, 490));
+}
+
+TEST_F(ResizeTest, TheMouseIsExplainedAtEverySize) {
+    const int graphHeight = window->FrameGraph->height();
+    for (const int width : {763, 800, 1000, 1600, 763}) {
+        GiveOuter(width, 483);
+        EXPECT_EQ(window->FrameGraph->height(), graphHeight) << width;
+        const QLabel& hint = *window->LabelGraphHint;
+        EXPECT_TRUE(hint.isVisible());
+        const QRect needed =
+            hint.fontMetrics().boundingRect(hint.contentsRect(), Qt::TextWordWrap, hint.text());
+        EXPECT_TRUE(hint.text().startsWith(u"Right-click"));
+        EXPECT_GE(hint.width(), needed.width()) << width;
+        EXPECT_GE(hint.height(), needed.height()) << width;
+    }
 }
 
 TEST_F(ResizeTest, ADesktopThatKeepsTheWindowSmallIsNotAskedForEver) {

@@ -225,6 +225,22 @@ TEST_F(SessionTest, LabelsBesideTheSwitchesAreLocked) {
     }
 }
 
+TEST_F(SessionTest, LabelsBesideTheSwitchesTellTheirState) {
+    const auto told = [this] { return window->LabelAIOn->text() + u' ' + window->LabelDIOn->text(); };
+    EXPECT_EQ(told(), u"Off Off");
+    TurnOnAI();
+    EXPECT_EQ(told(), u"On Off");
+    SelectPorts(0, {1});
+    TurnOnDI();
+    EXPECT_EQ(told(), u"On On");
+    TurnOnAI();
+    EXPECT_EQ(told(), u"Off On");
+    window->M1.SoftMode = false;
+    TurnOnAI(); // is refused
+    EXPECT_EQ(told(), u"Off On");
+    EXPECT_EQ(boxes.Take().size(), 1U);
+}
+
 TEST_F(SessionTest, StopWithoutScanWritesZeros) {
     TurnOnAI();
     StartPolling();

@@ -102,6 +102,23 @@ TEST_F(SoftwarePollingTest, DigitalFileHoldsHeaderAndPortBytes) {
                             SimulatedPort(1, first + 1), SimulatedPort(2, first + 1)));
 }
 
+TEST_F(SoftwarePollingTest, ALateTickDoesNotBendTheSignal) {
+    Open(SimulatedBoards([this] { return now / 1000.0; }));
+    TurnOnAI();
+    StartPolling();
+    const std::uint32_t start = now;
+    for (const std::uint32_t wait : {100U, 100U, 370U, 100U})
+        Tick(1, wait);
+    Click(window->BtnStart);
+    const ChannelSetup channel{0, AnalogBoardInUse().Info().ranges.front(), SingleEnded};
+    ASSERT_EQ(window->ZelGraph1->PointCount(0), 4);
+    for (const std::int64_t scan : {0, 1, 2, 3}) {
+        const QPointF point = window->ZelGraph1->PointAt(0, scan);
+        const double taken = start / 1000.0 + point.x();
+        EXPECT_NEAR(point.y(), AnalogBoardInUse().PolledValue(channel, taken / PolledStep), 1e-3) << scan;
+    }
+}
+
 TEST_F(SoftwarePollingTest, DigitalHeaderIsWrittenWithoutTheSaveBox) {
     SelectPorts(1, {0x01, 0x00});
     TurnOnDI();

@@ -39,6 +39,16 @@ TEST_F(GainRangeOpening, Captions) {
     });
 }
 
+TEST_F(GainRangeOpening, EnterOnExitCloses) {
+    InRange([](dlgGainRange& dialog) {
+        dialog.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        dialog.OKButton->setFocus();
+        QTest::keyClick(dialog.OKButton, Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+}
+
 TEST_F(GainRangeOpening, OpensFromEitherPage) {
     for (const int page : {0, 1}) {
         InSettings([&](frmSetting& settings) {

@@ -51,6 +51,30 @@ TEST_F(Opening, ShowsTheBoardOnBothPages) {
     });
 }
 
+TEST_F(Opening, BothPagesAreFull) {
+    InSettings([](frmSetting& dialog) {
+        for (const auto& [page, last, button] :
+             {std::tuple(0, static_cast<QWidget*>(dialog.FrameFAITrigger), dialog.cmdFAIOK),
+              {1, dialog.txtAITimeInterval, dialog.cmdDIOK}}) {
+            dialog.SSTab1->setCurrentIndex(page);
+            EXPECT_LT(button->y() - last->geometry().bottom(), button->height()) << page;
+        }
+    });
+}
+
+TEST_F(Opening, EnterPressesTheOKThatHasTheFocus) {
+    InSettings([](frmSetting& dialog) {
+        dialog.activateWindow();
+        EXPECT_TRUE(QTest::qWaitForWindowActive(&dialog));
+        dialog.txtAITimeInterval->setFocus();
+        QTest::keyClick(dialog.txtAITimeInterval, Qt::Key_Return);
+        EXPECT_TRUE(dialog.isVisible()) << "in a box it presses nothing";
+        dialog.cmdDIOK->setFocus();
+        QTest::keyClick(dialog.cmdDIOK, Qt::Key_Return);
+        EXPECT_FALSE(dialog.isVisible());
+    });
+}
+
 TEST_F(Opening, PageFollowsTheMode) {
     window->M1.SoftMode = true;
     InSettings([](frmSetting& dialog) { EXPECT_EQ(dialog.SSTab1->currentIndex(), 1); });

@@ -1,6 +1,7 @@
 #include "core/drivers/simulated/SimulatedBoards.h"
 
 #include "core/base/RunTimeError.h"
+#include "core/boards/Thermocouple.h"
 #include "core/drivers/simulated/SimulatedAnalogBoard.h"
 #include "core/drivers/simulated/SimulatedDigitalBoard.h"
 
@@ -111,6 +112,29 @@ TEST(SimulatedCatalogue, NumbersAreThePlaces) {
     for (std::size_t i = 0; i < list.analog.size(); ++i)
         EXPECT_EQ(dynamic_cast<SimulatedAnalogBoard&>(*list.analog[i].board).Number(),
                   static_cast<std::int32_t>(i));
+}
+
+TEST(SimulatedCatalogue, PolledSignalsFollowTheClock) {
+    double seconds = 0.0;
+    const BoardList list = SimulatedBoards([&seconds] { return seconds; });
+    auto& analog = dynamic_cast<SimulatedAnalogBoard&>(*list.analog[3].board); // has thermocouple inputs
+    AnalogBoard& board = analog;
+    board.Open();
+    DigitalBoard& ports = *list.digital[0].board;
+    ports.Open();
+    const ChannelSetup channel{2, board.Info().ranges.front(), SingleEnded};
+    for (const double time : {0.0, 0.25, 0.25, 60.0}) {
+        seconds = time;
+        double value = 0.0;
+        board.ReadScan({&channel, 1}, {&value, 1});
+        EXPECT_EQ(value, analog.PolledValue(channel, time / PolledStep)) << time;
+        const ThermocoupleReading reading = board.ReadThermocouple(channel, 0, ThermocoupleType::K);
+        EXPECT_NEAR(ThermocoupleCelsius(ThermocoupleType::K, reading),
+                    SimulatedCelsius(2, 0, time / PolledStep), 1e-6);
+        std::uint8_t port = 0;
+        ports.ReadPorts(0, {&port, 1});
+        EXPECT_EQ(port, SimulatedPort(0, time / PolledStep)) << time;
+    }
 }
 
 class SimulatedDigitalTest : public testing::Test {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <numbers>
 #include <set>
 #include <vector>
 
@@ -209,6 +210,17 @@ TEST_F(SimulatedTrigger, TimesBeyondReasonAreRefused) {
         setup.trigger = {3, 0, 0, 0.0, 0.0, time};
         EXPECT_THROW((void)FirstScan(0, setup), RunTimeError) << time;
     }
+}
+
+TEST(SimulatedSignals, ReadingsMayLieBetweenTwoOrdinals) {
+    EXPECT_NEAR(SignalLevel({Sine, 40, 1.0, 0}, 2.5), std::sin(2.5 / 40 * 2 * std::numbers::pi), 1e-12);
+    EXPECT_DOUBLE_EQ(SignalLevel({Triangle, 40, 1.0, 0}, 42.5), -0.75);
+    const Signal noise{Noise, 16384, 1.0, 5};
+    EXPECT_EQ(SignalLevel(noise, 7.9), SignalLevel(noise, 7));
+    EXPECT_EQ(SignalLevel({Spike, 100, 1.0, 0}, 50.9), 1.0);
+    EXPECT_EQ(SignalLevel({Spike, 100, 1.0, 0}, 51.0), 0.0);
+    EXPECT_EQ(SimulatedCelsius(0, 0, 50.5), 100.5);
+    EXPECT_EQ(SimulatedPort(0, 9.99), 9);
 }
 
 } // namespace
