@@ -49,11 +49,13 @@ private:
     void RunTicks(const QString& timer, int count);
     /// Lets the window live until so many scans were taken.
     void RunScans(std::int32_t count);
-    void Picture(const QString& name) { pictures.Take(*window, name); }
+    void Picture(const QString& name);
     void SaveAs(const QString& name);
     void ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines);
     void SetUpThermocouples(QDialog& settings);
     void Zoom(const char* entry, QPointF from, QPointF to);
+    void PlaceCursor(double share);
+    void PictureCursors(const QString& name);
     void PictureMenu();
     void PictureSizes();
     void PictureDarkPalette();

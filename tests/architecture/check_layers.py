@@ -16,6 +16,7 @@ core/drivers/simulated    core/drivers/comedi    core/disk    core/settings    c
 core/drivers    core/recordings
 core/input    core/playback    core/export
 window/ground
+window/labels
 window/widgets    window/chart    window/controls    window/folders
 window/main
 window/settings    window/graph    window/files    window/history    window/export

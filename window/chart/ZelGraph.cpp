@@ -3,6 +3,7 @@
 #include "core/base/RunTimeError.h"
 #include "window/chart/ZelGraphState.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QTimerEvent>
@@ -48,6 +49,7 @@ ZelGraph::ZelGraph(QWidget* parent) : QWidget(parent), state(std::make_unique<St
     setFocusPolicy(Qt::StrongFocus);
     setMouseTracking(false);
     setAccessibleName(tr("Graph"));
+    InstallChartAccessibility();
 }
 
 ZelGraph::~ZelGraph() = default;
@@ -367,6 +369,7 @@ void ZelGraph::SetMemoryBudget(std::int64_t bytes) {
 
 void ZelGraph::SamplesChanged() {
     state->fitPending = true;
+    ValuesChanged();
     state->stale = true;
     if (state->repaint.isActive() || !isVisible() || window()->isMinimized())
         return;
@@ -379,10 +382,15 @@ void ZelGraph::SamplesChanged() {
 void ZelGraph::LookChanged() {
     ++state->revision;
     state->fitPending = true;
+    ValuesChanged();
+    if (state->readOut != nullptr || state->cursorTable != nullptr)
+        QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
     update();
 }
 
 void ZelGraph::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == state->refresh.timerId())
+        ValuesDue();
     if (event->timerId() != state->repaint.timerId()) {
         QWidget::timerEvent(event);
         return;
@@ -403,6 +411,7 @@ void ZelGraph::changeEvent(QEvent* event) {
 }
 
 void ZelGraph::resizeEvent(QResizeEvent*) {
+    PlacePanels();
     LookChanged();
 }
 void ZelGraph::focusInEvent(QFocusEvent*) {

@@ -105,7 +105,7 @@ void ZelGraph::State::ArrangeFrame(const ZelGraph& graph) {
     for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
         if (Shown(axis))
             frame.strips.push_back(StripOf(axis));
-    frame.Arrange(pixelSize);
+    frame.Arrange(FrameSize());
     const QRect area = frame.PlotArea();
     plotRect = QRect(CLng(area.left() / scale), CLng(area.top() / scale), CLng(area.width() / scale),
                      CLng(area.height() / scale));
@@ -170,6 +170,10 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         pixelSize = newSize;
         ++revision;
     }
+    if (const QSize room = RoomForPanels(graph); room != panelRoom) {
+        panelRoom = room;
+        ++revision;
+    }
     timeSpan = DrawnSpan(axes[XAxis].ends.minimum, axes[XAxis].ends.maximum);
     PlaceGrid();
     if (!frame.TimeFits(timeSpan))
@@ -191,12 +195,12 @@ void ZelGraph::paintEvent(QPaintEvent*) {
     painter.scale(1 / s.scale, 1 / s.scale); // device pixels from here on
     const QRect area = s.frame.PlotArea();
     if (area.isEmpty()) {
-        s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, 0);
+        s.frame.Draw(painter, s.FrameSize() + QSize(1, 1), s.grid, 0);
         return;
     }
     const std::int64_t first = s.FirstColumn();
     s.plotPainter.Update(s.store, s.scene, s.arranged, first);
-    s.frame.Draw(painter, s.pixelSize + QSize(1, 1), s.grid, first);
+    s.frame.Draw(painter, s.FrameSize() + QSize(1, 1), s.grid, first);
     s.plotPainter.Draw(painter, area.left(), area.top());
     s.DrawOverlay(painter);
 }
@@ -204,6 +208,7 @@ void ZelGraph::paintEvent(QPaintEvent*) {
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {
     const QRect area = frame.PlotArea();
     const int line = std::max(1, CLng(scale));
+    DrawCursors(painter);
     painter.setBrush(Qt::NoBrush);
     if (gesture == Gesture::Zoom) {
         const QRectF band = Band();
@@ -224,10 +229,14 @@ QRect ZelGraph::PlotRect() const {
 }
 
 double ZelGraph::TimeAt(double x) const {
-    const QRect area = PlotRect();
-    if (area.isEmpty())
-        return state->timeSpan.low;
-    return state->timeSpan.low + (x - area.left()) / area.width() * state->timeSpan.Length();
+    state->Prepare(*this);
+    return state->TimeOf(x);
+}
+
+double ZelGraph::State::TimeOf(double x) const {
+    if (plotRect.isEmpty())
+        return timeSpan.low;
+    return timeSpan.low + (x - plotRect.left()) / plotRect.width() * timeSpan.Length();
 }
 
 } // namespace tracelet

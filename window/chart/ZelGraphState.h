@@ -1,15 +1,19 @@
 #pragma once
 
 #include "core/chart/AxisEnds.h"
+#include "core/chart/ValueText.h"
 #include "core/samples/SampleStore.h"
 #include "window/chart/ChartFrame.h"
 #include "window/chart/PlotPainter.h"
+#include "window/labels/ValuePanel.h"
 #include "window/chart/ZelGraph.h"
 
 #include <QBasicTimer>
 #include <QPoint>
 
 #include <array>
+#include <cstddef>
+#include <optional>
 #include <vector>
 
 namespace tracelet {
@@ -31,7 +35,7 @@ struct ZelGraph::State {
             return unit.isEmpty() ? title : QStringLiteral("%1 [%2]").arg(title, unit);
         }
     };
-    enum class Gesture { None, Zoom, Pan };
+    enum class Gesture { None, Zoom, Pan, Cursor };
 
     // Plots and samples.
     SampleStore store;
@@ -75,6 +79,19 @@ struct ZelGraph::State {
     QPointF pressed;
     QPointF pointer;
 
+    // Read-out and cursors.
+    ValuePanel* readOut = nullptr;     ///< once it was shown
+    ValuePanel* cursorTable = nullptr; ///< once a cursor stood
+    bool readOutShown = false;
+    bool readOutFolded = false;
+    QSize panelRoom;               ///< that the two take at the right and below, logical pixels
+    QBasicTimer refresh;           ///< of their texts
+    bool valuesStale = false;      ///< what they say may have changed
+    std::optional<double> hovered; ///< horizontal place of the pointer over the plot area
+    std::array<std::optional<double>, 2> cursors; ///< A and B, seconds
+    std::size_t selected = 0;                     ///< the cursor that keys step
+    double grabbedAt = 0;                         ///< place of the pointer from the cursor that it drags
+
     Axis& AxisOf(int axis);
     [[nodiscard]] PlotEntry& PlotOf(int index);
     [[nodiscard]] bool UsedByVisiblePlot(int axis) const;
@@ -97,6 +114,27 @@ struct ZelGraph::State {
     [[nodiscard]] std::int64_t FirstColumn() const;
     [[nodiscard]] AxisStrip StripOf(int axis) const;
     void DrawOverlay(QPainter& painter) const;
+
+    // Read-out.
+    [[nodiscard]] QSize FrameSize() const; ///< what the panels leave, device pixels
+    [[nodiscard]] QSize RoomForPanels(const ZelGraph& graph) const;
+    [[nodiscard]] double TimeOf(double x) const; ///< as the axis stands now; `x` is a place in the graph
+    [[nodiscard]] ValueForm FormOfPlot(int plot) const;
+    [[nodiscard]] QString ReadOutHeading() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> ReadOutRows() const;
+
+    // Cursors.
+    struct CursorRow;
+    [[nodiscard]] bool HasCursors() const { return cursors[0] || cursors[1]; }
+    [[nodiscard]] int TableLines() const;
+    [[nodiscard]] double PlaceOf(double seconds) const;    ///< of a time, device pixels
+    [[nodiscard]] QRectF FlagOf(std::size_t cursor) const; ///< device pixels; empty where none is seen
+    void DrawCursors(QPainter& painter) const;
+    void PlaceCursor(double seconds);
+    void StepCursor(std::size_t cursor, bool forwards);
+    [[nodiscard]] std::vector<CursorRow> CursorRows() const;
+    [[nodiscard]] QString CursorHeading() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> TableRows() const;
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }
