@@ -22,6 +22,7 @@ namespace tracelet {
 namespace {
 
 constexpr int FlagSize = 14; ///< logical pixels
+constexpr int FlagGap = 3;   ///< between the plot area and them
 constexpr double HitMargin = 2;
 constexpr QRgb CursorColor = 0xffdfe6ec;
 constexpr std::array CursorNames = {QLatin1StringView("A"), QLatin1StringView("B")};
@@ -183,7 +184,7 @@ QRectF ZelGraph::State::FlagOf(std::size_t cursor) const {
     if (place < area.left() || place > area.right() + 1)
         return {};
     const double size = FlagSize * scale;
-    return {cursor == 0 ? place - size + 1 : place, FrameSize().height() - size - scale, size, size};
+    return {cursor == 0 ? place - size + 1 : place, area.bottom() + 1 + FlagGap * scale, size, size};
 }
 
 void ZelGraph::State::DrawCursors(QPainter& painter) const {

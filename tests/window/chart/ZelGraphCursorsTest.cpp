@@ -65,8 +65,7 @@ protected:
     }
     /// Where the flag of a cursor stands: below the plot area, A's at the left of its line, B's at the right.
     [[nodiscard]] QPoint FlagOf(int cursor) {
-        const int bottom = Table() != nullptr && Table()->isVisible() ? Table()->y() : graph.height();
-        return {At(*graph.CursorTime(cursor)).x() + (cursor == 0 ? -7 : 7), bottom - 8};
+        return {At(*graph.CursorTime(cursor)).x() + (cursor == 0 ? -7 : 7), graph.PlotRect().bottom() + 11};
     }
     [[nodiscard]] ValuePanel* Table() const { return graph.findChild<ValuePanel*>(u"CursorTable"_s); }
     [[nodiscard]] std::vector<std::string> Lines() {
