@@ -1,12 +1,10 @@
 #include "window/chart/ZelGraphState.h"
 
 #include "core/base/Convert.h"
-#include "core/base/NumberText.h"
 #include "core/samples/Statistics.h"
 
 #include <QAccessible>
 #include <QClipboard>
-#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QMouseEvent>
 #include <QPainter>
@@ -26,142 +24,11 @@ constexpr int FlagGap = 3;   ///< between the plot area and them
 constexpr double HitMargin = 2;
 constexpr QRgb CursorColor = 0xffdfe6ec;
 constexpr std::array CursorNames = {QLatin1StringView("A"), QLatin1StringView("B")};
-constexpr double Percent = 100;
-
-QString Text(double value, ValueForm form) {
-    return QString::fromStdString(ValueText(value, form));
-}
-/// Of what many samples tell more finely than one.
-QString FineText(double value, ValueForm form) {
-    constexpr int more = 2;
-    return Text(value, form.exponent ? form : ValueForm{form.decimals + more, false});
-}
-/// For spreadsheets: all digits, nothing for what is no number.
-QString Cell(double value) {
-    return std::isfinite(value) ? QString::fromStdString(NumberText(value)) : QString();
-}
 
 } // namespace
 
-/// What lies at the cursors and between them, of one plot.
-struct ZelGraph::State::CursorRow {
-    const PlotAttributes& look;
-    ValueForm form;
-    std::array<double, 2> at = {SpanStatistics::None, SpanStatistics::None};
-    SpanStatistics span;
-    LineStatistics line; ///< of a digital line
-
-    [[nodiscard]] bool IsLine() const { return look.axis == DigitalAxis; }
-    [[nodiscard]] double Step() const { return at[1] - at[0]; }
-    [[nodiscard]] double PeakToPeak() const { return span.maximum - span.minimum; }
-    [[nodiscard]] std::int64_t Count() const { return IsLine() ? line.count : span.count; }
-};
-
-std::vector<ZelGraph::State::CursorRow> ZelGraph::State::CursorRows() const {
-    std::vector<CursorRow> rows;
-    for (int plot = 0; plot < store.PlotCount(); ++plot) {
-        const auto& [look, visible] = plots[static_cast<std::size_t>(plot)];
-        if (!visible)
-            continue;
-        CursorRow row{look, FormOfPlot(plot), {}, {}, {}};
-        for (std::size_t i = 0; i < cursors.size(); ++i) {
-            const auto sample = cursors[i] ? NearestSample(store, plot, *cursors[i]) : std::nullopt;
-            row.at[i] = sample ? sample->y - look.level : SpanStatistics::None;
-        }
-        if (cursors[0] && cursors[1]) {
-            const auto [from, to] = std::minmax(*cursors[0], *cursors[1]);
-            if (row.IsLine())
-                row.line = LineStatisticsBetween(store, plot, from, to, look.level);
-            else
-                row.span = StatisticsBetween(store, plot, from, to);
-        }
-        rows.push_back(row);
-    }
-    return rows;
-}
-
-// The table.
-
-int ZelGraph::State::TableLines() const {
-    int lines = 0;
-    std::optional<bool> kind;
-    for (const auto& [look, visible] : plots) {
-        if (!visible)
-            continue;
-        const bool isLine = look.axis == DigitalAxis;
-        lines += kind == isLine ? 1 : 2; // with captions
-        kind = isLine;
-    }
-    return lines;
-}
-
-QString ZelGraph::State::CursorHeading() const {
-    QStringList parts;
-    for (std::size_t i = 0; i < cursors.size(); ++i)
-        if (cursors[i])
-            parts.append(CursorNames[i] + u' ' +
-                         QString::fromStdString(TimeText(*cursors[i], timeSpan.Length() / 1e4)));
-    if (!cursors[0] || !cursors[1])
-        return parts.join(QString()) + u"     Shift+click places the other cursor"_s;
-    const double apart = *cursors[1] - *cursors[0];
-    parts.append(u"\u0394t "_s + QString::fromStdString(PrefixedText(apart, "s")));
-    parts.append(u"1/\u0394t "_s + QString::fromStdString(PrefixedText(1 / std::abs(apart), "Hz")));
-    return parts.join(u"     "_s);
-}
-
-std::vector<ValuePanel::Row> ZelGraph::State::TableRows() const {
-    const QStringList common = {QString(), u"n"_s, u"A"_s, u"B"_s, u"B \u2212 A"_s};
-    const QStringList ofSamples = {u"Min"_s, u"Max"_s, u"Mean"_s, u"RMS"_s, u"Std dev"_s, u"Pk\u2013pk"_s};
-    const QStringList ofLines = {u"Edges"_s, u"Frequency"_s, u"Duty"_s};
-    std::vector<ValuePanel::Row> rows;
-    std::optional<bool> kind;
-    for (const CursorRow& row : CursorRows()) {
-        if (kind != row.IsLine())
-            rows.push_back({ChartColor::Title, common + (row.IsLine() ? ofLines : ofSamples), false});
-        kind = row.IsLine();
-        const SpanStatistics& span = row.span;
-        QStringList cells = {row.look.unit.isEmpty() ? row.look.name
-                                                     : u"%1 [%2]"_s.arg(row.look.name, row.look.unit),
-                             QString::number(row.Count()), Text(row.at[0], row.form),
-                             Text(row.at[1], row.form), Text(row.Step(), row.form)};
-        if (row.IsLine())
-            cells += {QString::number(row.line.edges),
-                      QString::fromStdString(PrefixedText(row.line.frequency, "Hz")),
-                      Text(Percent * row.line.highShare, {2, false}) + u" %"_s};
-        else
-            cells += {Text(span.minimum, row.form),       Text(span.maximum, row.form),
-                      FineText(span.mean, row.form),      FineText(span.rootMeanSquare, row.form),
-                      FineText(span.deviation, row.form), Text(row.PeakToPeak(), row.form)};
-        rows.push_back({ReadableOnChart(ResolvedColor(row.look.color).rgb()), cells});
-    }
-    return rows;
-}
-
 QString ZelGraph::CursorText() const {
-    const auto& times = state->cursors;
-    if (!state->HasCursors())
-        return {};
-    const double a = times[0].value_or(SpanStatistics::None);
-    const double b = times[1].value_or(SpanStatistics::None);
-    QStringList lines{
-        u"Plot\tUnit\tA [s]\tB [s]\tB-A [s]\t1/(B-A) [Hz]\tValue at A\tValue at "
-        u"B\tDifference\tSamples\tMinimum\t"
-        "Maximum\tMean\tRMS\tStandard deviation (n)\tPeak to peak\tEdges\tFrequency [Hz]\tDuty cycle [%]"_s};
-    for (const State::CursorRow& row : state->CursorRows()) {
-        QStringList cells{row.look.name,    row.look.unit,
-                          Cell(a),          Cell(b),
-                          Cell(b - a),      Cell(1 / (b - a)),
-                          Cell(row.at[0]),  Cell(row.at[1]),
-                          Cell(row.Step()), QString::number(row.Count())};
-        for (const double value : {row.span.minimum, row.span.maximum, row.span.mean, row.span.rootMeanSquare,
-                                   row.span.deviation, row.PeakToPeak()})
-            cells.append(Cell(value));
-        cells.append(row.IsLine() ? QString::number(row.line.edges) : QString());
-        cells.append(Cell(row.line.frequency));
-        cells.append(Cell(Percent * row.line.highShare));
-        lines.append(cells.join(u'\t'));
-    }
-    return lines.join(u'\n') + u'\n';
+    return tracelet::CursorText(state->store, state->VisiblePlots(), state->cursors);
 }
 
 static void CopyTable(const ZelGraph& graph) {
@@ -231,7 +98,8 @@ void ZelGraph::ChangeCursors() {
         connect(s.cursorTable->AddButton(u"BtnCloseCursors"_s, u"\u00d7"_s, u"Remove the cursors (Delete)"_s),
                 &QToolButton::clicked, this, &ZelGraph::RemoveCursors);
     }
-    QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
+    if (s.HasCursors() != (s.panelRoom.height() > 0))
+        LookChanged();
     ValuesChanged();
     update();
     if (QAccessible::isActive()) {

@@ -170,10 +170,6 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         pixelSize = newSize;
         ++revision;
     }
-    if (const QSize room = RoomForPanels(graph); room != panelRoom) {
-        panelRoom = room;
-        ++revision;
-    }
     timeSpan = DrawnSpan(axes[XAxis].ends.minimum, axes[XAxis].ends.maximum);
     PlaceGrid();
     if (!frame.TimeFits(timeSpan))
@@ -182,6 +178,7 @@ void ZelGraph::State::Prepare(const ZelGraph& graph) {
         frame.MoveTime(timeSpan);
         return;
     }
+    panelRoom = RoomForPanels(graph);
     ArrangeFrame(graph);
     PlaceGrid();
     BuildScene();

@@ -1,7 +1,5 @@
 #include "window/chart/ZelGraphState.h"
 
-#include "core/samples/Statistics.h"
-
 #include <QAccessibleWidget>
 #include <QToolButton>
 
@@ -21,6 +19,7 @@ constexpr int NarrowestGraph = 480;              ///< with a read-out, logical p
 constexpr int ReadOutColumns = 2;
 constexpr double TableShare = 0.4; ///< of the graph's height, at most
 constexpr int FewestTableLines = 2;
+constexpr double TimeResolution = 1e-4; ///< of what is seen of the time axis
 
 /// Role and values of the chart for assistive technology.
 class GraphInterface : public QAccessibleWidget {
@@ -66,7 +65,7 @@ QSize ZelGraph::State::RoomForPanels(const ZelGraph& graph) const {
         room.setWidth(readOutFolded ? readOut->ButtonWidth() : readOut->WidthOf(ReadOutColumns));
     if (cursorTable == nullptr || !HasCursors())
         return room;
-    int lines = TableLines();
+    int lines = CursorRowCount(VisiblePlots());
     while (lines >= FewestTableLines && cursorTable->HeightOf(lines) > TableShare * graph.height())
         --lines;
     if (lines >= FewestTableLines)
@@ -92,13 +91,16 @@ void ZelGraph::PlacePanels() {
 
 // Values.
 
-ValueForm ZelGraph::State::FormOfPlot(int plot) const {
-    if (plots[static_cast<std::size_t>(plot)].attributes.axis == DigitalAxis)
-        return {0, false};
-    const Extent extent = store.Samples(plot).FiniteRange(store.First(plot), store.End(plot));
-    if (extent.Empty())
-        return {};
-    return FormOf(static_cast<double>(std::max(std::abs(extent.low), std::abs(extent.high))));
+std::vector<LabelledPlot> ZelGraph::State::VisiblePlots() const {
+    std::vector<LabelledPlot> shown;
+    for (std::size_t i = 0; i < plots.size(); ++i) {
+        const PlotAttributes& look = plots[i].attributes;
+        if (plots[i].visible)
+            shown.push_back({static_cast<int>(i), look.name, look.unit,
+                             ReadableOnChart(ResolvedColor(look.color).rgb()), look.axis == DigitalAxis,
+                             look.level});
+    }
+    return shown;
 }
 
 QString ZelGraph::State::ReadOutHeading() const {
@@ -108,34 +110,26 @@ QString ZelGraph::State::ReadOutHeading() const {
         TimeText(TimeOf(*hovered), timeSpan.Length() / std::max(1, plotRect.width())));
 }
 
-std::vector<ValuePanel::Row> ZelGraph::State::ReadOutRows() const {
-    std::vector<ValuePanel::Row> rows;
-    for (int plot = 0; plot < store.PlotCount(); ++plot) {
-        const auto& [look, visible] = plots[static_cast<std::size_t>(plot)];
-        if (!visible)
-            continue;
-        std::optional<SampleStore::Point> point;
-        if (hovered)
-            point = NearestSample(store, plot, TimeOf(*hovered));
-        else if (store.Count(plot) > 0)
-            point = store.At(plot, store.Count(plot) - 1);
-        const double value = point ? point->y - look.level : SpanStatistics::None;
-        QString text = QString::fromStdString(ValueText(value, FormOfPlot(plot)));
-        if (!look.unit.isEmpty() && !std::isnan(value))
-            text += u' ' + look.unit;
-        rows.push_back({ReadableOnChart(ResolvedColor(look.color).rgb()), {look.name, text}});
-    }
-    return rows;
+std::vector<ValuePanel::Row> ZelGraph::State::ReadOutTable() const {
+    return ReadOutRows(store, VisiblePlots(), hovered ? std::optional(TimeOf(*hovered)) : std::nullopt);
+}
+
+QString ZelGraph::State::TableHeading() const {
+    return CursorHeading(cursors, timeSpan.Length() * TimeResolution);
+}
+
+std::vector<ValuePanel::Row> ZelGraph::State::CursorTable() const {
+    return CursorRows(store, VisiblePlots(), cursors, ChartColor::Title);
 }
 
 QString ZelGraph::ValuesText() const {
     state->Prepare(*this);
     QStringList lines{state->ReadOutHeading()};
-    for (const ValuePanel::Row& row : state->ReadOutRows())
+    for (const ValuePanel::Row& row : state->ReadOutTable())
         lines.append(row.cells.join(u' '));
     if (state->HasCursors()) {
-        lines.append(state->CursorHeading());
-        for (const ValuePanel::Row& row : state->TableRows())
+        lines.append(state->TableHeading());
+        for (const ValuePanel::Row& row : state->CursorTable())
             lines.append(row.cells.join(u' '));
     }
     return lines.join(u'\n');
@@ -192,9 +186,9 @@ void ZelGraph::RefreshValues() {
     State& s = *state;
     s.Prepare(*this);
     if (s.readOut != nullptr && !s.readOutFolded)
-        s.readOut->Show(s.ReadOutHeading(), s.ReadOutRows());
+        s.readOut->Show(s.ReadOutHeading(), s.ReadOutTable());
     if (s.cursorTable != nullptr && s.HasCursors())
-        s.cursorTable->Show(s.CursorHeading(), s.TableRows());
+        s.cursorTable->Show(s.TableHeading(), s.CursorTable());
     if (s.RoomForPanels(*this) != s.panelRoom) // a longer text
         LookChanged();
 }

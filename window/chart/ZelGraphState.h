@@ -1,12 +1,11 @@
 #pragma once
 
 #include "core/chart/AxisEnds.h"
-#include "core/chart/ValueText.h"
 #include "core/samples/SampleStore.h"
 #include "window/chart/ChartFrame.h"
 #include "window/chart/PlotPainter.h"
-#include "window/labels/ValuePanel.h"
 #include "window/chart/ZelGraph.h"
+#include "window/labels/ValueTexts.h"
 
 #include <QBasicTimer>
 #include <QPoint>
@@ -88,9 +87,9 @@ struct ZelGraph::State {
     QBasicTimer refresh;           ///< of their texts
     bool valuesStale = false;      ///< what they say may have changed
     std::optional<double> hovered; ///< horizontal place of the pointer over the plot area
-    std::array<std::optional<double>, 2> cursors; ///< A and B, seconds
-    std::size_t selected = 0;                     ///< the cursor that keys step
-    double grabbedAt = 0;                         ///< place of the pointer from the cursor that it drags
+    CursorTimes cursors;
+    std::size_t selected = 0; ///< the cursor that keys step
+    double grabbedAt = 0;     ///< place of the pointer from the cursor that it drags
 
     Axis& AxisOf(int axis);
     [[nodiscard]] PlotEntry& PlotOf(int index);
@@ -119,22 +118,19 @@ struct ZelGraph::State {
     [[nodiscard]] QSize FrameSize() const; ///< what the panels leave, device pixels
     [[nodiscard]] QSize RoomForPanels(const ZelGraph& graph) const;
     [[nodiscard]] double TimeOf(double x) const; ///< as the axis stands now; `x` is a place in the graph
-    [[nodiscard]] ValueForm FormOfPlot(int plot) const;
+    [[nodiscard]] std::vector<LabelledPlot> VisiblePlots() const;
     [[nodiscard]] QString ReadOutHeading() const;
-    [[nodiscard]] std::vector<ValuePanel::Row> ReadOutRows() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> ReadOutTable() const;
 
     // Cursors.
-    struct CursorRow;
     [[nodiscard]] bool HasCursors() const { return cursors[0] || cursors[1]; }
-    [[nodiscard]] int TableLines() const;
     [[nodiscard]] double PlaceOf(double seconds) const;    ///< of a time, device pixels
     [[nodiscard]] QRectF FlagOf(std::size_t cursor) const; ///< device pixels; empty where none is seen
     void DrawCursors(QPainter& painter) const;
     void PlaceCursor(double seconds);
     void StepCursor(std::size_t cursor, bool forwards);
-    [[nodiscard]] std::vector<CursorRow> CursorRows() const;
-    [[nodiscard]] QString CursorHeading() const;
-    [[nodiscard]] std::vector<ValuePanel::Row> TableRows() const;
+    [[nodiscard]] QString TableHeading() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> CursorTable() const;
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }
