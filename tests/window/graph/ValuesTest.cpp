@@ -1,7 +1,7 @@
 #include "tests/support/MainWindowTest.h"
 
-#include "window/labels/ValuePanel.h"
 #include "window/chart/ZelGraph.h"
+#include "window/labels/ValuePanel.h"
 
 #include <QAccessible>
 #include <QAction>
