@@ -5,6 +5,8 @@
 #include "window/chart/ChartFrame.h"
 #include "window/chart/ZelGraph.h"
 
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QPainter>
 
 namespace {
@@ -115,6 +117,25 @@ private:
     std::int64_t tick = 0;
 };
 
+/// A frame while events are handled, as in the window; argument 1: with the read-out and two cursors.
+void GraphLive(benchmark::State& bench) {
+    GraphChart chart(bench.range(1));
+    auto& graph = static_cast<ZelGraph&>(chart.Widget());
+    if (bench.range(0) != 0) {
+        graph.ShowReadOut(true);
+        QKeyEvent step(QEvent::KeyPress, Qt::Key_Left, Qt::ControlModifier);
+        QCoreApplication::sendEvent(&graph, &step);
+        QKeyEvent other(QEvent::KeyPress, Qt::Key_Left, Qt::ControlModifier | Qt::ShiftModifier);
+        QCoreApplication::sendEvent(&graph, &other);
+    }
+    Fill(chart, bench.range(1));
+    for (auto _ : bench) {
+        chart.Append(BlockScans);
+        QCoreApplication::processEvents();
+        chart.Paint();
+    }
+}
+
 /// One tick; argument 1: with its share of the paints.
 void GraphTick(benchmark::State& bench) {
     PolledGraph polled;
@@ -221,6 +242,7 @@ BENCHMARK(GraphRedraw)->Apply(Sizes);
 BENCHMARK(GraphResize)->Apply(Large);
 BENCHMARK(GraphAppend)->Apply(Sizes);
 BENCHMARK(GraphTick)->Arg(0)->Arg(1)->Apply(Measured)->Unit(benchmark::kMicrosecond);
+BENCHMARK(GraphLive)->ArgsProduct({{0, 1}, {100'000, 1'000'000}})->Apply(Measured);
 BENCHMARK(GraphMemory)->Apply(Once);
 BENCHMARK(GraphShift)->Apply(Once);
 BENCHMARK(GraphHour)->Apply(Once);

@@ -50,9 +50,9 @@ void Type(QDialog& dialog, const char* box, const QString& text) {
     Find<QLineEdit>(dialog, QString::fromLatin1(box))->setText(text);
 }
 
-void SendMouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButton button,
-               Qt::MouseButtons held) {
-    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, Qt::NoModifier);
+void SendMouse(QWidget& widget, QEvent::Type type, QPointF at, Qt::MouseButton button, Qt::MouseButtons held,
+               Qt::KeyboardModifiers keys = Qt::NoModifier) {
+    QMouseEvent event(type, at, widget.mapToGlobal(at), button, held, keys);
     QApplication::sendEvent(&widget, &event);
 }
 
@@ -106,7 +106,9 @@ void Tour::Poll(int count) {
         window->ZelHiResTimerCtl1_OnTimer(frmMain::PollTimer);
 }
 
+// Values and status wait for no moment of their own.
 void Tour::Picture(const QString& name) {
+    window->ZelGraph1->RefreshValues();
     window->ShowStatus();
     Run(0);
     pictures.Take(*window, name);
@@ -194,6 +196,7 @@ void Tour::RecordPolled() {
     Picture(u"polled-session-held"_s);
     window->ZelGraph1->BtnHold->click();
     window->BtnStart->click();
+    PictureCursors(u"polled-cursors"_s);
     Expect(window->BtnSaveAs->isEnabled(), "the recording can be saved");
     SaveAs(u"Polled"_s);
     Picture(u"saved"_s);
@@ -251,6 +254,7 @@ void Tour::RecordFast() {
     Picture(u"fast-session"_s);
     window->BtnStart->click();
     Expect(window->OverrunCount == 0, "the fast session lost nothing");
+    PictureCursors(u"fast-cursors"_s);
     SaveAs(u"Fast"_s);
 }
 
@@ -296,6 +300,27 @@ void Tour::Zoom(const char* entry, QPointF from, QPointF to) {
     Picture(QString::fromLatin1(entry) + u"-band"_s);
     SendMouse(graph, QEvent::MouseButtonRelease, end, Qt::LeftButton, Qt::NoButton);
     Picture(QString::fromLatin1(entry) + u"-done"_s);
+}
+
+/// At a share of the plot area's width, with Shift held.
+void Tour::PlaceCursor(double share) {
+    ZelGraph& graph = *window->ZelGraph1;
+    const QRect area = graph.PlotRect();
+    const QPointF place(area.left() + share * area.width(), area.center().y());
+    SendMouse(graph, QEvent::MouseButtonPress, place, Qt::LeftButton, Qt::LeftButton, Qt::ShiftModifier);
+    SendMouse(graph, QEvent::MouseButtonRelease, place, Qt::LeftButton, Qt::NoButton, Qt::ShiftModifier);
+}
+
+/// The pointer stays over the plot area, so that the values are those at its time.
+void Tour::PictureCursors(const QString& name) {
+    ZelGraph& graph = *window->ZelGraph1;
+    PlaceCursor(0.35);
+    PlaceCursor(0.8);
+    SendMouse(graph, QEvent::MouseMove, graph.PlotRect().center(), Qt::NoButton, Qt::NoButton);
+    Run(50);
+    Picture(name);
+    graph.RemoveCursors();
+    Run(50);
 }
 
 void Tour::PictureMenu() {

@@ -58,6 +58,8 @@ private:
     void ChooseLines(QDialog& settings, int port, std::initializer_list<int> lines);
     void SetUpThermocouples(QDialog& settings);
     void Zoom(const char* entry, QPointF from, QPointF to);
+    void PlaceCursor(double share);
+    void PictureCursors(const QString& name);
     void PictureMenu();
     void PictureSizes();
     void PictureDarkPalette();

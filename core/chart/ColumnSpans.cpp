@@ -33,18 +33,8 @@ std::int64_t ColumnGrid::ColumnOf(double x) const {
 
 Extent ExtentBetween(const SampleStore& store, int plot, double from, double to) {
     Extent extent;
-    if (store.Count(plot) == 0)
-        return extent;
-    const TimeTrack& track = store.Track(plot);
-    const std::int64_t offset = store.TrackOffset(plot);
-    const double beyond = std::nextafter(to, std::numeric_limits<double>::infinity());
-    std::vector<TimeTrack::Stretch> stretches;
-    track.Stretches(store.First(plot) + offset, store.End(plot) + offset, stretches);
-    for (const TimeTrack::Stretch& stretch : stretches) {
-        const std::int64_t first = track.LowerBound(stretch, from);
-        const std::int64_t end = track.LowerBoundFrom(first, stretch, beyond);
-        extent.Add(store.Samples(plot).FiniteRange(first - offset, end - offset));
-    }
+    for (const TimeTrack::Stretch& run : store.Between(plot, from, to))
+        extent.Add(store.Samples(plot).FiniteRange(run.first, run.end));
     return extent;
 }
 

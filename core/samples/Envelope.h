@@ -50,6 +50,8 @@ public:
     [[nodiscard]] std::int64_t First() const { return samples.First(); }
     [[nodiscard]] std::int64_t End() const { return samples.End(); }
     [[nodiscard]] float operator[](std::int64_t index) const { return samples[index]; }
+    /// The samples from `index` up to a multiple of 4096 stand one behind the other.
+    [[nodiscard]] const float* From(std::int64_t index) const { return samples.From(index); }
 
     /// Makes sure that `count` further samples fit without allocating; throws std::bad_alloc, the samples
     /// held unchanged.

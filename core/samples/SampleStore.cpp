@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
 #include <limits>
 #include <new>
@@ -121,10 +122,33 @@ void SampleStore::DropSurplus() {
     TrimTracks();
 }
 
+bool SampleStore::SumUpMoments(std::int64_t most) {
+    std::int64_t left = most >> MomentPyramid::BucketBits;
+    for (PlotData& plot : plots)
+        if (plot.track && left > 0)
+            left -= plot.moments.SumUp(plot.Timed(), left);
+    return left <= 0;
+}
+
+std::vector<TimeTrack::Stretch> SampleStore::Between(int plot, double from, double to) const {
+    std::vector<TimeTrack::Stretch> found;
+    if (Count(plot) == 0)
+        return found;
+    const auto& [samples, track, offset] = Of(plot).Timed();
+    const double beyond = std::nextafter(to, std::numeric_limits<double>::infinity());
+    track.Stretches(samples.First() + offset, samples.End() + offset, found);
+    for (TimeTrack::Stretch& stretch : found) {
+        const std::int64_t first = track.LowerBound(stretch, from);
+        stretch = {first - offset, track.LowerBoundFrom(first, stretch, beyond) - offset};
+    }
+    std::erase_if(found, [](const TimeTrack::Stretch& run) { return run.first >= run.end; });
+    return found;
+}
+
 std::size_t SampleStore::HeldBytes() const {
     std::size_t bytes = 0;
     for (std::size_t i = 0; i < plots.size(); ++i) {
-        bytes += plots[i].samples.HeldBytes();
+        bytes += plots[i].samples.HeldBytes() + plots[i].moments.HeldBytes();
         const bool counted = i > 0 && plots[i].track == plots[i - 1].track;
         if (plots[i].track && !counted)
             bytes += plots[i].track->HeldBytes();

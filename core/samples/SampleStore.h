@@ -1,6 +1,7 @@
 #pragma once
 
 #include "core/samples/Envelope.h"
+#include "core/samples/Moments.h"
 #include "core/samples/TimeTrack.h"
 
 #include <cstdint>
@@ -59,6 +60,15 @@ public:
     [[nodiscard]] const Envelope& Samples(int plot) const { return Of(plot).samples; }
     [[nodiscard]] std::int64_t First(int plot) const { return Of(plot).samples.First(); }
     [[nodiscard]] std::int64_t End(int plot) const { return Of(plot).samples.End(); }
+    /// Sums up the moments of at most about `most` samples that MomentsIn would have to read; returns whether
+    /// any are left. Throws std::bad_alloc, MomentsIn as good as before.
+    bool SumUpMoments(std::int64_t most);
+    /// Moments of the held samples first <= index < end, between which time does not go back.
+    [[nodiscard]] Moments MomentsIn(int plot, std::int64_t first, std::int64_t end) const {
+        return Of(plot).moments.Range(Of(plot).Timed(), first, end);
+    }
+    /// The held samples whose times lie within from <= x <= to, by index, a run a stretch of time.
+    [[nodiscard]] std::vector<TimeTrack::Stretch> Between(int plot, double from, double to) const;
     [[nodiscard]] const TimeTrack& Track(int plot) const { return *Of(plot).track; }
     /// Index in the track of the sample 0 of the plot.
     [[nodiscard]] std::int64_t TrackOffset(int plot) const { return Of(plot).offset; }
@@ -75,8 +85,11 @@ private:
     };
     struct PlotData {
         Envelope samples;
+        MomentPyramid moments;
         std::int64_t offset = 0;
         std::shared_ptr<SharedTrack> track;
+
+        [[nodiscard]] TimedSamples Timed() const { return {samples, *track, offset}; }
     };
 
     [[nodiscard]] const PlotData& Of(int plot) const { return plots[static_cast<std::size_t>(plot)]; }

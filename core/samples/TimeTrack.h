@@ -24,6 +24,12 @@ public:
     /// Time of the held sample `index`.
     [[nodiscard]] double X(std::int64_t index) const { return XIn(PieceOf(index), index); }
 
+    /// Whether the held samples from <= index <= to are known to be evenly spaced.
+    [[nodiscard]] bool IsEven(std::int64_t from, std::int64_t to) const {
+        const Piece& piece = PieceOf(to);
+        return piece.first <= from && piece.step >= 0;
+    }
+
     /// Makes sure that the next append of at most `count` times does not allocate; throws std::bad_alloc.
     void Reserve(std::int64_t count);
     /// `step` is finite and not negative.

@@ -16,7 +16,7 @@ core/drivers/simulated    core/drivers/comedi    core/drivers/serial    core/dis
 core/drivers    core/recordings
 core/input    core/playback    core/export
 window/ground
-window/aids
+window/aids    window/labels
 window/widgets    window/chart    window/controls    window/folders
 window/main
 window/settings    window/graph    window/files    window/history    window/export    window/help

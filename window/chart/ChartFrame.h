@@ -2,7 +2,7 @@
 
 #include "core/chart/AxisTicks.h"
 #include "core/chart/ColumnSpans.h"
-#include "window/chart/LineNames.h"
+#include "window/labels/LineNames.h"
 
 #include <QFont>
 #include <QHash>

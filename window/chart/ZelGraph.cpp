@@ -3,6 +3,7 @@
 #include "core/base/RunTimeError.h"
 #include "window/chart/ZelGraphState.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QFocusEvent>
 #include <QHelpEvent>
@@ -53,6 +54,7 @@ ZelGraph::ZelGraph(QWidget* parent)
     setMouseTracking(false);
     setAccessibleName(tr("Graph"));
     connect(BtnHold, &QPushButton::toggled, this, &ZelGraph::Hold);
+    InstallChartAccessibility();
 }
 
 ZelGraph::~ZelGraph() = default;
@@ -402,6 +404,7 @@ void ZelGraph::SetMemoryBudget(std::int64_t bytes) {
 
 void ZelGraph::SamplesChanged() {
     state->fitPending = true;
+    ValuesChanged();
     state->stale = true;
     if (state->repaint.isActive() || !isVisible() || window()->isMinimized())
         return;
@@ -414,10 +417,15 @@ void ZelGraph::SamplesChanged() {
 void ZelGraph::LookChanged() {
     ++state->revision;
     state->fitPending = true;
+    ValuesChanged();
+    if (state->readOut != nullptr || state->cursorTable != nullptr)
+        QCoreApplication::postEvent(this, new QEvent(QEvent::LayoutRequest));
     update();
 }
 
 void ZelGraph::timerEvent(QTimerEvent* event) {
+    if (event->timerId() == state->refresh.timerId())
+        ValuesDue();
     if (event->timerId() != state->repaint.timerId()) {
         QWidget::timerEvent(event);
         return;
@@ -431,15 +439,12 @@ void ZelGraph::timerEvent(QTimerEvent* event) {
     update();
 }
 
-bool ZelGraph::event(QEvent* event) {
-    if (event->type() == QEvent::ToolTip) {
-        const auto* help = static_cast<QHelpEvent*>(event);
-        if (const QString loss = LossAt(help->pos().x()); !loss.isEmpty()) {
-            QToolTip::showText(help->globalPos(), loss, this);
-            return true;
-        }
-    }
-    return QWidget::event(event);
+/// Tells of a loss under the pointer.
+bool ZelGraph::ShowLoss(const QHelpEvent& help) {
+    const QString loss = LossAt(help.pos().x());
+    if (!loss.isEmpty())
+        QToolTip::showText(help.globalPos(), loss, this);
+    return !loss.isEmpty();
 }
 
 void ZelGraph::changeEvent(QEvent* event) {
@@ -451,7 +456,7 @@ void ZelGraph::changeEvent(QEvent* event) {
 }
 
 void ZelGraph::resizeEvent(QResizeEvent*) {
-    PlaceHold();
+    PlacePanels();
     LookChanged();
 }
 

@@ -7,12 +7,16 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <span>
 #include <variant>
 
+class QHelpEvent;
 class QPushButton;
 
 namespace tracelet {
+
+class ValuePanel;
 
 /// Axis numbers of the graph.
 enum GraphAxis : int { XAxis = 0, VoltageAxis = 1, DigitalAxis = 2, TemperatureAxis = 3 };
@@ -36,10 +40,14 @@ struct PlotAttributes {
     std::int32_t lineStyle = 0; ///< 0 solid, 1 dash, 2 dot, 3 dash-dot, 4 dash-dot-dot; others draw solid
     int axis = VoltageAxis;     ///< VoltageAxis, DigitalAxis or TemperatureAxis
     double level = 0;           ///< of a digital line while it is low; its name stands half a unit higher
+    QString unit{};             ///< of its values; empty for none
 };
 
 /// Colour that a raw colour value is drawn in; system colour 22 is E3E3E3, any other unknown one too.
 [[nodiscard]] QColor ResolvedColor(std::uint32_t raw);
+
+/// Gives ZelGraph a role and values for assistive technology; any number of calls install it once.
+void InstallChartAccessibility();
 
 /// New samples of the first `channels` plots, channel-interleaved; a view, valid as long as the data.
 struct SampleBlock {
@@ -157,6 +165,23 @@ public:
     [[nodiscard]] std::int64_t MemoryBudget() const;
     void SetMemoryBudget(std::int64_t bytes);
 
+    /// The read-out at the right of the plot area, off at first: name and value of each visible plot, the
+    /// latest one or, while the pointer is over the plot area, that of the sample nearest to the pointer's
+    /// time. The user folds it by its button; a graph narrower than 480 pixels has none.
+    void ShowReadOut(bool shown);
+    /// Times in seconds of the cursors 0 (A) and 1 (B), which Shift+click places in any mouse mode; none
+    /// where one does not stand. While one does, a table below the plot area shows what lies at and between
+    /// them.
+    [[nodiscard]] std::optional<double> CursorTime(int cursor) const;
+    void RemoveCursors();
+    /// The table for spreadsheets: of all visible plots, a line of captions first, cells with tabs between
+    /// them.
+    [[nodiscard]] QString CursorText() const;
+    /// What read-out and cursors say, a line a plot.
+    [[nodiscard]] QString ValuesText() const;
+    /// Writes read-out and table anew at once, not when it is their time again.
+    void RefreshValues();
+
     [[nodiscard]] QSize sizeHint() const override;
 
     /// Draws what it shows, `scale` dots of `painter` for each of its pixels. Traces are drawn as pixels of a
@@ -206,6 +231,17 @@ private:
     void ChangeView(bool isRun, const std::function<void()>& change);
     void Hold(bool still);
     void PlaceHold();
+    bool ShowLoss(const QHelpEvent& help);
+    void ValuesChanged();
+    void ValuesDue();
+    [[nodiscard]] ValuePanel* NewPanel(const QString& name, const QString& firstColumn,
+                                       const QString& column);
+    void PlacePanels();
+    void ChangeCursors();
+    [[nodiscard]] bool GrabCursor(const QMouseEvent& event);
+    [[nodiscard]] bool DragCursor(const QMouseEvent& event);
+    [[nodiscard]] bool PressCursorKey(const QKeyEvent& event);
+    void Hover(QPointF position);
     std::unique_ptr<State> state;
 };
 

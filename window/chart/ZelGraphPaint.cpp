@@ -112,7 +112,7 @@ void ZelGraph::State::ArrangeFrame(const QFont& font) {
     for (const int axis : {VoltageAxis, DigitalAxis, TemperatureAxis})
         if (Shown(axis))
             frame.strips.push_back(StripOf(axis));
-    frame.Arrange(pixelSize);
+    frame.Arrange(FrameSize());
     const QRect area = frame.PlotArea();
     plotRect = QRect(CLng(area.left() / scale), CLng(area.top() / scale), CLng(area.width() / scale),
                      CLng(area.height() / scale));
@@ -188,6 +188,7 @@ void ZelGraph::State::Prepare(const ZelGraph& graph, double newScale) {
         frame.MoveTime(timeSpan);
         return;
     }
+    panelRoom = RoomForPanels(graph);
     ArrangeFrame(graph.font());
     PlaceGrid();
     BuildScene();
@@ -208,26 +209,26 @@ void ZelGraph::paintEvent(QPaintEvent*) {
 void ZelGraph::DrawPicture(QPainter& painter, double scale) {
     state->Prepare(*this, scale);
     state->Draw(painter);
+    state->DrawCursors(painter);
+    painter.scale(scale, scale); // pixels of the screen from here on
+    for (ValuePanel* panel : {state->readOut, state->cursorTable})
+        if (panel != nullptr && panel->isVisible())
+            panel->render(&painter, panel->pos(), {}, {}); // without its buttons
     state->Prepare(*this);
 }
 
 void ZelGraph::State::Draw(QPainter& painter) {
     const QRect area = frame.PlotArea();
     if (area.isEmpty()) {
-        frame.Draw(painter, pixelSize + QSize(1, 1), grid, 0);
+        frame.Draw(painter, FrameSize() + QSize(1, 1), grid, 0);
         return;
     }
     const std::int64_t first = FirstColumn();
     plotPainter.Update(store, scene, arranged, first);
-    frame.Draw(painter, pixelSize + QSize(1, 1), grid, first);
+    frame.Draw(painter, FrameSize() + QSize(1, 1), grid, first);
     plotPainter.Draw(painter, area.left(), area.top());
     if (!losses.empty())
         DrawLosses(painter);
-}
-
-double ZelGraph::State::PixelOf(double time) const {
-    const QRect area = frame.PlotArea();
-    return area.left() + (time - timeSpan.low) / timeSpan.Length() * area.width();
 }
 
 // A line with a tag at its head; where time went on without samples, a veil up to their return. Marks in one
@@ -243,8 +244,9 @@ void ZelGraph::State::DrawLosses(QPainter& painter) const {
     painter.setClipRect(area);
     painter.setRenderHint(QPainter::Antialiasing);
     for (auto mark = first; mark != losses.end() && mark->from <= timeSpan.high; ++mark) {
-        const double left = PixelOf(mark->from);
-        if (const double right = PixelOf(mark->to); right > left + 1)
+        const double left = PlaceOf(std::max(mark->from, timeSpan.low - timeSpan.Length()));
+        if (const double right = PlaceOf(std::min(mark->to, timeSpan.high + timeSpan.Length()));
+            right > left + 1)
             painter.fillRect(QRectF(left, area.top(), right - left, area.height()), Veil);
         const int column = Int(std::floor(left));
         if (std::exchange(drawn, column) == column)
@@ -288,6 +290,7 @@ void ZelGraph::State::DrawHint(QPainter& painter, const QFont& font) const {
 void ZelGraph::State::DrawOverlay(QPainter& painter) const {
     const QRect area = frame.PlotArea();
     const int line = std::max(1, CLng(scale));
+    DrawCursors(painter);
     painter.setBrush(Qt::NoBrush);
     if (gesture == Gesture::Zoom) {
         const QRectF band = Band();
@@ -308,10 +311,14 @@ QRect ZelGraph::PlotRect() const {
 }
 
 double ZelGraph::TimeAt(double x) const {
-    const QRect area = PlotRect();
-    if (area.isEmpty())
-        return state->timeSpan.low;
-    return state->timeSpan.low + (x - area.left()) / area.width() * state->timeSpan.Length();
+    state->Prepare(*this);
+    return state->TimeOf(x);
+}
+
+double ZelGraph::State::TimeOf(double x) const {
+    if (plotRect.isEmpty())
+        return timeSpan.low;
+    return timeSpan.low + (x - plotRect.left()) / plotRect.width() * timeSpan.Length();
 }
 
 } // namespace tracelet

@@ -6,11 +6,13 @@
 #include "window/chart/ChartFrame.h"
 #include "window/chart/PlotPainter.h"
 #include "window/chart/ZelGraph.h"
+#include "window/labels/ValueTexts.h"
 
 #include <QBasicTimer>
 #include <QPoint>
 
 #include <array>
+#include <cstddef>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -36,7 +38,7 @@ struct ZelGraph::State {
             return unit.isEmpty() ? title : QStringLiteral("%1 [%2]").arg(title, unit);
         }
     };
-    enum class Gesture { None, Zoom, Pan };
+    enum class Gesture { None, Zoom, Pan, Cursor };
     struct LossMark {
         double from = 0.0; // seconds
         double to = 0.0;
@@ -94,6 +96,19 @@ struct ZelGraph::State {
     QPointF pressed;
     QPointF pointer;
 
+    // Read-out and cursors.
+    ValuePanel* readOut = nullptr;     ///< once it was shown
+    ValuePanel* cursorTable = nullptr; ///< once a cursor stood
+    bool readOutShown = false;
+    bool readOutFolded = false;
+    QSize panelRoom;               ///< that the two take at the right and below, logical pixels
+    QBasicTimer refresh;           ///< of their texts
+    bool valuesStale = false;      ///< what they say may have changed
+    std::optional<double> hovered; ///< horizontal place of the pointer over the plot area
+    CursorTimes cursors;
+    std::size_t selected = 0; ///< the cursor that keys step
+    double grabbedAt = 0;     ///< place of the pointer from the cursor that it drags
+
     Axis& AxisOf(int axis);
     [[nodiscard]] PlotEntry& PlotOf(int index);
     [[nodiscard]] bool UsedByVisiblePlot(int axis) const;
@@ -135,8 +150,25 @@ struct ZelGraph::State {
     [[nodiscard]] AxisStrip StripOf(int axis) const;
     void DrawOverlay(QPainter& painter) const;
     void DrawLosses(QPainter& painter) const;
-    [[nodiscard]] double PixelOf(double time) const; ///< device pixel of the plot area's column
     void DrawHint(QPainter& painter, const QFont& font) const;
+
+    // Read-out.
+    [[nodiscard]] QSize FrameSize() const; ///< what the panels leave, device pixels
+    [[nodiscard]] QSize RoomForPanels(const ZelGraph& graph) const;
+    [[nodiscard]] double TimeOf(double x) const; ///< as the axis stands now; `x` is a place in the graph
+    [[nodiscard]] std::vector<LabelledPlot> VisiblePlots() const;
+    [[nodiscard]] QString ReadOutHeading() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> ReadOutTable() const;
+
+    // Cursors.
+    [[nodiscard]] bool HasCursors() const { return cursors[0] || cursors[1]; }
+    [[nodiscard]] double PlaceOf(double seconds) const;    ///< of a time, device pixels
+    [[nodiscard]] QRectF FlagOf(std::size_t cursor) const; ///< device pixels; empty where none is seen
+    void DrawCursors(QPainter& painter) const;
+    void PlaceCursor(double seconds);
+    void StepCursor(std::size_t cursor, bool forwards);
+    [[nodiscard]] QString TableHeading() const;
+    [[nodiscard]] std::vector<ValuePanel::Row> CursorTable() const;
 
     // Gestures.
     [[nodiscard]] bool Zooms() const { return mouseMode >= MouseXZoom; }

@@ -106,9 +106,9 @@ void ZelGraph::PlaceHold() {
     font.setPixelSize(std::max(9, QFontInfo(font).pixelSize() - 1));
     BtnHold->setFont(font);
     const QSize size = BtnHold->sizeHint();
-    BtnHold->setGeometry(QRect(rect().bottomRight() - QPoint(size.width(), size.height()) -
-                                   QPoint(HoldMargin - 1, HoldMargin - 1),
-                               size));
+    const QSize room = this->size() - state->RoomForPanels(*this);
+    BtnHold->setGeometry(QRect(
+        QPoint(room.width() - size.width() - HoldMargin, room.height() - size.height() - HoldMargin), size));
     BtnHold->setVisible(height() >= LeastHeight);
 }
 

@@ -30,6 +30,7 @@ constexpr ModeEntry ModeEntries[] = {
 void frmMain::ConnectGraph() {
     BuildModeMenu();
     ConnectPictures();
+    ZelGraph1->ShowReadOut(true);
     connect(ZelGraph1, &ZelGraph::MouseDown, this, [this](int button, int, double x, double y) {
         if (button == RightButton)
             Menufile->popup(ZelGraph1->mapToGlobal(QPointF(x, y).toPoint()));

@@ -94,7 +94,8 @@ void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
     if (!keepsSamples)
         ZelGraph1->RemovePlots();
     for (int i = 0; i < static_cast<int>(looks.size()); ++i) {
-        const PlotAttributes attributes = GraphAttributes(looks[static_cast<std::size_t>(i)]);
+        PlotAttributes attributes = GraphAttributes(looks[static_cast<std::size_t>(i)]);
+        attributes.unit = UnitOf(looks[static_cast<std::size_t>(i)]);
         if (keepsSamples)
             ZelGraph1->SetPlot(i, attributes);
         else
@@ -109,6 +110,8 @@ void frmMain::BuildPlots(bool HistoryView, bool RemoveOld) {
 
 // What a recording's temperatures were measured in, it does not tell.
 QString frmMain::UnitOf(const PlotLook& look) const {
+    if (look.kind == PlotKind::Digital)
+        return {};
     QString counts = u"counts"_s;
     if (look.history) {
         if (!bHisAISoft && !bHisAIAnalog)

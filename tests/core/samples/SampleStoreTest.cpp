@@ -86,6 +86,8 @@ TEST(SampleStore, PlotsOfAScanShareTheirTimes) {
         store.AppendScan(i * 0.001, values);
     EXPECT_EQ(&store.Track(0), &store.Track(63));
     EXPECT_LE(static_cast<double>(store.HeldBytes()) / (64 * 40'000.0), 4.5);
+    EXPECT_FALSE(store.SumUpMoments(64 * 40'000));
+    EXPECT_LE(static_cast<double>(store.HeldBytes()) / (64 * 40'000.0), 4.8);
 }
 
 TEST(SampleStore, DigitalPointsOfOneTickShareTheirTimes) {

@@ -93,6 +93,7 @@ TEST_F(PicturesTest, PictureIsNoTraceOfTheKeyboardsFrameOrTheHold) {
 
 TEST_F(PicturesTest, EndingOfTheNameDecidesWhatIsSaved) {
     Record();
+    window->ZelGraph1->RefreshValues();
     const QImage before = window->ZelGraph1->grab().toImage();
     EXPECT_THAT(SavePicture(saved / "Chart.png"), StartsWith("\x89PNG"));
     EXPECT_THAT(Notice(), HasSubstr("Chart.png"));

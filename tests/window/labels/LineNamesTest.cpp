@@ -1,4 +1,4 @@
-#include "window/chart/LineNames.h"
+#include "window/labels/LineNames.h"
 
 #include <QFontMetrics>
 #include <QGuiApplication>
