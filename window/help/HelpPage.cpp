@@ -42,11 +42,12 @@ for a spreadsheet.</li>
 <tr><td><b>Double click</b></td><td>fit all axes</td></tr>
 <tr><td><b>Wheel</b></td><td>zoom the time about the pointer; with <b>Shift</b> the value axis under it</td></tr>
 <tr><td><b>Arrows</b></td><td>pan</td></tr>
-<tr><td><b>+</b> and <b>-</b></td><td>zoom the time</td></tr>
+<tr><td><b>+</b> and <b>-</b></td><td>zoom the time; <b>Shift+Up</b> and <b>Shift+Down</b> the values</td></tr>
 <tr><td><b>Home</b>, <b>End</b></td><td>go to the oldest and the newest samples</td></tr>
 <tr><td><b>Ctrl+Z</b>, <b>Backspace</b></td><td>take back the last zoom or pan</td></tr>
 <tr><td><b>Space</b></td><td>hold the view of a running session, and let it go on</td></tr>
 <tr><td><b>Shift+click</b></td><td>place a cursor; its flag in the margin drags it</td></tr>
+<tr><td><b>Ctrl+Left</b>, <b>Ctrl+Right</b></td><td>step the cursor by a sample; with <b>Shift</b> the other one</td></tr>
 <tr><td><b>Delete</b></td><td>take the cursors away</td></tr>
 <tr><td><b>Esc</b></td><td>give up a zoom or a drag that is under way</td></tr>
 <tr><td><b>Ctrl+C</b></td><td>copy the chart as a picture; with <b>Shift</b> the numbers of the cursors as text</td></tr>
@@ -61,6 +62,11 @@ milliseconds.</p>
 <p><b>SoftAI and/or DI</b> lets the program take a scan at each interval, of a millisecond or more: voltages,
 thermocouples and digital lines together, but a busy machine can take one late. Choose it for everything slow.</p>
 <p>The OK of a page in the settings chooses between them.</p>
+
+<h2>The line at the foot</h2>
+<p>A red mark and "Recording" stand there while samples go to the disk, "Running, not recorded" while they do not. What
+was lost stands there in red until the next start: scans that could not be read, overruns of the board, ticks for which
+the machine was too busy. Each is marked in the chart; the pointer on a mark tells more.</p>
 
 <h2>Where files go</h2>
 <p>While it runs, a session records into a work folder <i>tl....tmp</i> beside the program or, where that cannot be
