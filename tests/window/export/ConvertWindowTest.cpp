@@ -193,7 +193,7 @@ TEST_F(ConvertWindowTest, CancelFailsThoughTheBaseFolderIsGone) {
 TEST_F(ConvertWindowTest, AnEmptyNameKeepsTheDialogOpen) {
     OpenSaved(Polled(3));
     Convert([this](ConvertFileDialog& dialog) {
-        Accept(dialog, QString());
+        Press(dialog, "OKButton");
         EXPECT_THAT(boxes.Take(),
                     ElementsAre(MessageBoxes::Box{"Folder Name should not be null", "Tracelet"}));
         EXPECT_TRUE(dialog.isVisible());

@@ -11,6 +11,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
+#include <QToolButton>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -116,7 +117,6 @@ TEST_F(DialogTest, OKTakesAnEmptyNameToo) {
     szNewFolder = "before";
     Dialog dialog(program, szDrive, szDir, szNewFolder);
     dialog.show();
-    Find<QLineEdit>(dialog, "txtFolderName")->clear();
     QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
     EXPECT_FALSE(dialog.isVisible());
     EXPECT_EQ(szNewFolder, "");
@@ -150,15 +150,17 @@ TEST_F(DialogTest, ReopensWhereTheUserLeftIt) {
     const Dialog dialog(program, szDrive, szDir, szNewFolder);
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Path(), folder.Path());
     EXPECT_EQ(dialog.findChild<FolderLists*>()->Drive(), "/");
+    EXPECT_EQ(Find<QLineEdit>(dialog, "txtFolderName")->text(), u""_s);
 }
 
-TEST_F(DialogTest, TheNameStartsFromDateAndTimeThatTypingReplaces) {
+TEST_F(DialogTest, DateAndTimeAreANameToStartFrom) {
     Dialog dialog(program, szDrive, szDir, szNewFolder);
     auto* name = Find<QLineEdit>(dialog, "txtFolderName");
+    EXPECT_EQ(name->text(), u""_s);
+    dialog.show();
+    QTest::mouseClick(Find<QToolButton>(dialog, "BtnDateName"), Qt::LeftButton);
     const QDateTime told = QDateTime::fromString(name->text(), u"yyyy-MM-dd HH-mm-ss"_s);
     EXPECT_LT(std::abs(told.secsTo(QDateTime::currentDateTime())), 60);
-    EXPECT_EQ(name->selectedText(), name->text());
-    dialog.show();
     QTest::mouseClick(Find<QPushButton>(dialog, "OKButton"), Qt::LeftButton);
     EXPECT_EQ(szNewFolder, told.toString(u"yyyy-MM-dd HH-mm-ss"_s).toStdString());
 }
