@@ -202,6 +202,20 @@ void Tour::RecordPolled() {
     Picture(u"saved"_s);
 }
 
+void Tour::LookAtManyPlots() {
+    OpenWindow();
+    InDialog(window->BtnSet, [](QDialog& settings) {
+        Find<QTabWidget>(settings, u"SSTab1"_s)->setCurrentIndex(1);
+        Type(settings, "txtAIScanNumber_1", u"64"_s);
+        Press(settings, "cmdDIOK");
+    });
+    window->ZelButton1->click();
+    window->BtnStart->click();
+    Poll(80);
+    Picture(u"many-plots"_s);
+    window->BtnStart->click();
+}
+
 void Tour::LoseScans() {
     OpenWindow();
     window->ZelButton1->click();

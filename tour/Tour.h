@@ -29,6 +29,8 @@ public:
     void RecordPolled();
     /// Sixteen channels of fast input at 1 MS/s, drawn live and saved as "Fast".
     void RecordFast();
+    /// As many plots as the board has channels.
+    void LookAtManyPlots();
     /// Scans that are lost on the way, and a recording that was not saved.
     void LoseScans();
     /// Opens, plays, pauses, seeks and converts the recording of that name.

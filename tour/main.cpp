@@ -53,6 +53,7 @@ int main(int argc, char** argv) {
         tour.RecordFast();
         tour.LookAtGraph();
         tour.Replay(u"Fast"_s);
+        tour.LookAtManyPlots();
         tour.LoseScans();
         std::printf("%d pictures\n", tour.PictureCount());
         return PictureScaleFactors(folder) ? 0 : 1;
