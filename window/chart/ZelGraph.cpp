@@ -41,8 +41,8 @@ QColor ResolvedColor(std::uint32_t raw) {
                   static_cast<int>(raw >> 16 & 0xffU));
 }
 
-ZelGraph::ZelGraph(QWidget* parent)
-    : QWidget(parent), BtnHold(MakeHoldButton(this)), state(std::make_unique<State>()) {
+ZelGraph::ZelGraph(QWidget* parent) : QWidget(parent), state(std::make_unique<State>()) {
+    BtnHold = MakeHoldButton(this); // its coming is an event, which asks for the state
     state->axes[VoltageAxis].ends.SetBoth(-10, 10);
     state->axes[DigitalAxis].ends.SetBoth(-1, 29);
     state->axes[TemperatureAxis].ends.SetBoth(0, 100);

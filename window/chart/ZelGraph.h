@@ -191,7 +191,7 @@ public:
     [[nodiscard]] std::int32_t MouseMode() const;
     void SetMouseMode(std::int32_t code); ///< an unknown code is ignored
 
-    QPushButton* BtnHold; ///< in the chart's corner; ClearData and RemovePlots let it go
+    QPushButton* BtnHold = nullptr; ///< in the chart's corner; ClearData and RemovePlots let it go
     /// Undoes the last zoom or pan of these plots that gesture, wheel or key made. A span comes back; where
     /// samples came since, it stands at the newest of them.
     void StepBack();
