@@ -118,7 +118,7 @@ std::string PaceText(double reached, double asked) {
     double scale = 1.0;
     for (; asked / scale >= 1000.0 && prefix + 1 < Prefixes.size(); ++prefix)
         scale *= 1000.0;
-    const std::string goal = OptionalDecimalsText(asked / scale) + Prefixes[prefix];
+    std::string goal = OptionalDecimalsText(asked / scale) + Prefixes[prefix];
     if (reached <= 0.0)
         return goal;
     constexpr const char* FigureSpace = "\u2007"; // as wide as a digit

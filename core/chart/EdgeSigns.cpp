@@ -30,7 +30,7 @@ void DrawSigns(const Pixels& pixels, int at, std::int64_t column, std::span<cons
     bool wasAbove = false;
     bool wasBelow = false;
     for (int tip = -beside; tip < count + beside; ++tip) {
-        const Extent& span = spans[static_cast<std::size_t>(tip + beside)];
+        const Extent& span = spans[static_cast<std::size_t>(tip) + static_cast<std::size_t>(beside)];
         const bool isAbove = static_cast<double>(span.high) > top;
         const bool isBelow = static_cast<double>(span.low) < bottom;
         const auto isDue = [&] { return (column + tip) % (Period * stroke.thickness) == 0; };

@@ -132,7 +132,8 @@ void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, c
     const auto thickness = static_cast<std::size_t>(trace.stroke.thickness);
     const int beyond = BeyondBeside(trace.stroke);
     const int before = trace.stroke.Before() + beyond;
-    spans.resize(static_cast<std::size_t>(before + count + trace.stroke.Beside() + beyond));
+    const int found = before + count + trace.stroke.Beside() + beyond;
+    spans.resize(static_cast<std::size_t>(found));
     finder.Find(store, trace.plot, scene.grid, column - before, trace.joint, spans);
     if (store.Count(trace.plot) == 0)
         return;
@@ -152,8 +153,8 @@ void PlotPainter::PaintTrace(const SampleStore& store, const PlotScene& scene, c
         return;
     DrawMarks(store, trace, at - before, at, count);
     // Traces that stay away together take turns.
-    DrawSigns(pixels, at, column + 5 * trace.plot * trace.stroke.thickness, shown(SignReach(trace.stroke)),
-              scale, trace.stroke);
+    const std::int64_t turn = std::int64_t{5} * trace.plot * trace.stroke.thickness;
+    DrawSigns(pixels, at, column + turn, shown(SignReach(trace.stroke)), scale, trace.stroke);
 }
 
 void PlotPainter::DrawMarks(const SampleStore& store, const PlotScene::Trace& trace, int foundAt, int at,

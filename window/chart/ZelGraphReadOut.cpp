@@ -47,7 +47,7 @@ void InstallChartAccessibility() {
 
 ValuePanel* ZelGraph::NewPanel(const QString& name, const QString& firstColumn, const QString& column) {
     auto* panel = new ValuePanel(name, firstColumn, column, this);
-    QPalette colors(QColor(ChartColor::Grid), QColor(ChartColor::Ground)); // light on dark, for buttons too
+    QPalette colors{QColor(ChartColor::Grid), QColor(ChartColor::Ground)}; // light on dark, for buttons too
     colors.setColor(QPalette::WindowText, QColor(ChartColor::Label));
     panel->setPalette(colors);
     return panel;

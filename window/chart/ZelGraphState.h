@@ -61,13 +61,11 @@ struct ZelGraph::State {
 
     // Axes.
     std::array<Axis, 4> axes;
-    double division = 0;     ///< seconds, of the time axis; 0: none was told
-    bool fitPending = false; ///< samples changed since automatic axes were fitted
+    double division = 0; ///< seconds, of the time axis; 0: none was told
 
     // What is shown of them.
     std::optional<AxisEnds> stillTime; ///< the time axis as it is shown while the view is held
     ViewHistory history;
-    bool panned = false; ///< the gesture has moved something
 
     // Picture.
     ChartFrame frame;
@@ -83,16 +81,17 @@ struct ZelGraph::State {
 
     // Repainting at the display's rate.
     QBasicTimer repaint;
-    bool stale = false;
     int idleTicks = 0;
+    bool stale = false;
+    bool fitPending = false; ///< samples changed since automatic axes were fitted
 
     QString hint; ///< drawn while there are no samples
 
-    bool keyboardFocus = false; ///< came by a key, so that it shows
-
-    // Mouse.
+    // Mouse and keyboard.
     std::int32_t mouseMode = MouseNone;
     Gesture gesture = Gesture::None;
+    bool panned = false;        ///< the gesture has moved something
+    bool keyboardFocus = false; ///< came by a key, so that it shows
     QPointF pressed;
     QPointF pointer;
 
@@ -101,9 +100,9 @@ struct ZelGraph::State {
     ValuePanel* cursorTable = nullptr; ///< once a cursor stood
     bool readOutShown = false;
     bool readOutFolded = false;
+    bool valuesStale = false;      ///< what they say may have changed
     QSize panelRoom;               ///< that the two take at the right and below, logical pixels
     QBasicTimer refresh;           ///< of their texts
-    bool valuesStale = false;      ///< what they say may have changed
     std::optional<double> hovered; ///< horizontal place of the pointer over the plot area
     CursorTimes cursors;
     std::size_t selected = 0; ///< the cursor that keys step

@@ -176,7 +176,7 @@ std::vector<int> ZelGraph::State::ShownValueAxes() const {
 
 /// The axis beside the plot area at that place, or else all.
 std::vector<int> ZelGraph::State::ValueAxesAt(QPointF position) const {
-    const std::vector<int> shown = ShownValueAxes();
+    std::vector<int> shown = ShownValueAxes();
     const double x = position.x() * scale;
     for (std::size_t i = 0; i < shown.size(); ++i) {
         const AxisStrip& strip = frame.strips[i];

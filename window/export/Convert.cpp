@@ -10,6 +10,8 @@
 
 #include <QStringList>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace tracelet {
@@ -17,6 +19,7 @@ namespace {
 
 std::vector<std::string> AnalogNames(const frmMain& window) {
     std::vector<std::string> names;
+    names.reserve(static_cast<std::size_t>(std::max(window.nHisAIChanCount, 0)));
     for (std::int32_t i = 0; i < window.nHisAIChanCount; ++i)
         names.push_back(window.ZelGraph1->Plot(i).name.toStdString());
     return names;

@@ -56,17 +56,17 @@ void ChartPicture::Paint(QPainter& painter, double scale) const {
     font.setPixelSize(CLng(QFontInfo(font).pixelSize() * scale));
     painter.setFont(font);
     painter.setPen(QColor(ChartColor::Label));
-    const QRectF line(Margin * scale, Margin / 2 * scale, (size.width() - 2 * Margin) * scale,
+    const QRectF line(Margin * scale, Margin * scale / 2, (size.width() - 2 * Margin) * scale,
                       lineHeight * scale);
     painter.drawText(line, Qt::AlignLeft | Qt::AlignVCenter, caption);
     PaintNames(painter, scale);
-    painter.translate(0, CLng((lineHeight + Margin / 2) * scale));
+    painter.translate(0, CLng((lineHeight + Margin / 2.0) * scale));
     graph.DrawPicture(painter, scale);
 }
 
 void ChartPicture::PaintNames(QPainter& painter, double scale) const {
     for (const Entry& entry : entries) {
-        const QRectF stroke(entry.at.x(), entry.at.y() + (lineHeight - StrokeHeight) / 2, StrokeWidth,
+        const QRectF stroke(entry.at.x(), entry.at.y() + (lineHeight - StrokeHeight) / 2.0, StrokeWidth,
                             StrokeHeight);
         painter.fillRect(QRectF(stroke.topLeft() * scale, stroke.size() * scale), QColor(entry.color));
         painter.setPen(QColor(entry.color));

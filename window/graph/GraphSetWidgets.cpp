@@ -122,7 +122,7 @@ void frmGraphSet::SetUpTips() {
     tips->Add(CmbLineStyle, u"Line style of the plot"_s);
     for (const AxisGroup* group : {&x, &y}) {
         tips->Add(group->automatic, u"Let the axis follow what is measured"_s);
-        tips->Add(group->minimum, u"Lower end of the axis"_s, [this, group] {
+        tips->Add(group->minimum, u"Lower end of the axis"_s, [group] {
             return group->automatic->isChecked()
                        ? u"Not while AutoScale is ticked"_s
                        : u"Time begins at 0 here while a session or playback runs"_s;

@@ -95,13 +95,12 @@ void ValuePanel::WidenColumns() {
 
 void ValuePanel::PlaceButtons() {
     int right = width();
-    for (auto button = buttons.rbegin(); button != buttons.rend(); ++button) {
+    std::for_each(buttons.rbegin(), buttons.rend(), [&](QToolButton* button) {
         const int size = LineHeight() + 2;
-        (*button)->resize(std::max(size, (*button)->text().isEmpty() ? 0 : (*button)->sizeHint().width()),
-                          size);
-        right -= (*button)->width();
-        (*button)->move(right, 1);
-    }
+        button->resize(std::max(size, button->text().isEmpty() ? 0 : button->sizeHint().width()), size);
+        right -= button->width();
+        button->move(right, 1);
+    });
 }
 
 void ValuePanel::Show(const QString& newHeading, std::vector<Row> newRows) {

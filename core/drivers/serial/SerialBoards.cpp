@@ -79,7 +79,7 @@ std::string NameOfLine(const std::string& entry) {
 void FindSerialBoards(BoardList& boards, const std::string& folder, const std::string& file) {
     const std::vector<LineSource> named = SourcesIn(TextOf(file));
     for (const std::string& entry : EntriesOf(folder)) {
-        const std::string path = folder + "/" + entry;
+        const std::string path = fs::path(folder) / entry;
         if (std::ranges::find(named, path, &LineSource::address) == named.end())
             Add(boards, NameOfLine(entry), {path, 0});
     }

@@ -131,7 +131,7 @@ TEST_F(TimerTest, CountsTicksThatFellDueUnseen) {
 }
 
 TEST_F(TimerTest, CountsTicksThatFellDueDuringAHandler) {
-    onTick = [this](const QString&) { Block(25ms); };
+    onTick = [](const QString&) { Block(25ms); };
     control->AddTimer(Poll, 10, true);
     WaitForTicks(2);
     EXPECT_GE(control->TakeMissedTicks(Poll), 2); // of the first handler
